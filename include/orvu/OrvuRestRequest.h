@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+
+#include "orvu/Export.h"
+
+namespace Orvu {
+
+class Serializable;
+class Socket;
+
+/// One received request: the message, and the connection on which it is answered, once.
+///
+/// The application owns it from the callback on: it answers with sendResponse(), from any thread and whenever it likes, and
+/// deletes the request. Answering and deleting from different threads do not interleave.
+class ORVU_EXPORT OrvuRestRequest {
+public:
+    /// Takes `sockfd`, a connected socket (values below 1 mean none), and `data`, which may be null.
+    OrvuRestRequest(int sockfd, Serializable* data);
+    OrvuRestRequest(const OrvuRestRequest&) = delete;
+    OrvuRestRequest& operator=(const OrvuRestRequest&) = delete;
+
+    /// Deletes the message. A request that was not answered is closed: its peer receives nothing.
+    ~OrvuRestRequest();
+
+    /// The received message, still owned by the request.
+    Serializable* getData();
+
+    /// Answers the request and closes its connection. `response` stays the caller's; a null one, or one that cannot be
+    /// written, closes the connection without a word. Returns the number of text bytes sent; -1 when the peer did not take
+    /// them all (it went away, or stopped reading for 5 s); 0 when nothing was to be sent, also when the request was
+    /// answered before. Blocks until the answer is handed to the system.
+    int sendResponse(Serializable* response);
+
+private:
+    std::unique_ptr<Socket> connection_;  // without one once the request is answered
+    std::unique_ptr<Serializable> data_;
+    std::mutex mutex_;
+};
+
+}  // namespace Orvu

@@ -1,0 +1,173 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+/// Whether pairing with companion (mobile) applications is enabled. Wire name "pairMobileAppScreen".
+class ORVU_EXPORT PairMobileAppScreen : public Serializable {
+public:
+    bool pairingEnabled = false;
+
+    PairMobileAppScreen();
+    ~PairMobileAppScreen() override;
+
+    bool isPairingEnabled() const { return pairingEnabled; }
+    void setPairingEnabled(bool value) { pairingEnabled = value; }
+
+    /// Formatted, always with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The question whether a named device may pair. Wire name "confirmationScreen".
+///
+/// A request client waits for the answer to one whose `dispose` is false without any time-out: the user decides.
+class ORVU_EXPORT ConfirmationScreen : public Serializable {
+public:
+    std::string displayName;  ///< The device's name, as shown to the user.
+    bool confirmed = false;   ///< The user agreed.
+    bool canceled = false;    ///< The user declined.
+    bool dispose = false;     ///< Takes the screen away instead of showing it.
+    bool success = false;
+
+    explicit ConfirmationScreen(std::string displayName);
+    ~ConfirmationScreen() override;
+
+    const std::string& getDisplayName() const { return displayName; }
+    void setDisplayName(const std::string& value) { displayName = value; }
+    bool isConfirmed() const { return confirmed; }
+    void setConfirmed(bool value) { confirmed = value; }
+    bool isCanceled() const { return canceled; }
+    void setCanceled(bool value) { canceled = value; }
+    bool isDispose() const { return dispose; }
+    void setDispose(bool value) { dispose = value; }
+    bool isSuccess() const { return success; }
+    void setSuccess(bool value) { success = value; }
+
+    /// Formatted, always with "HEADER".
+    char* serialize() override;
+    /// "displayName" is required; without it nothing changes.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A QR code to scan with the companion device. Wire name "qrCodeScreen".
+class ORVU_EXPORT QrCodeScreen : public Serializable {
+public:
+    std::string displayName;  ///< The device's name, as shown to the user.
+    std::string qrCodeData;   ///< The text that the code carries.
+    bool dispose = false;     ///< Takes the screen away instead of showing it.
+    bool success = false;
+
+    QrCodeScreen(std::string displayName, std::string qrCodeData);
+    ~QrCodeScreen() override;
+
+    const std::string& getDisplayName() const { return displayName; }
+    void setDisplayName(const std::string& value) { displayName = value; }
+    const std::string& getQrCodeData() const { return qrCodeData; }
+    void setQrCodeData(const std::string& value) { qrCodeData = value; }
+    bool isDispose() const { return dispose; }
+    void setDispose(bool value) { dispose = value; }
+    bool isSuccess() const { return success; }
+    void setSuccess(bool value) { success = value; }
+
+    /// Formatted, always with "HEADER".
+    char* serialize() override;
+    /// "displayName" and "qrCodeData" are required; a name without data is stored all the same.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A PIN to type on the companion device. Wire name "pinScreen".
+class ORVU_EXPORT PinScreen : public Serializable {
+public:
+    std::string displayName;  ///< The device's name, as shown to the user.
+    std::string pin;
+    bool dispose = false;  ///< Takes the screen away instead of showing it.
+    bool success = false;
+
+    PinScreen(std::string displayName, std::string pin);
+    ~PinScreen() override;
+
+    const std::string& getDisplayName() const { return displayName; }
+    void setDisplayName(const std::string& value) { displayName = value; }
+    const std::string& getPin() const { return pin; }
+    void setPin(const std::string& value) { pin = value; }
+    bool isDispose() const { return dispose; }
+    void setDispose(bool value) { dispose = value; }
+    bool isSuccess() const { return success; }
+    void setSuccess(bool value) { success = value; }
+
+    /// Formatted, always with "HEADER".
+    char* serialize() override;
+    /// "displayName" is required; "pin", unlike a QrCodeScreen's data, is not.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// One item of a described screen, with its children to any depth. Wire name "screenItem".
+class ORVU_EXPORT ScreenItem : public Serializable {
+public:
+    std::string type;
+    bool enabled = false;
+    bool focused = false;
+    bool visible = false;
+    std::string checked;             ///< "true" or "false"; empty when the item has no check state.
+    std::string content;             ///< An item with content has no children on the wire.
+    std::vector<ScreenItem*> items;  ///< The children. Owned; deleted with the item.
+
+    ScreenItem();
+    ~ScreenItem() override;
+    ScreenItem(const ScreenItem&) = delete;
+    ScreenItem& operator=(const ScreenItem&) = delete;
+
+    /// Appends `item` and takes it; null is ignored.
+    void addItem(ScreenItem* item);
+
+    const std::string& getType() const { return type; }
+    void setType(const std::string& value) { type = value; }
+    bool isEnabled() const { return enabled; }
+    void setEnabled(bool value) { enabled = value; }
+    bool isFocused() const { return focused; }
+    void setFocused(bool value) { focused = value; }
+    bool isVisible() const { return visible; }
+    void setVisible(bool value) { visible = value; }
+    const std::string& getChecked() const { return checked; }
+    void setChecked(const std::string& value) { checked = value; }
+    const std::string& getContent() const { return content; }
+    void setContent(const std::string& value) { content = value; }
+
+    /// Formatted. Switches the header flag of every child off, for good. At most 500 items deep.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text. Children are appended; "isSelected" counts where "focused" is absent.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A screen of the pairing dialogue as a tree of items. Wire name "screenDescription".
+class ORVU_EXPORT ScreenDescription : public Serializable {
+public:
+    std::vector<ScreenItem*> items;  ///< Owned; deleted with the description.
+
+    ScreenDescription();
+    ~ScreenDescription() override;
+    ScreenDescription(const ScreenDescription&) = delete;
+    ScreenDescription& operator=(const ScreenDescription&) = delete;
+
+    /// Appends `item` and takes it; null is ignored.
+    void addItem(ScreenItem* item);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every item off, for good.
+    char* serialize() override;
+    /// Appends the items under "screen_items", which is required.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

@@ -1,0 +1,194 @@
+#pragma once
+
+#include "orvu/Serializable.h"
+
+/// \file
+/// The outcomes of a request that carry no data: the whole content of such a message is its type.
+///
+/// serialize() always writes "HEADER" and nothing else, formatted, whatever the header flag says, since a result is never
+/// nested. deserialize(text) is true for any text, null included: the type was established before. The error-reporting
+/// reader is the base's: false.
+
+namespace Orvu {
+
+/// The request could not be understood. Also what the factory makes for DataTypeUnknown.
+class ORVU_EXPORT UnknowRequest : public Serializable {
+public:
+    UnknowRequest();
+    ~UnknowRequest() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The request arrived without a body, or nothing usable came back from a peer.
+class ORVU_EXPORT EmptyData : public Serializable {
+public:
+    EmptyData();
+    ~EmptyData() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// An argument of the request is not acceptable.
+class ORVU_EXPORT IllegalArgument : public Serializable {
+public:
+    IllegalArgument();
+    ~IllegalArgument() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The receiver platform cannot serve the request now.
+class ORVU_EXPORT PlatformUnavailable : public Serializable {
+public:
+    PlatformUnavailable();
+    ~PlatformUnavailable() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// A requested format is not supported.
+class ORVU_EXPORT FormatNotSupported : public Serializable {
+public:
+    FormatNotSupported();
+    ~FormatNotSupported() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The requested action is not supported.
+class ORVU_EXPORT ActionNotSupported : public Serializable {
+public:
+    ActionNotSupported();
+    ~ActionNotSupported() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// A parameter is not supported.
+class ORVU_EXPORT ParameterNotSupported : public Serializable {
+public:
+    ParameterNotSupported();
+    ~ParameterNotSupported() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The request was carried out.
+class ORVU_EXPORT SuccessResponse : public Serializable {
+public:
+    SuccessResponse();
+    ~SuccessResponse() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// There are no services (channels).
+class ORVU_EXPORT EmptyChannelListError : public Serializable {
+public:
+    EmptyChannelListError();
+    ~EmptyChannelListError() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The service named in the request does not exist.
+class ORVU_EXPORT ServiceNotFoundError : public Serializable {
+public:
+    ServiceNotFoundError();
+    ~ServiceNotFoundError() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The resource does not exist.
+class ORVU_EXPORT ResourceNotFound : public Serializable {
+public:
+    ResourceNotFound();
+    ~ResourceNotFound() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The resource exists but cannot be used now.
+class ORVU_EXPORT ResourceUnavailable : public Serializable {
+public:
+    ResourceUnavailable();
+    ~ResourceUnavailable() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// There is no broadcast signal.
+class ORVU_EXPORT NoSignalError : public Serializable {
+public:
+    NoSignalError();
+    ~NoSignalError() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The requested SI table is not available.
+class ORVU_EXPORT TableNotFound : public Serializable {
+public:
+    TableNotFound();
+    ~TableNotFound() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// A server could not be reached.
+class ORVU_EXPORT CannotConnectToServer : public Serializable {
+public:
+    CannotConnectToServer();
+    ~CannotConnectToServer() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// The request was handled and has no content to return.
+class ORVU_EXPORT EmptyResponse : public Serializable {
+public:
+    EmptyResponse();
+    ~EmptyResponse() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// A required argument is missing.
+class ORVU_EXPORT MissingArgument : public Serializable {
+public:
+    MissingArgument();
+    ~MissingArgument() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+/// No TV service is being presented.
+class ORVU_EXPORT TVServiceNotInUse : public Serializable {
+public:
+    TVServiceNotInUse();
+    ~TVServiceNotInUse() override;
+    char* serialize() override;
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+}  // namespace Orvu

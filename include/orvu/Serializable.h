@@ -1,0 +1,171 @@
+#pragma once
+
+#include "orvu/Export.h"
+
+namespace Orvu {
+
+/// The type of a message. On the wire it travels as a word (see Serializable::dataTypeString), never as the number.
+enum DataType : unsigned int {
+    DataTypeUnknown = 0,
+    DataTypeEmptyData = 1,
+    DataTypeIllegalArgument = 2,
+    DataTypePlatformUnavailable = 3,
+    DataTypeFormatNotSupported = 4,
+    DataTypeActionNotSupported = 5,
+    DataTypeParameterNotSupported = 6,
+    DataTypeSuccess = 7,
+    DataTypeCurrentService = 8,
+    DataTypeServiceList = 9,
+    DataTypeServiceSelection = 10,
+    DataTypeEmptyChannelList = 11,
+    DataTypeServiceNotFound = 12,
+    DataTypeResourceNotFound = 13,
+    DataTypeResourceUnavailable = 14,
+    DataTypeNoSignal = 15,
+    DataTypeTableNotFound = 16,
+    DataTypeCannotConnectToServer = 17,
+    DataTypeBounds = 18,
+    DataTypePos = 19,
+    DataTypeServiceComponent = 20,
+    DataTypeComponents = 21,
+    DataTypeServiceComponentTag = 22,
+    DataTypeServiceCompTagAction = 23,
+    DataTypeServiceTime = 24,
+    DataTypePairMobileAppScreen = 25,
+    DataTypeConfirmationScreen = 26,
+    DataTypeQrCodeScreen = 27,
+    DataTypePinScreen = 28,
+    DataTypeBinaryNIT = 29,
+    DataTypeBinarySDT = 30,
+    DataTypeBinaryPAT = 31,
+    DataTypeBinaryBAT = 32,
+    DataTypeBinaryPMT = 33,
+    DataTypeBinaryEPG = 34,
+    DataTypeGingaApp = 35,
+    DataTypeGingaAppList = 36,
+    DataTypeGingaAppAction = 37,
+    DataTypeDisplayLayers = 38,
+    DataTypeNetworkInterfaces = 39,
+    DataTypePlatformCapabilities = 40,
+    DataTypeDrmSystem = 41,
+    DataTypeDrms = 42,
+    DataTypeCodecsSupported = 43,
+    DataTypePlayer = 44,
+    DataTypePlayers = 45,
+    DataTypePlayerAction = 46,
+    DataTypeProperty = 47,
+    DataTypeNodeProperties = 48,
+    DataTypePersistent = 49,
+    DataTypePersistProperty = 50,
+    DataTypePersistentVariableValue = 51,
+    DataTypeFile = 52,
+    DataTypeDirectory = 53,
+    DataTypeGingaFileList = 54,
+    DataTypeDsmccFileList = 55,
+    DataTypeEmptyResponse = 56,
+    DataTypeStreamEventRequest = 57,
+    DataTypeStreamEventDispose = 58,
+    DataTypeNclEvent = 59,
+    DataTypeNclNode = 60,
+    DataTypeNclNodeList = 61,
+    DataTypeNclNodeAction = 62,
+    DataTypeKeyset = 63,
+    DataTypeGingaEditCommand = 64,
+    DataTypeTargetAppFilter = 65,
+    DataTypeTargetApp = 66,
+    DataTypeTargetApps = 67,
+    DataTypeTargetAppAction = 68,
+    DataTypeTargetAppPerformAction = 69,
+    DataTypeDeepLink = 70,
+    DataTypeEventInfo = 71,
+    DataTypeEventInfoList = 72,
+    DataTypeContentDescription = 73,
+    DataTypeLinkageDescriptor = 74,
+    DataTypeHyperlinkDescriptor = 75,
+    DataTypeSeriesDescriptor = 76,
+    DataTypeEventGroupDescriptor = 77,
+    DataTypeEventGroup = 78,
+    DataTypeComponentGroup = 79,
+    DataTypeComponentGroupDescriptor = 80,
+    DataTypeCAUnit = 81,
+    DataTypeServiceBindTokens = 82,
+    DataTypeServiceBindTokensList = 83,
+    DataTypeServiceBoundTokenList = 84,
+    DataTypeRevokeToken = 85,
+    DataTypeClientApplication = 86,
+    DataTypeClientApplicationList = 87,
+    DataTypeBinaryDataMultipart = 88,
+    DataTypeScreenDescription = 89,
+    DataTypeScreenItem = 90,
+    DataTypeMissingArgument = 91,
+    DataTypeTvServiceNotInUse = 92,
+    DataTypeStreamPidsRequest = 93,
+    DataTypeStreamPidsResponse = 94,
+    DataTypeSiCacheUnavailable = 95,
+    DataTypeRtkChangeComponentStatus = 96,
+};
+
+/// The base of every message that crosses a socket: one JSON object, whose "HEADER" member names its type.
+///
+/// A message has no locks: use it from one thread at a time. The functions here keep no state of their own and may be
+/// called from any thread.
+class ORVU_EXPORT Serializable {
+public:
+    explicit Serializable(DataType dataType);
+    virtual ~Serializable();
+
+    /// Writes the message as JSON. The caller releases the text with `free`.
+    /// Null when the message cannot be written: memory that cannot be had, or more than 1000 levels of nesting.
+    virtual char* serialize() = 0;
+
+    /// Reads the message from NUL-terminated JSON text. Keys that are missing leave their fields as they were, lists are
+    /// appended to; false when the text is null, is no JSON, or lacks what the message requires. What was read before the
+    /// failure stays. Some messages let `std::invalid_argument` and `std::out_of_range` of a number text pass; they say so.
+    virtual bool deserialize(const char* text) = 0;
+
+    /// The same with the reason of a failure. Messages that know reasons override it and name their codes; this one is
+    /// false and leaves `error` alone.
+    virtual bool deserialize(const char* text, unsigned char& error);
+
+    /// The type given at construction.
+    DataType getDataType() const { return dataType_; }
+
+    /// Whether serialize() writes the "HEADER" member. True at construction. Lists and containers ignore it for themselves
+    /// and switch it off, for good, in the messages that they carry.
+    void serializeHeader(bool on) { headerFlag_ = on; }
+
+    /// The wire name of a type, "" for a value outside the catalogue. Never null; the text is static.
+    static const char* dataTypeString(DataType type);
+
+    /// The type that the "HEADER" member of `text` names; DataTypeUnknown when there is none, when it is not in the header
+    /// mapping, or when `text` is null or no JSON. The member is found in any letter case, its value is compared exactly.
+    static DataType deserializeHeader(const char* text);
+
+    /// The same JSON, formatted, without its "HEADER" member; null when `text` is no JSON. Takes `text`, which `malloc`
+    /// must have made, and releases it in either case. The caller releases the result with `free`.
+    static char* removeHeader(const char* text);
+
+    /// A new, empty message of the type, owned by the caller. Null for a type that has no entry or when memory cannot be
+    /// had; an UnknowRequest for DataTypeUnknown.
+    static Serializable* factory(DataType type);
+
+    /// Reads the message from a parsed item (a `cJSON*`, passed untyped), through the virtual deserialize(text).
+    /// False for a null item. The item stays the caller's.
+    bool deserializeObject(void* item);
+
+    /// The same through the error-reporting reader; a null item sets `error` to 1.
+    bool deserializeObject(void* item, unsigned char& error);
+
+protected:
+    /// A copy is a message of the same type whose header flag is set; an assignment changes neither.
+    Serializable(const Serializable& other) : dataType_(other.dataType_) {}
+    Serializable& operator=(const Serializable&) { return *this; }
+
+private:
+    friend class JsonWriter;
+
+    bool headerFlag_ = true;
+    const DataType dataType_;
+};
+
+}  // namespace Orvu

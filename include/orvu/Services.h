@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+/// One broadcast service (TV channel). Wire name "currentService"; also the element of a ServiceList.
+class ORVU_EXPORT Service : public Serializable {
+public:
+    std::string serviceContextId;  ///< Locator text such as "1.2.01" (see ServiceContext); never checked here.
+    std::string serviceName;       ///< UTF-8, as broadcast.
+    int transportStreamId = 0;     ///< DVB/ISDB identifiers, as signalled.
+    int originalNetworkId = 0;
+    int serviceId = 0;
+
+    Service();
+    ~Service() override;
+
+    /// A copy, header flag included; the caller owns it. Null when memory cannot be had.
+    Service* clone();
+
+    /// Formatted. Null only when memory cannot be had. The caller releases it with `free`.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The channel list. Wire name "serviceList".
+class ORVU_EXPORT ServiceList : public Serializable {
+public:
+    std::vector<Service*> services;  ///< Owned; deleted with the list.
+
+    ServiceList();
+    ~ServiceList() override;
+    ServiceList(const ServiceList&) = delete;
+    ServiceList& operator=(const ServiceList&) = delete;
+
+    /// Appends `service` and takes it; null is ignored.
+    void addService(Service* service);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good.
+    char* serialize() override;
+    /// Appends the services under "serviceList", which is required; those that cannot be read are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// Asks for a service, or reports one, by its locator. Wire name "serviceSelection".
+class ORVU_EXPORT ServiceSelection : public Serializable {
+public:
+    std::string serviceContextId;  ///< Locator text (see ServiceContext); never checked here.
+
+    ServiceSelection();
+    ~ServiceSelection() override;
+
+    /// Formatted.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The broadcast time of the current service. Wire name "serviceTime".
+class ORVU_EXPORT ServiceTime : public Serializable {
+public:
+    std::string time;  ///< In a form that the two applications agree on; never checked here.
+
+    ServiceTime();
+    ~ServiceTime() override;
+
+    /// Formatted.
+    char* serialize() override;
+    /// "time" is required.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu
