@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstdlib>
 #include <memory>
 
 #include <cjson/cJSON.h>
 
 namespace Orvu {
+
+/// How many levels of nesting cJSON parses, and so the most that is written.
+constexpr int kMaxDepth = CJSON_NESTING_LIMIT;
 
 struct DeleteTree {
     void operator()(cJSON* tree) const { cJSON_Delete(tree); }
@@ -23,7 +27,7 @@ struct FreeText {
     void operator()(char* text) const { std::free(text); }
 };
 
-/// Owns a text that `malloc` made.
+/// Owns a text that `malloc` made, such as serialize() gives.
 using JsonText = std::unique_ptr<char, FreeText>;
 
 }  // namespace Orvu

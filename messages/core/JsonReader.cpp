@@ -1,0 +1,90 @@
+#include "messages/core/JsonReader.h"
+
+#include <cstring>
+#include <strings.h>
+
+namespace Orvu {
+namespace {
+
+bool isNamed(const cJSON& item, const char* key)
+{
+    return item.string && (std::strcmp(item.string, key) == 0 || strcasecmp(item.string, key) == 0);
+}
+
+/// What `number` reads as once it is printed and parsed again; empty when it prints as no number (infinities).
+JsonTree reprinted(const cJSON& number)
+{
+    char text[64];  // cJSON writes at most 26
+    const bool printed = cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false);
+    JsonTree tree = parseJson(printed ? text : nullptr);
+    return cJSON_IsNumber(tree.get()) ? std::move(tree) : nullptr;
+}
+
+}  // namespace
+
+bool JsonReader::optional(const char* key, std::string& field)
+{
+    const cJSON* const item = member(key);
+    if (!cJSON_IsString(item)) return false;
+    field = item->valuestring;
+    return true;
+}
+
+bool JsonReader::optional(const char* key, int& field)
+{
+    const cJSON* const item = member(key);
+    return item && integer(*item, field);
+}
+
+bool JsonReader::optional(const char* key, bool& field)
+{
+    int value = 0;
+    if (!optional(key, value)) return false;
+    field = value != 0;
+    return true;
+}
+
+/// The member that cJSON_GetObjectItem would find. The usual order costs one comparison: a member that stands behind those
+/// already found, with at most "HEADER" between them, is the first of its name.
+const cJSON* JsonReader::member(const char* key)
+{
+    if (fault_ != Fault::None) return nullptr;
+    if (next_ && !isNamed(*next_, key) && isNamed(*next_, "HEADER")) next_ = next_->next;
+    if (!next_ || !isNamed(*next_, key)) return search(key);
+    const cJSON* const found = next_;
+    next_ = next_->next;
+    return found;
+}
+
+const cJSON* JsonReader::search(const char* key) const
+{
+    for (const cJSON* item = value_.child; item; item = item->next) {
+        if (isNamed(*item, key)) return item;
+    }
+    return nullptr;
+}
+
+/// A required member was not taken: this message's first fault, if it has none yet.
+bool JsonReader::missing(const char* key)
+{
+    if (fault_ == Fault::None) fault_ = search(key) ? Fault::WrongKind : Fault::Missing;
+    return false;
+}
+
+bool JsonReader::integer(const cJSON& item, int& value) const
+{
+    if (cJSON_IsBool(&item)) {
+        value = cJSON_IsTrue(&item);
+        return true;
+    }
+    if (!cJSON_IsNumber(&item)) return false;
+    if (place_ == Place::OwnText || item.valuedouble == item.valueint) {
+        value = item.valueint;
+        return true;
+    }
+    const JsonTree number = reprinted(item);
+    if (number) value = number->valueint;
+    return number != nullptr;
+}
+
+}  // namespace Orvu

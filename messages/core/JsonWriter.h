@@ -1,0 +1,133 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "messages/core/Contract.h"
+#include "messages/core/Json.h"
+
+namespace Orvu {
+
+/// The two styles of cJSON: cJSON_Print's and cJSON_PrintUnformatted's.
+enum class PrintStyle { Formatted, Compact };
+
+/// Writes JSON straight into one growing text, byte for byte as cJSON would print the same tree.
+///
+/// The verbs in which messages state what they write add a member to the object that is being written, in the order of
+/// their calls. A failure (memory, or more than kMaxDepth levels) makes every further call do nothing and take() null.
+class JsonWriter {
+public:
+    explicit JsonWriter(PrintStyle style) : formatted_(style == PrintStyle::Formatted) {}
+    JsonWriter(const JsonWriter&) = delete;
+    JsonWriter& operator=(const JsonWriter&) = delete;
+    ~JsonWriter() { std::free(text_); }
+
+    /// "HEADER", whatever the message's header flag says.
+    void header(const Serializable& message);
+    /// "HEADER" while the message's header flag is set.
+    void headerIfSet(const Serializable& message);
+
+    void put(const char* key, const char* value);
+    void put(const char* key, const std::string& value)
+    {
+        put(key, value.c_str());
+    }  // ends at its first NUL, as in cJSON
+    void put(const char* key, int value);
+    void put(const char* key, unsigned value);
+    void put(const char* key, bool value);
+    /// A number of another kind, or an enumeration, must say as what it travels.
+    template <class Value, class = std::enable_if_t<std::is_arithmetic_v<Value> || std::is_enum_v<Value>>>
+    void put(const char* key, Value value) = delete;
+
+    template <class Value>
+    void putIf(bool condition, const char* key, const Value& value)
+    {
+        if (condition) put(key, value);
+    }
+
+    /// A child under `key`. Its header flag goes off, for good. Null, or a child without a JSON text, leaves the key out.
+    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
+    void put(const char* key, Message* child)
+    {
+        if (!child) return;
+        child->serializeHeader(false);
+        const Mark mark = here();
+        member(key);
+        if (!embed(*child, contractOf<Message>())) backTo(mark);
+    }
+
+    /// An array of children. Their header flags go off, for good; null ones and those without a JSON text are skipped.
+    template <class Message>
+    void list(const char* key, const std::vector<Message*>& children)
+    {
+        member(key);
+        beginArray();
+        for (Message* child : children) {
+            if (!child) continue;
+            child->serializeHeader(false);
+            const Mark mark = here();
+            element();
+            if (!embed(*child, contractOf<Message>())) backTo(mark);
+        }
+        endArray();
+    }
+
+    /// The message as one object, by its contract. Not a member: this is where a text begins.
+    void message(Serializable& message, const Contract& contract);
+    /// A parsed value, as cJSON prints it. Not a member: this is where a text begins.
+    void tree(const cJSON& value);
+
+    /// The finished text, NUL-terminated, made by `malloc`, the caller's from then on; null after a failure.
+    char* take();
+
+private:
+    struct Mark {
+        std::size_t size;
+        bool first;
+    };
+    Mark here() const { return {size_, first_}; }
+    void backTo(Mark mark);
+
+    bool embed(Serializable& child, const Contract& contract);  // false when the child has no JSON text
+
+    void beginObject();
+    void endObject();
+    void beginArray();
+    void endArray();
+    void member(const char* key);
+    void newMember();
+    void colon();
+    void element();
+    void objectTree(const cJSON& object);
+    void arrayTree(const cJSON& array);
+
+    void string(const char* value);
+    void escaped(unsigned char c);
+    template <class Integer>
+    void integer(Integer value);
+    void number(const cJSON& value);
+
+    void enter(char bracket);
+    void append(char byte);
+    void append(const char* bytes, std::size_t size);
+    void indent();
+    char* room(std::size_t size);
+    bool grow(std::size_t size);
+    bool fail() { return !(failed_ = true); }
+
+    const bool formatted_;
+    bool failed_ = false;
+    bool first_ = true;  // nothing stands yet in the innermost object or array
+    int depth_ = 0;      // objects and arrays begun and not ended
+    char* text_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+/// The formatted text of a parsed value, as cJSON_Print gives it, but made by `malloc` whatever cJSON's hooks are. Null for
+/// more than kMaxDepth levels and when memory cannot be had.
+char* printed(const cJSON& value);
+
+}  // namespace Orvu

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+namespace Orvu {
+
+/// Appends `element` and takes it, also when memory cannot be had: it is deleted then. Null is ignored.
+template <class Message>
+void take(std::vector<Message*>& owned, Message* element)
+{
+    std::unique_ptr<Message> guard(element);
+    if (!element) return;
+    try {
+        owned.push_back(element);
+        guard.release();
+    } catch (...) {  // the caller has handed the element over: nobody else would delete it
+    }
+}
+
+/// Deletes every element; null ones, which an application may have put there, too.
+template <class Message>
+void deleteAll(const std::vector<Message*>& owned)
+{
+    for (Message* element : owned)
+        delete element;
+}
+
+}  // namespace Orvu
