@@ -1,0 +1,20 @@
+# What `cmake --install` puts in place: the library, its headers, the CMake package, the pkg-config file and the papers.
+include(CMakePackageConfigHelpers)
+
+set(ORVU_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Orvu)
+install(TARGETS orvu EXPORT Orvu LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY include/orvu DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+
+# The library needs nothing of its users' CMake, so the list of its targets is the whole package.
+install(EXPORT Orvu FILE OrvuConfig.cmake NAMESPACE Orvu:: DESTINATION ${ORVU_CMAKE_FOLDER})
+write_basic_package_version_file(OrvuConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/OrvuConfigVersion.cmake DESTINATION ${ORVU_CMAKE_FOLDER})
+
+# The pkg-config file finds its prefix from where it stands, so that an installation can be moved.
+set(ORVU_PC_LIBDIR "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+set(ORVU_PC_INCLUDEDIR "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+file(RELATIVE_PATH ORVU_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(cmake/orvu.pc.in orvu.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/orvu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
