@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+namespace OrvuTool {
+
+class Output;
+
+/// What the arguments ask for.
+struct Chosen {
+    std::string log = "none";         ///< Where the library's own lines go.
+    std::function<int(Output&)> run;  ///< Does it; gives the exit code.
+};
+
+/// Each of these declares one subcommand, which sets `chosen.run` when the arguments name it. `chosen` outlives `app`.
+void addServe(CLI::App& app, Chosen& chosen);
+void addAsk(CLI::App& app, Chosen& chosen);
+void addSend(CLI::App& app, Chosen& chosen);
+void addTypes(CLI::App& app, Chosen& chosen);
+void addCheck(CLI::App& app, Chosen& chosen);
+
+/// The option that stands on every level.
+inline void addLogOption(CLI::App& app, Chosen& chosen)
+{
+    app.add_option("--log", chosen.log, "Where the library's own log lines go (default: none)")
+        ->check(CLI::IsMember({"none", "stderr", "syslog"}));
+}
+
+}  // namespace OrvuTool

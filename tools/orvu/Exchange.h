@@ -1,0 +1,27 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "orvu/Serializable.h"
+
+namespace OrvuTool {
+
+class Output;
+
+/// Whom to ask, and how to show the answer.
+struct ExchangeOptions {
+    std::string host = "127.0.0.1";
+    int port = 7575;
+    bool raw = false;
+};
+
+void addExchangeOptions(CLI::App& command, ExchangeOptions& options);
+
+/// Sends `request` and shows the answer. Returns the exit code.
+int exchange(Orvu::Serializable& request, const ExchangeOptions& options, Output& output);
+
+/// What `ask` and `send` say of their exit codes.
+extern const char* const kExchangeExitCodes;
+
+}  // namespace OrvuTool

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace OrvuTool {
+
+/// How the tool ends. Scripts rely on the numbers; from 64 on they are those of <sysexits.h>.
+enum ExitCode {
+    ExitOk = 0,
+    ExitDiffers = 1,   ///< check: what is written back is not what was read.
+    ExitRefused = 2,   ///< ask, send: an error answer. check: the text does not read.
+    ExitNoServer = 3,  ///< ask, send: the peer cannot be reached.
+    ExitUsage = 64,    ///< Wrong arguments, or a type that cannot be asked for.
+    ExitNoInput = 66,  ///< A file or folder that cannot be read.
+    ExitNoPort = 69,   ///< serve: the port cannot be had.
+    ExitNoOutput = 74  ///< Standard output cannot be written, for another reason than a reader that has left.
+};
+
+}  // namespace OrvuTool

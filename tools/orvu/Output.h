@@ -1,0 +1,38 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace OrvuTool {
+
+/// Standard output, kept for what the tool itself says.
+///
+/// Some of the library's messages print lines of their own; from construction on descriptor 1 leads nowhere, and only
+/// write() reaches the standard output that the process was started with. One object a process, never destroyed before it
+/// ends: requests are answered on threads that may outlive main().
+class Output {
+public:
+    Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    /// Writes all of `text`, in one piece. The first failure is reported on standard error, but for a reader that has left,
+    /// and ends all writing. Any thread.
+    void write(std::string_view text);
+
+    /// The exit code of the process: `code`, or ExitNoOutput when something could not be written.
+    int result(int code);
+
+private:
+    bool writeSome(std::string_view& text);
+
+    std::mutex mutex_;
+    int descriptor_;  // the standard output; -1 when the process was started without
+    int error_ = 0;   // the first failure; nothing is written afterwards
+};
+
+/// Writes "orvu: `text`" and a line feed to standard error.
+void complain(const std::string& text);
+
+}  // namespace OrvuTool

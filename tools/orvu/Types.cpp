@@ -1,0 +1,43 @@
+#include "Types.h"
+
+#include <cstdlib>
+#include <cxxabi.h>
+#include <typeinfo>
+
+namespace OrvuTool {
+
+using Orvu::DataType;
+using Orvu::Serializable;
+
+std::vector<DataType> catalogue()
+{
+    std::vector<DataType> types;
+    for (unsigned value = 0; *Serializable::dataTypeString(static_cast<DataType>(value)) != '\0'; ++value)
+        types.push_back(static_cast<DataType>(value));
+    return types;
+}
+
+std::optional<DataType> typeNamed(const std::string& name)
+{
+    for (const DataType type : catalogue())
+        if (name == Serializable::dataTypeString(type)) return type;
+    return std::nullopt;
+}
+
+std::string readableName(const char* mangled)
+{
+    int status = 0;
+    char* const name = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
+    const std::string readable = name != nullptr ? name : mangled;
+    std::free(name);
+    return readable;
+}
+
+std::string className(const Serializable& message)
+{
+    const std::string name = readableName(typeid(message).name());
+    const std::string space = "Orvu::";
+    return name.compare(0, space.size(), space) == 0 ? name.substr(space.size()) : name;
+}
+
+}  // namespace OrvuTool

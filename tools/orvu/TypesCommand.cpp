@@ -1,0 +1,126 @@
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "ExitCode.h"
+#include "JsonText.h"
+#include "Output.h"
+#include "Types.h"
+#include "orvu/Results.h"
+
+namespace OrvuTool {
+namespace {
+
+using Orvu::DataType;
+using Orvu::Serializable;
+
+struct TypesOptions {
+    bool json = false;
+};
+
+struct Row {
+    int value;
+    std::string name;
+    std::string header;  // "yes", "no", or "fallback": what every unknown header is read as
+    bool made;           // by the factory
+    std::string type;    // the class, "-" when the library has none
+};
+
+/// A message of a type that the factory leaves to applications; null when the library has no class for it.
+std::unique_ptr<Serializable> madeByApplications(DataType type)
+{
+    if (type == Orvu::DataTypeEmptyData) return std::make_unique<Orvu::EmptyData>();
+    return nullptr;
+}
+
+std::string readFromHeader(DataType type)
+{
+    if (type == Orvu::DataTypeUnknown) return "fallback";
+    const std::string text = std::string(R"({"HEADER": ")") + Serializable::dataTypeString(type) + R"("})";
+    return Serializable::deserializeHeader(text.c_str()) == type ? "yes" : "no";
+}
+
+Row rowOf(DataType type)
+{
+    std::unique_ptr<Serializable> message(Serializable::factory(type));
+    const bool made = message != nullptr;
+    if (!made) message = madeByApplications(type);
+    return {static_cast<int>(type), Serializable::dataTypeString(type), readFromHeader(type), made,
+            message ? className(*message) : "-"};
+}
+
+std::string padded(const std::string& text, size_t width)
+{
+    return text + std::string(width > text.size() ? width - text.size() : 1, ' ');
+}
+
+std::string line(const std::string& value, const Row& row, const std::string& made)
+{
+    return padded(value, 7) + padded(row.name, 26) + padded(row.header, 10) + padded(made, 9) + row.type + "\n";
+}
+
+std::string asTable(const std::vector<Row>& rows)
+{
+    std::string table = line("value", {0, "wire name", "header", false, "class"}, "factory");
+    for (const Row& row : rows)
+        table += line(std::to_string(row.value), row, row.made ? "yes" : "no");
+    return table;
+}
+
+cJSON* asObject(const Row& row)
+{
+    cJSON* const object = cJSON_CreateObject();
+    cJSON_AddNumberToObject(object, "value", row.value);
+    cJSON_AddStringToObject(object, "name", row.name.c_str());
+    cJSON_AddStringToObject(object, "header", row.header.c_str());
+    cJSON_AddBoolToObject(object, "factory", row.made);
+    if (row.type == "-")
+        cJSON_AddNullToObject(object, "class");
+    else
+        cJSON_AddStringToObject(object, "class", row.type.c_str());
+    return object;
+}
+
+std::string asJson(const std::vector<Row>& rows)
+{
+    const JsonTree array(cJSON_CreateArray());
+    for (const Row& row : rows)
+        cJSON_AddItemToArray(array.get(), asObject(row));
+    return pretty(array.get()) + "\n";
+}
+
+int types(const TypesOptions& options, Output& output)
+{
+    std::vector<Row> rows;
+    for (const DataType type : catalogue())
+        rows.push_back(rowOf(type));
+    output.write(options.json ? asJson(rows) : asTable(rows));
+    return ExitOk;
+}
+
+}  // namespace
+
+void addTypes(CLI::App& app, Chosen& chosen)
+{
+    const auto options = std::make_shared<TypesOptions>();
+    CLI::App* command = app.add_subcommand("types", "List the message types that the library knows");
+    command->add_flag("--json", options->json, "Print a JSON array instead of a table");
+    addLogOption(*command, chosen);
+    command->footer(
+        "Columns:\n"
+        "  header   whether a text whose \"HEADER\" is the wire name is read as the type;\n"
+        "           \"fallback\" is what every other text is read as\n"
+        "  factory  whether an empty message is made from the type, as a receiver does and \"orvu ask\"\n"
+        "  class    the C++ class, \"-\" (JSON: null) when the library has none\n"
+        "Exit codes:\n"
+        "  0   the list was printed\n"
+        "  64  wrong arguments\n"
+        "  74  standard output cannot be written");
+    command->callback(
+        [options, &chosen] { chosen.run = [options](Output& output) { return types(*options, output); }; });
+}
+
+}  // namespace OrvuTool

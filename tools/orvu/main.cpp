@@ -1,0 +1,63 @@
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+#include "Commands.h"
+#include "ExitCode.h"
+#include "Output.h"
+
+namespace {
+
+using OrvuTool::Chosen;
+using OrvuTool::Output;
+
+void declare(CLI::App& app, Chosen& chosen)
+{
+    app.name("orvu");
+    app.set_version_flag("--version", "orvu " ORVU_VERSION);
+    app.require_subcommand(1);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("orvu: ") + error.what() + "\nRun with --help for more information.\n";
+    });
+    app.footer(
+        "Exit codes: 0 is success; \"orvu COMMAND --help\" lists the others. Wrong arguments are 64, a file that "
+        "cannot be\n"
+        "read 66, a standard output that cannot be written 74. Errors go to standard error.");
+    OrvuTool::addLogOption(app, chosen);
+    OrvuTool::addServe(app, chosen);
+    OrvuTool::addAsk(app, chosen);
+    OrvuTool::addSend(app, chosen);
+    OrvuTool::addTypes(app, chosen);
+    OrvuTool::addCheck(app, chosen);
+}
+
+/// For what ends before any command runs: help, the version, and wrong arguments.
+int endEarly(const CLI::App& app, const CLI::ParseError& end, Output& output)
+{
+    std::ostringstream out;
+    std::ostringstream err;
+    const bool asked = app.exit(end, out, err) == 0;
+    output.write(out.str());
+    std::cerr << err.str();
+    return output.result(asked ? OrvuTool::ExitOk : OrvuTool::ExitUsage);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    static Output output;
+    CLI::App app("Talks the JSON messages of a digital-TV receiver: asks a request server, or is one.");
+    Chosen chosen;
+    declare(app, chosen);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        return endEarly(app, end, output);
+    }
+    setenv("ORVU_LOG", chosen.log.c_str(), 1);  // before the library's first line: it reads the variable once
+    return output.result(chosen.run(output));
+}
