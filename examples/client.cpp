@@ -1,0 +1,105 @@
+/// \file
+/// A small client: it prints a receiver's services, selects one of them, and meets an error.
+///
+///     client PORT [HOST]
+///
+/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "orvu/Orvu.h"
+
+namespace {
+
+using Orvu::OrvuRestInterface;
+using Orvu::Serializable;
+
+/// Every exchange gives a message that is ours to delete.
+using Answer = std::unique_ptr<Serializable>;
+
+/// What an error is called, such as "serviceNotFound". Failures of the connection arrive as such messages too.
+std::string nameOf(const Answer& answer)
+{
+    return Serializable::dataTypeString(answer->getDataType());
+}
+
+/// Asks for the service list. A bare query needs no request object: its type is enough.
+std::unique_ptr<Orvu::ServiceList> askForServices(OrvuRestInterface& orvu)
+{
+    Answer answer(orvu.sendRequest(Orvu::DataTypeServiceList));
+    if (answer->getDataType() == Orvu::DataTypeServiceList)
+        return std::unique_ptr<Orvu::ServiceList>(static_cast<Orvu::ServiceList*>(answer.release()));
+    std::cerr << "client: no list, but " << nameOf(answer) << "\n";
+    return nullptr;
+}
+
+void printServices(const Orvu::ServiceList& list)
+{
+    std::cout << list.services.size() << " services\n";
+    for (const Orvu::Service* service : list.services)
+        std::cout << "  " << service->serviceContextId << "  " << service->serviceName << "\n";
+}
+
+/// Selects a service. A request that carries something is an object of its class; it stays ours.
+void select(OrvuRestInterface& orvu, const std::string& locator)
+{
+    Orvu::ServiceSelection request;
+    request.serviceContextId = locator;
+    const Answer answer(orvu.sendRequest(&request));
+    std::cout << "selecting " << locator << ": " << nameOf(answer) << "\n";
+}
+
+void printCurrentService(OrvuRestInterface& orvu)
+{
+    const Answer answer(orvu.sendRequest(Orvu::DataTypeCurrentService));
+    if (answer->getDataType() == Orvu::DataTypeCurrentService)
+        std::cout << "now on " << static_cast<const Orvu::Service&>(*answer).serviceName << "\n";
+    else
+        std::cout << "no current service: " << nameOf(answer) << "\n";
+}
+
+/// Waits, however long the user takes: a confirmation is the one request without a time-out.
+void askToPair(OrvuRestInterface& orvu, const std::string& device)
+{
+    Orvu::ConfirmationScreen question(device);
+    const Answer answer(orvu.sendRequest(&question));
+    const auto* screen = dynamic_cast<const Orvu::ConfirmationScreen*>(answer.get());
+    std::cout << "pairing with " << device << ": " << (screen && screen->confirmed ? "agreed" : "not agreed") << "\n";
+}
+
+int useReceiver(OrvuRestInterface& orvu)
+{
+    const std::unique_ptr<Orvu::ServiceList> list = askForServices(orvu);
+    if (!list || list->services.empty()) return 1;
+    printServices(*list);
+    printCurrentService(orvu);
+    select(orvu, list->services.back()->serviceContextId);
+    printCurrentService(orvu);
+    select(orvu, "9.9.09");  // no such service: the answer is an error, by its type
+    askToPair(orvu, "Celular da Ana");
+    const Answer time(orvu.sendRequest(Orvu::DataTypeServiceTime));  // nothing that this receiver knows
+    std::cout << "the time: " << nameOf(time) << "\n";
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    const int port = argc == 2 || argc == 3 ? std::atoi(argv[1]) : 0;
+    if (port < 1 || port > 65535) {
+        std::cerr << "usage: client PORT [HOST]\n";
+        return 64;
+    }
+    OrvuRestInterface* orvu = OrvuRestInterface::getInstance();
+    int result = 3;
+    if (orvu->configureClient(argc == 3 ? argv[2] : "127.0.0.1", port))
+        result = useReceiver(*orvu);
+    else
+        std::cerr << "client: nobody answers on port " << port << "\n";
+    OrvuRestInterface::destroyInstance();
+    return result;
+}
