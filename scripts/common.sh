@@ -1,0 +1,43 @@
+# Sourced by the scripts beside it. Leaves the shell in the root of the tree.
+set -eu
+cd "$(dirname "$0")/.." || exit
+
+JOBS=$(nproc)
+
+# What the library, its tools and its tests are built with.
+BUILD_PACKAGES=(cmake ninja-build ccache g++ pkg-config binutils libcjson-dev libgtest-dev libgmock-dev libcli11-dev
+                android-liblog-dev doxygen)
+
+as_root()
+{
+    if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# is_installed PACKAGE[:ARCHITECTURE]
+is_installed()
+{
+    local architecture=${1##*:}
+    [ "$architecture" != "$1" ] || architecture=$(dpkg --print-architecture)
+    dpkg-query -W -f '${Architecture} ${Status}\n' "${1%:*}" 2>/dev/null |
+        grep -qE "^(all|$architecture) install ok installed$"
+}
+
+# need PACKAGE[:ARCHITECTURE]...: installs those of the Debian packages that are missing.
+need()
+{
+    local package missing=()
+    if ! command -v apt-get >/dev/null; then
+        echo "No apt-get here; what must be there is known to Debian as: $*" >&2
+        return
+    fi
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    echo "Installing ${missing[*]}"
+    # A list that cannot be fetched does not matter as long as the packages can.
+    as_root apt-get -qq -o DPkg::Lock::Timeout=300 update || echo "Some package lists could not be fetched." >&2
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get -qq -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}" >/dev/null
+}
