@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <map>
 #include <memory>
 #include <string>
@@ -97,13 +96,9 @@ public:
     std::string getCurrentIpAddress();
 
 private:
-    friend class OrvuRestServerSocket;
-    using RequestCallback = void* (*)(OrvuRestRequest*);
-
     OrvuRestInterface();
     ~OrvuRestInterface();
 
-    std::atomic<RequestCallback> requestCallback_{nullptr};
     int minPort_ = 1;  // an empty range: no port is tried before the application gives one
     int maxPort_ = 0;
     std::map<int, std::unique_ptr<OrvuRestSimpleServer>> servers_;

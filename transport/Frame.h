@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+
+#include "transport/Socket.h"
+
+namespace Orvu {
+
+/// \file
+/// One frame of an exchange, the same in both directions: four bytes with the length of the text plus one, in the host's
+/// byte order, then the text without its NUL.
+
+/// The longest text that is read: what is announced longer is refused.
+constexpr std::uint32_t kLongestText = 64u << 20;
+
+/// Where bytes come from.
+class ByteSource {
+public:
+    /// Waits for bytes and takes at most `size` of them. The number taken; 0 at the end, -1 after an error or a time-out.
+    virtual ssize_t read(char* to, std::size_t size) = 0;
+
+protected:
+    ~ByteSource() = default;
+};
+
+/// Bytes from a socket, which stays its owner's.
+class SocketSource : public ByteSource {
+public:
+    /// For a socket without a receive time-out: a read waits for `patience`, and not beyond `end`.
+    SocketSource(int fd, Seconds patience, Deadline end);
+    /// For a socket that carries the receive time-out `patience` itself, 0 for none.
+    SocketSource(int fd, Seconds patience);
+
+    ssize_t read(char* to, std::size_t size) override;
+
+private:
+    const int fd_;
+    const Seconds patience_;
+    const Deadline end_;
+    const int flags_;
+};
+
+/// Reads one frame: first the length, then the text.
+class FrameReader {
+public:
+    explicit FrameReader(ByteSource& source) : source_(source) {}
+
+    /// The announced length, the NUL counted. None when the source ends before its four bytes are there.
+    std::optional<std::uint32_t> readLength();
+
+    /// The text of `size` bytes; less when the source ends before. Memory follows what arrives, not what was announced.
+    /// Throws std::bad_alloc.
+    std::string readText(std::size_t size);
+
+private:
+    ByteSource& source_;
+    std::size_t filled_ = 0;
+    char early_[2048];  // the length and what came along with it: short frames need one read
+};
+
+/// Sends `text` as one frame. False when the peer is gone or takes nothing for `patience` (0: waits without end), and for
+/// text whose length the frame cannot carry.
+bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience);
+
+}  // namespace Orvu

@@ -1,0 +1,7 @@
+#include "transport/OrvuRestSimpleServer.h"
+
+namespace Orvu {
+
+OrvuRestSimpleServer::~OrvuRestSimpleServer() = default;
+
+}  // namespace Orvu

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "transport/InFlight.h"
+#include "transport/Threads.h"
+
+namespace Orvu {
+
+class Serializable;
+
+/// Receives the request of one connection and hands it to the application, or answers what cannot be handed over.
+///
+/// Knows neither the server nor the facade: both may be gone when it has left the exchanges in flight.
+class RequestWorker : public Task {
+public:
+    explicit RequestWorker(Connection connection);
+    void run() override;
+
+private:
+    void serve();
+    std::optional<std::string> readRequest();
+    std::unique_ptr<Serializable> messageOf(const std::string& text);
+    void handOver(std::unique_ptr<Serializable> message);
+    void answer(Serializable&& response);
+    bool leave();
+
+    Connection connection_;
+    const int number_;  // of the connection's descriptor, for the log
+};
+
+}  // namespace Orvu

@@ -1,0 +1,76 @@
+#include "transport/Socket.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace Orvu {
+namespace {
+
+constexpr int kFirstOrdinaryDescriptor = 3;
+
+/// Rounded up, so that a wait never ends early; -1, which is without end for `poll`, for a deadline that never comes.
+int millisecondsUntil(Deadline deadline)
+{
+    if (deadline == kNever) return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+    return static_cast<int>(std::clamp<long long>(left, 0, INT_MAX));
+}
+
+Socket movedUp(Socket socket)
+{
+    if (!socket || socket.fd() >= kFirstOrdinaryDescriptor) return socket;
+    Socket moved(fcntl(socket.fd(), F_DUPFD_CLOEXEC, kFirstOrdinaryDescriptor));
+    const int reason = errno;
+    socket = Socket();
+    errno = reason;
+    return moved;
+}
+
+}  // namespace
+
+bool waitFor(int fd, short events, Deadline deadline)
+{
+    pollfd wanted{fd, events, 0};
+    int ready;
+    do {
+        ready = poll(&wanted, 1, millisecondsUntil(deadline));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+Socket& Socket::operator=(Socket&& other) noexcept
+{
+    const Socket old(std::exchange(fd_, other.release()));
+    return *this;
+}
+
+Socket::~Socket()
+{
+    if (fd_ >= 0) close(fd_);
+}
+
+Socket Socket::stream()
+{
+    return movedUp(Socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)));
+}
+
+Socket Socket::acceptedFrom(const Socket& listener)
+{
+    int fd;
+    do {
+        fd = accept4(listener.fd(), nullptr, nullptr, SOCK_CLOEXEC);
+    } while (fd < 0 && errno == EINTR);
+    return movedUp(Socket(fd));
+}
+
+void Socket::shutdown()
+{
+    if (fd_ >= 0) ::shutdown(fd_, SHUT_RDWR);
+}
+
+}  // namespace Orvu

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <utility>
+
+namespace Orvu {
+
+using Seconds = std::chrono::seconds;
+using Deadline = std::chrono::steady_clock::time_point;
+
+/// Later than anything that happens.
+constexpr Deadline kNever = Deadline::max();
+
+/// The end of a wait that begins now.
+inline Deadline after(Seconds wait)
+{
+    return std::chrono::steady_clock::now() + wait;
+}
+
+/// Waits until one of `events` (of `poll`), an error or a hang-up shows on `fd`; false when `deadline` comes first.
+bool waitFor(int fd, short events, Deadline deadline);
+
+/// Owns one socket and closes it. shutdown() may be called from another thread; closing may not.
+///
+/// Sockets made here are closed by `exec` and never take a standard descriptor: the contract counts descriptors from 1, and
+/// log lines go to 2.
+class Socket {
+public:
+    Socket() = default;
+    explicit Socket(int fd) : fd_(fd) {}  ///< Takes `fd`.
+    Socket(Socket&& other) noexcept : fd_(other.release()) {}
+    Socket& operator=(Socket&& other) noexcept;
+    ~Socket();
+
+    /// A fresh IPv4 stream socket; without one `errno` tells why.
+    static Socket stream();
+    /// The next connection of a listening socket; without one `errno` tells why. Blocks.
+    static Socket acceptedFrom(const Socket& listener);
+
+    explicit operator bool() const { return fd_ >= 0; }
+    int fd() const { return fd_; }
+    /// Gives the descriptor away.
+    int release() { return std::exchange(fd_, -1); }
+    /// Ends the traffic both ways and wakes whoever waits for some. A listening socket stops listening and stays bound.
+    void shutdown();
+
+private:
+    int fd_ = -1;
+};
+
+}  // namespace Orvu
