@@ -1,0 +1,14 @@
+# Installs the build BUILD into PREFIX, afresh, and looks whether anything there still points to the tree SOURCE.
+file(REMOVE_RECURSE ${PREFIX})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+
+file(GLOB_RECURSE texts ${PREFIX}/*.cmake ${PREFIX}/*.pc ${PREFIX}/*.h)
+foreach(text IN LISTS texts)
+    file(READ ${text} content)
+    foreach(stranger ${SOURCE} ${BUILD} cJSONConfig find_dependency)
+        string(FIND "${content}" ${stranger} at)
+        if(NOT at EQUAL -1)
+            message(FATAL_ERROR "${text} mentions ${stranger}")
+        endif()
+    endforeach()
+endforeach()

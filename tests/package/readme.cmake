@@ -1,0 +1,11 @@
+# Writes the files that README shows, each named in the first line of its block, into the folder TARGET.
+file(REMOVE_RECURSE ${TARGET})
+file(READ ${README} text)
+foreach(file receiver.cpp client.cpp CMakeLists.txt)
+    string(REGEX MATCH "```[a-z]+\n(//|#) ${file}[^`]*" block "${text}")
+    if(NOT block)
+        message(FATAL_ERROR "README shows no ${file}")
+    endif()
+    string(REGEX REPLACE "^```[a-z]+\n" "" block "${block}")
+    file(WRITE ${TARGET}/${file} "${block}")
+endforeach()
