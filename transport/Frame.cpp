@@ -6,7 +6,8 @@
 #include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/uio.h>
+
+#include "transport/Outgoing.h"
 
 namespace Orvu {
 namespace {
@@ -17,36 +18,6 @@ constexpr std::size_t kFirstStep = 64 * 1024;
 Deadline endOf(Seconds patience)
 {
     return patience == Seconds::zero() ? kNever : after(patience);
-}
-
-void skip(msghdr& message, std::size_t sent)
-{
-    while (message.msg_iovlen > 0 && sent >= message.msg_iov->iov_len) {
-        sent -= message.msg_iov->iov_len;
-        ++message.msg_iov;
-        --message.msg_iovlen;
-    }
-    if (message.msg_iovlen == 0) return;
-    message.msg_iov->iov_base = static_cast<char*>(message.msg_iov->iov_base) + sent;
-    message.msg_iov->iov_len -= sent;
-}
-
-bool sendAll(int fd, msghdr& message, Seconds patience)
-{
-    bool lastTry = false;
-    while (message.msg_iovlen > 0) {
-        const ssize_t sent = sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (sent >= 0) {
-            skip(message, static_cast<std::size_t>(sent));
-            lastTry = false;
-        } else if (errno == EAGAIN && !lastTry) {
-            // The system reports room only once a third of its buffer is free. A slow peer may have made less: one try more.
-            lastTry = !waitFor(fd, POLLOUT, endOf(patience));
-        } else if (errno != EINTR) {
-            return false;
-        }
-    }
-    return true;
 }
 
 }  // namespace
@@ -97,12 +68,9 @@ std::string FrameReader::readText(std::size_t size)
 bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience)
 {
     if (size >= INT_MAX) return false;
-    std::uint32_t length = static_cast<std::uint32_t>(size) + 1;
-    iovec parts[] = {{&length, sizeof length}, {const_cast<char*>(text), size}};
-    msghdr message{};
-    message.msg_iov = parts;
-    message.msg_iovlen = 2;
-    return sendAll(fd, message, patience);
+    const std::uint32_t length = static_cast<std::uint32_t>(size) + 1;
+    Outgoing frame(&length, sizeof length, text, size);
+    return frame.finish(fd, patience);
 }
 
 }  // namespace Orvu

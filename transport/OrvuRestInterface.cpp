@@ -1,8 +1,11 @@
 #include "orvu/OrvuRestInterface.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <ifaddrs.h>
 #include <memory>
@@ -12,6 +15,8 @@
 
 #include "transport/OrvuRestClientSocket.h"
 #include "transport/OrvuRestServerSocket.h"
+#include "transport/OrvuRestServerTcpSocket.h"
+#include "transport/OrvuRestServerWebSocket.h"
 #include "transport/OrvuRestSimpleServer.h"
 #include "transport/RequestCallback.h"
 #include "transport/RequestClient.h"
@@ -19,6 +24,8 @@
 
 namespace Orvu {
 namespace {
+
+constexpr int kNoPort = 0;
 
 StaticMutex instanceMutex;
 OrvuRestInterface* instance = nullptr;
@@ -28,6 +35,24 @@ std::atomic<void* (*)(const char*)> logCallback{nullptr};
 void logEscaped(const char* what)
 {
     OrvuRestInterface::log("OrvuRestInterface::notifyCallback: ERROR exception from the callback: %s", what);
+}
+
+std::unique_ptr<OrvuRestSimpleServer> serverFor(const std::string& protocol)
+{
+    if (protocol == "tcp") return std::make_unique<OrvuRestServerTcpSocket>();
+    if (protocol == "websocket") return std::make_unique<OrvuRestServerWebSocket>();
+    return nullptr;
+}
+
+/// The first port of the range that the server could be configured on, kNoPort without one. What is no TCP port is not tried.
+int configureInRange(OrvuRestSimpleServer& server, int minPort, int maxPort)
+{
+    for (int port = std::max(minPort, 1); port <= std::min(maxPort, 65535); ++port) {
+        OrvuRestInterface::log("OrvuRestInterface::createServer: Trying");
+        if (server.configure(port)) return port;
+        OrvuRestInterface::log("OrvuRestInterface::createServer: cannot configure the server");
+    }
+    return kNoPort;
 }
 
 std::string textOf(const sockaddr& address)
@@ -153,8 +178,51 @@ void OrvuRestInterface::setSocketsPortsRange(int minPort, int maxPort)
 SocketServerInfo* OrvuRestInterface::createServer(std::string protocol)
 {
     log("OrvuRestInterface::createServer: protocol: %s", protocol.c_str());
-    log("OrvuRestInterface::createServer: cannot create the server: %s", protocol.c_str());
-    return nullptr;
+    try {
+        std::unique_ptr<OrvuRestSimpleServer> server = serverFor(protocol);
+        if (!server) {
+            log("OrvuRestInterface::createServer: cannot create the server: %s", protocol.c_str());
+            return nullptr;
+        }
+        const int port = configureInRange(*server, minPort_, maxPort_);
+        if (port == kNoPort) return nullptr;
+        auto info = std::make_unique<SocketServerInfo>();
+        info->handler = newHandler();
+        info->protocol = std::move(protocol);
+        info->ipAddress = getCurrentIpAddress();
+        info->port = port;
+        startAs(*info, std::move(server));
+        return info.release();
+    } catch (const std::bad_alloc&) {
+        log("OrvuRestInterface::createServer: ERROR out of memory!");
+        return nullptr;
+    }
+}
+
+/// A value of the C library's generator, seeded anew each time; the next one where a server has it already.
+int OrvuRestInterface::newHandler() const
+{
+    std::srand(static_cast<unsigned>(std::time(nullptr)));
+    int handler = std::rand();
+    while (servers_.count(handler) != 0)
+        handler = std::rand();
+    return handler;
+}
+
+/// Starts the server and registers it under the record's handle, or tells in the record that it could not be started.
+void OrvuRestInterface::startAs(SocketServerInfo& info, std::unique_ptr<OrvuRestSimpleServer> server)
+{
+    std::unique_ptr<OrvuRestSimpleServer>& place = servers_[info.handler];
+    if (server->start()) {
+        log("OrvuRestInterface::createServer: ------------------------");
+        place = std::move(server);
+        return;
+    }
+    info.error = 1;
+    log("OrvuRestInterface::createServer: cannot start the server 1");
+    server.reset();
+    log("OrvuRestInterface::createServer: cannot start the server 2");
+    servers_.erase(info.handler);
 }
 
 bool OrvuRestInterface::stopServer(int handler)

@@ -1,51 +1,21 @@
 #include "transport/OrvuRestServerSocket.h"
 
 #include <cerrno>
-#include <netinet/in.h>
 #include <new>
-#include <poll.h>
 #include <sys/socket.h>
 
 #include "orvu/OrvuRestInterface.h"
 #include "transport/InFlight.h"
+#include "transport/Listener.h"
 #include "transport/RequestWorker.h"
 
 namespace Orvu {
 namespace {
 
-constexpr int kPauseMilliseconds = 100;
-
 StaticMutex instanceMutex;
 OrvuRestServerSocket* instance = nullptr;
 
-bool bindTo(const Socket& socket, int port)
-{
-    if (port < 0 || port > 65535) return false;
-    const int on = 1;
-    setsockopt(socket.fd(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_ANY);
-    address.sin_port = htons(static_cast<in_port_t>(port));
-    return bind(socket.fd(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-}
-
-/// Whether the system, and not one peer, is the reason: it would fail again at once.
-bool isLasting(int reason)
-{
-    return reason != ECONNABORTED && reason != EPROTO;
-}
-
 }  // namespace
-
-class OrvuRestServerSocket::AcceptLoop : public Task {
-public:
-    explicit AcceptLoop(OrvuRestServerSocket& server) : Task("orvu-accept"), server_(server) {}
-    void run() override { server_.acceptConnections(); }
-
-private:
-    OrvuRestServerSocket& server_;  // waits for this thread before it goes
-};
 
 OrvuRestServerSocket::OrvuRestServerSocket() : inFlight_(std::make_shared<InFlight>()) {}
 
@@ -109,8 +79,7 @@ bool OrvuRestServerSocket::start()
         return false;
     }
     running_ = true;
-    std::unique_ptr<Task> loop(new (std::nothrow) AcceptLoop(*this));
-    if (loop && acceptThread_.start(std::move(loop))) return true;
+    if (acceptThread_.start(makeTask("orvu-accept", [this] { acceptConnections(); }))) return true;
     running_ = false;
     listener_.shutdown();  // it stays bound, so that the next start may succeed
     OrvuRestInterface::log("OrvuRestServerSocket::start: ERROR run the server thread!");
@@ -148,7 +117,7 @@ void OrvuRestServerSocket::acceptConnections()
         if (socket) {
             serve(std::move(socket));
         } else if (running_ && isLasting(reason)) {
-            poll(nullptr, 0, kPauseMilliseconds);
+            pauseAccepting();
         }
     }
     OrvuRestInterface::log("OrvuRestServerSocket::serverThread: Server loop end!");

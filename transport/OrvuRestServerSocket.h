@@ -23,10 +23,6 @@ public:
     /// Stops and deletes the server. Requests still being received are dropped; returns when they are.
     static void destroyInstance();
 
-    /// Drops the requests still being received, those to come as well, and returns when they are dropped. For whoever is
-    /// about to destroy the server.
-    static void dropRequests();
-
     bool configure(int port) override;
     /// Once true, peers can connect.
     bool start() override;
@@ -36,10 +32,14 @@ public:
     bool send(unsigned char* data, unsigned int size) override;
 
 private:
-    class AcceptLoop;
+    friend class OrvuRestInterface;
 
     OrvuRestServerSocket();
     ~OrvuRestServerSocket() override;
+
+    /// Drops the requests still being received, those to come as well, and returns when they are dropped. For whoever is
+    /// about to destroy the server.
+    static void dropRequests();
 
     void stopLocked();
     void acceptConnections();

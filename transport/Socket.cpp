@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -36,9 +35,14 @@ Socket movedUp(Socket socket)
 bool waitFor(int fd, short events, Deadline deadline)
 {
     pollfd wanted{fd, events, 0};
+    return waitForAny(&wanted, 1, deadline);
+}
+
+bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline)
+{
     int ready;
     do {
-        ready = poll(&wanted, 1, millisecondsUntil(deadline));
+        ready = poll(wanted, static_cast<nfds_t>(count), millisecondsUntil(deadline));
     } while (ready < 0 && errno == EINTR);
     return ready > 0;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <poll.h>
 #include <utility>
 
 namespace Orvu {
@@ -19,6 +21,9 @@ inline Deadline after(Seconds wait)
 
 /// Waits until one of `events` (of `poll`), an error or a hang-up shows on `fd`; false when `deadline` comes first.
 bool waitFor(int fd, short events, Deadline deadline);
+
+/// The same for several sockets at once, each with its events; what showed stands in `revents`.
+bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline);
 
 /// Owns one socket and closes it. shutdown() may be called from another thread; closing may not.
 ///

@@ -39,6 +39,7 @@ bool create(pthread_t& thread, const pthread_attr_t* attributes, std::unique_ptr
 
 bool Thread::start(std::unique_ptr<Task> task)
 {
+    if (!task) return false;
     const AllSignalsBlocked inheritedByTheThread;
     pthread_t thread;
     if (!create(thread, nullptr, std::move(task))) return false;

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <new>
 #include <optional>
 #include <pthread.h>
+#include <utility>
 
 namespace Orvu {
 
@@ -31,6 +33,21 @@ private:
     const char* const threadName_;
 };
 
+/// A task that calls `function`. Null when memory cannot be had.
+template <class Function>
+std::unique_ptr<Task> makeTask(const char* threadName, Function function)
+{
+    class Call : public Task {
+    public:
+        Call(const char* name, Function called) : Task(name), called_(std::move(called)) {}
+        void run() override { called_(); }
+
+    private:
+        Function called_;
+    };
+    return std::unique_ptr<Task>(new (std::nothrow) Call(threadName, std::move(function)));
+}
+
 /// One thread of the library that somebody waits for. All signals are blocked in it.
 class Thread {
 public:
@@ -39,7 +56,8 @@ public:
     Thread& operator=(const Thread&) = delete;
     ~Thread() { join(); }
 
-    /// Runs `task`. False, and the task is deleted, when the system has no thread to give. Not twice without join().
+    /// Runs `task`. False, and the task is deleted, without a task or when the system has no thread to give. Not twice
+    /// without join().
     bool start(std::unique_ptr<Task> task);
     /// Waits for the thread's end. Nothing without a thread.
     void join();

@@ -99,6 +99,9 @@ private:
     OrvuRestInterface();
     ~OrvuRestInterface();
 
+    int newHandler() const;
+    void startAs(SocketServerInfo& info, std::unique_ptr<OrvuRestSimpleServer> server);
+
     int minPort_ = 1;  // an empty range: no port is tried before the application gives one
     int maxPort_ = 0;
     std::map<int, std::unique_ptr<OrvuRestSimpleServer>> servers_;

@@ -1,0 +1,245 @@
+#include "transport/OrvuRestServerTcpSocket.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <new>
+#include <poll.h>
+#include <sys/socket.h>
+
+#include "orvu/OrvuRestInterface.h"
+#include "transport/Listener.h"
+#include "transport/Outgoing.h"
+
+namespace Orvu {
+namespace {
+
+constexpr Seconds kPushTime(5);
+
+short statesOf(const Socket& socket, short wanted)
+{
+    pollfd state{socket.fd(), wanted, 0};
+    return poll(&state, 1, 0) > 0 ? state.revents : short{0};
+}
+
+}  // namespace
+
+/// One listener, as long as anybody uses it.
+struct OrvuRestServerTcpSocket::Client {
+    explicit Client(Socket accepted) : socket(std::move(accepted)) {}
+
+    bool isBroken() const { return failed || (statesOf(socket, 0) & (POLLERR | POLLHUP)) != 0; }
+    bool hasEnded() const { return (statesOf(socket, POLLRDHUP) & POLLRDHUP) != 0; }
+
+    Socket socket;
+    std::atomic<bool> failed{false};  // a write failed for good
+    bool stalled = false;             // let a push wait too long; the sending thread's
+};
+
+/// One push on its way to one client.
+struct OrvuRestServerTcpSocket::Delivery {
+    void proceed()
+    {
+        if (!bytes.offer(client->socket.fd())) client->failed = true;
+    }
+    bool isWaiting() const { return bytes.left() > 0 && !client->failed; }
+    /// Whether the push waits for the client; once a client has let one wait too
+    /// long, none does.
+    bool isWorthWaiting() const { return isWaiting() && !client->stalled; }
+
+    std::shared_ptr<Client> client;
+    Outgoing bytes;
+};
+
+OrvuRestServerTcpSocket::OrvuRestServerTcpSocket() = default;
+
+OrvuRestServerTcpSocket::~OrvuRestServerTcpSocket()
+{
+    OrvuRestServerTcpSocket::stop();
+}
+
+bool OrvuRestServerTcpSocket::configure(int port)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (running_) stopLocked();
+    serverSocket_ = Socket::stream();
+    if (!serverSocket_) {
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::configure: ERROR opening server socket!");
+        return false;
+    }
+    if (!bindTo(serverSocket_, port)) {
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::configure: ERROR binding server socket!");
+        serverSocket_ = Socket();
+        return false;
+    }
+    return true;
+}
+
+bool OrvuRestServerTcpSocket::start()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (running_) return true;
+    if (!serverSocket_) {
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::start: ERROR configure before start!");
+        return false;
+    }
+    if (listen(serverSocket_.fd(), SOMAXCONN) != 0) {
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::start: ERROR listening on server socket!");
+        return false;
+    }
+    running_ = true;
+    if (serverThread_.start(makeTask("orvu-accept", [this] { acceptClients(); }))) return true;
+    running_ = false;
+    serverSocket_.shutdown();  // it stays bound, so that the next start may succeed
+    OrvuRestInterface::log("OrvuRestServerTcpSocket::start: ERROR run the server thread!");
+    return false;
+}
+
+void OrvuRestServerTcpSocket::stop()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    stopLocked();
+}
+
+void OrvuRestServerTcpSocket::stopLocked()
+{
+    OrvuRestInterface::log("OrvuRestServerTcpSocket::stop: Stopping server");
+    running_ = false;
+    serverSocket_.shutdown();
+    dropClients();
+    serverThread_.join();
+    serverSocket_ = Socket();
+}
+
+/// Ends a push in progress, too, which may still hold the clients. Nobody is
+/// listed once `running_` is off.
+void OrvuRestServerTcpSocket::dropClients()
+{
+    const std::lock_guard<std::mutex> lock(clientsMutex_);
+    for (const auto& client : clients_)
+        client->socket.shutdown();
+    clients_.clear();
+}
+
+void OrvuRestServerTcpSocket::acceptClients()
+{
+    OrvuRestInterface::log("OrvuRestServerTcpSocket::serverThread: Server loop start!");
+    while (running_) {
+        Socket socket = Socket::acceptedFrom(serverSocket_);
+        const int reason = errno;
+        if (socket) {
+            list(std::move(socket));
+        } else if (running_ && isLasting(reason) && !releaseGone()) {
+            pauseAccepting();
+        }
+    }
+    OrvuRestInterface::log("OrvuRestServerTcpSocket::serverThread: Server loop end!");
+}
+
+void OrvuRestServerTcpSocket::list(Socket socket)
+{
+    const int on = 1;
+    setsockopt(socket.fd(), IPPROTO_TCP, TCP_NODELAY, &on,
+               sizeof on);  // a push goes out at once, however small
+    try {
+        auto client = std::make_shared<Client>(std::move(socket));
+        const std::lock_guard<std::mutex> lock(clientsMutex_);
+        if (running_) clients_.push_back(std::move(client));
+    } catch (const std::bad_alloc&) {
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::serverThread: ERROR out of memory!");
+    }
+}
+
+/// Drops clients whose peer is gone, for want of descriptors. A bare end of
+/// stream comes last: the peer may still read.
+bool OrvuRestServerTcpSocket::releaseGone()
+{
+    const std::lock_guard<std::mutex> lock(clientsMutex_);
+    const std::size_t before = clients_.size();
+    const auto drop = [this](bool (Client::*isGone)() const) {
+        clients_.erase(std::remove_if(clients_.begin(), clients_.end(),
+                                      [isGone](const auto& client) { return (*client.*isGone)(); }),
+                       clients_.end());
+    };
+    drop(&Client::isBroken);
+    if (clients_.size() == before) drop(&Client::hasEnded);
+    return clients_.size() < before;
+}
+
+bool OrvuRestServerTcpSocket::send(unsigned char* data, unsigned int size)
+{
+    const std::lock_guard<std::mutex> lock(sending_);
+    const int shown = data ? static_cast<int>(std::min<unsigned>(size, INT_MAX)) : 0;
+    OrvuRestInterface::log("OrvuRestServerTcpSocket::send: Send to client: %.*s", shown, reinterpret_cast<char*>(data));
+    try {
+        return deliver(data, data ? size : 0);
+    } catch (const std::bad_alloc&) {
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR out of memory!");
+        return false;
+    }
+}
+
+OrvuRestServerTcpSocket::Clients OrvuRestServerTcpSocket::listed()
+{
+    const std::lock_guard<std::mutex> lock(clientsMutex_);
+    return clients_;
+}
+
+/// Gives the clients that could not take the push whole the rest, as they make
+/// room for it.
+void OrvuRestServerTcpSocket::finish(std::vector<Delivery>& deliveries, std::vector<pollfd>& states)
+{
+    const Deadline end = after(kPushTime);
+    for (bool inTime = true; inTime;) {
+        states.clear();
+        for (const Delivery& delivery : deliveries) {
+            if (delivery.isWorthWaiting()) states.push_back({delivery.client->socket.fd(), POLLOUT, 0});
+        }
+        if (states.empty()) return;
+        inTime = waitForAny(states.data(), states.size(), end);
+        // At the end all are tried once more: the system reports room only once
+        // there is plenty.
+        for (Delivery& delivery : deliveries) {
+            if (delivery.isWorthWaiting()) delivery.proceed();
+        }
+    }
+}
+
+/// Tells who took the push whole. True when anybody did.
+bool OrvuRestServerTcpSocket::settle(const std::vector<Delivery>& deliveries)
+{
+    bool anybody = false;
+    for (const Delivery& delivery : deliveries) {
+        const bool isWhole = delivery.bytes.left() == 0;
+        delivery.client->stalled = delivery.isWaiting();
+        if (!isWhole) OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR writing to socket");
+        anybody = anybody || isWhole;
+    }
+    return anybody;
+}
+
+bool OrvuRestServerTcpSocket::deliver(const unsigned char* data, unsigned int size)
+{
+    const Clients clients = listed();
+    if (size == 0) {
+        for (std::size_t i = 0; i < clients.size(); ++i) {
+            OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR data is empty!");
+        }
+        return false;
+    }
+    std::vector<Delivery> deliveries;
+    deliveries.reserve(clients.size());  // memory is had before the first byte goes out
+    std::vector<pollfd> states;
+    states.reserve(clients.size());
+
+    for (const auto& client : clients) {
+        deliveries.push_back({client, Outgoing(data, size)});
+        deliveries.back().proceed();
+    }
+    finish(deliveries, states);
+    return settle(deliveries);
+}
+
+}  // namespace Orvu

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <poll.h>
+#include <vector>
+
+#include "transport/OrvuRestSimpleServer.h"
+#include "transport/Socket.h"
+#include "transport/Threads.h"
+
+namespace Orvu {
+
+/// Pushes raw bytes, without any framing, to every client that connected.
+/// Nothing is ever read from a client.
+///
+/// Any thread. A push that is still going out delays the next one, and nothing
+/// else.
+class ORVU_EXPORT OrvuRestServerTcpSocket : public OrvuRestSimpleServer {
+public:
+    OrvuRestServerTcpSocket();
+    ~OrvuRestServerTcpSocket() override;
+
+    bool configure(int port) override;
+    bool start() override;
+    /// Closes every client as well.
+    void stop() override;
+    /// Offers the bytes to every client in the order of acceptance, then gives
+    /// those that could not take them whole the rest, for 5 s at most in all. A
+    /// client that let this time pass is from then on only offered, until it
+    /// takes a push whole: it may find messages cut. True when at least one
+    /// client took all bytes. Clients that failed stay listed.
+    bool send(unsigned char* data, unsigned int size) override;
+
+private:
+    struct Client;
+    struct Delivery;
+    using Clients = std::vector<std::shared_ptr<Client>>;
+
+    void stopLocked();
+    void dropClients();
+    void acceptClients();
+    void list(Socket socket);
+    bool releaseGone();
+    Clients listed();
+    bool deliver(const unsigned char* data, unsigned int size);
+    static void finish(std::vector<Delivery>& deliveries, std::vector<pollfd>& states);
+    static bool settle(const std::vector<Delivery>& deliveries);
+
+    std::mutex mutex_;  // guards configure, start and stop; no thread of the
+                        // server takes it
+    Socket serverSocket_;
+    Thread serverThread_;
+    std::atomic<bool> running_{false};
+
+    std::mutex sending_;  // one push at a time
+
+    std::mutex clientsMutex_;  // guards the list; never held while writing or joining
+    Clients clients_;
+};
+
+}  // namespace Orvu

@@ -1,0 +1,52 @@
+#include "transport/Outgoing.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <poll.h>
+#include <sys/socket.h>
+
+namespace Orvu {
+
+Outgoing::Outgoing(const void* head, std::size_t headSize, const void* body, std::size_t bodySize)
+    : parts_{{const_cast<void*>(head), headSize}, {const_cast<void*>(body), bodySize}}
+{}
+
+bool Outgoing::offer(int fd)
+{
+    while (left() > 0) {
+        msghdr message{};
+        message.msg_iov = parts_;
+        message.msg_iovlen = 2;
+        const ssize_t sent = sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent < 0) return errno == EAGAIN;
+        skip(static_cast<std::size_t>(sent));
+    }
+    return true;
+}
+
+bool Outgoing::finish(int fd, Seconds patience, Deadline end)
+{
+    while (offer(fd)) {
+        if (left() == 0) return true;
+        const std::size_t before = left();
+        const bool hasRoom =
+            waitFor(fd, POLLOUT, std::min(patience == Seconds::zero() ? kNever : after(patience), end));
+        // The system reports room only once there is plenty: a slow peer may have
+        // made less.
+        if (!hasRoom && (!offer(fd) || left() == before)) return false;
+    }
+    return false;
+}
+
+void Outgoing::skip(std::size_t sent)
+{
+    for (iovec& part : parts_) {
+        const std::size_t taken = std::min(sent, part.iov_len);
+        part.iov_base = static_cast<char*>(part.iov_base) + taken;
+        part.iov_len -= taken;
+        sent -= taken;
+    }
+}
+
+}  // namespace Orvu

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <sys/uio.h>
+
+#include "transport/Socket.h"
+
+namespace Orvu {
+
+/// Bytes on their way into a socket: what stands in front and what follows go
+/// out as one. They stay the caller's.
+class Outgoing {
+public:
+    Outgoing(const void* head, std::size_t headSize, const void* body = nullptr, std::size_t bodySize = 0);
+
+    /// Gives the socket as much as it takes without waiting. False when the
+    /// socket failed for good.
+    bool offer(int fd);
+
+    /// Gives it all the rest, waiting for room up to `patience` at a time and not
+    /// beyond `end`. False when the socket failed or the time was over.
+    bool finish(int fd, Seconds patience, Deadline end = kNever);
+
+    /// Bytes that the socket has not taken yet.
+    std::size_t left() const { return parts_[0].iov_len + parts_[1].iov_len; }
+
+private:
+    void skip(std::size_t sent);
+
+    iovec parts_[2];
+};
+
+}  // namespace Orvu
