@@ -214,8 +214,9 @@ void JsonWriter::integer(Integer value)
 
 void JsonWriter::number(const cJSON& value)
 {
-    char text[64];  // cJSON writes at most 26
-    if (!cJSON_PrintPreallocated(const_cast<cJSON*>(&value), text, sizeof text, false)) text[0] = '\0';
+    char text[64] = "";  // cJSON writes at most 26
+    const bool printed = cJSON_PrintPreallocated(const_cast<cJSON*>(&value), text, sizeof text, false);
+    failed_ = failed_ || !printed;
     append(text, std::strlen(text));
 }
 
