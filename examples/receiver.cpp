@@ -33,7 +33,7 @@ struct Channel {
 const std::vector<Channel> kChannels = {
     {"Canal Um HD", 1840, 58880},
     {"Canal Um Notícias", 1840, 58881},
-    {"TV Horizonte HD", 1848, 59136},
+    {"Canal Dois HD", 1848, 59136},
 };
 
 /// The receiver's own state. Requests come in on several threads at once, so it has a lock.

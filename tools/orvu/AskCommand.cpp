@@ -33,7 +33,7 @@ void addAsk(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<AskOptions>();
     CLI::App* command = app.add_subcommand("ask", "Send the empty request of a type and print the answer");
-    command->add_option("TYPE", options->type, "The type's wire name, such as serviceList")->required();
+    command->add_option("TYPE", options->type, "The type's wire name, such as serviceList")->required()->type_name("");
     addExchangeOptions(*command, *options);
     addLogOption(*command, chosen);
     command->footer(std::string(kExchangeExitCodes) +

@@ -133,7 +133,9 @@ void addCheck(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* command = app.add_subcommand("check", "Tell what the library makes of a message text");
-    command->add_option("FILE", options->file, "The file with the text; - is standard input")->required();
+    command->add_option("FILE", options->file, "The file with the text; - is standard input")
+        ->required()
+        ->type_name("");
     addLogOption(*command, chosen);
     command->footer(
         "Prints the type, whether the text reads, and what the message that was read writes: the same text, the same\n"

@@ -25,7 +25,14 @@ void addCheck(CLI::App& app, Chosen& chosen);
 inline void addLogOption(CLI::App& app, Chosen& chosen)
 {
     app.add_option("--log", chosen.log, "Where the library's own log lines go (default: none)")
-        ->check(CLI::IsMember({"none", "stderr", "syslog"}));
+        ->check(CLI::IsMember({"none", "stderr", "syslog"}).description(""))
+        ->type_name("none|stderr|syslog");
+}
+
+/// A TCP port that can be asked for; without a remark of its own in the help.
+inline CLI::Validator isPort()
+{
+    return CLI::Range(1, 65535).description("");
 }
 
 }  // namespace OrvuTool

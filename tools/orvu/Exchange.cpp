@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 
+#include "Commands.h"
 #include "ExitCode.h"
 #include "JsonText.h"
 #include "Output.h"
@@ -66,9 +67,12 @@ const char* const kExchangeExitCodes =
 
 void addExchangeOptions(CLI::App& command, ExchangeOptions& options)
 {
-    command.add_option("--host", options.host, "The server's name or IPv4 address")->capture_default_str();
+    command.add_option("--host", options.host, "The server's name or IPv4 address")
+        ->type_name("HOST")
+        ->capture_default_str();
     command.add_option("--port", options.port, "The server's TCP port")
-        ->check(CLI::Range(1, 65535))
+        ->type_name("PORT")
+        ->check(isPort())
         ->capture_default_str();
     command.add_flag("--raw", options.raw, "Print exactly the text that the answer writes, nothing added");
 }

@@ -42,7 +42,9 @@ void addSend(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<SendOptions>();
     CLI::App* command = app.add_subcommand("send", "Send a request text as it is and print the answer");
-    command->add_option("FILE", options->file, "The file with the request; - is standard input")->required();
+    command->add_option("FILE", options->file, "The file with the request; - is standard input")
+        ->required()
+        ->type_name("");
     addExchangeOptions(*command, *options);
     addLogOption(*command, chosen);
     command->footer(std::string(kExchangeExitCodes) +

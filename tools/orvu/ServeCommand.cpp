@@ -114,7 +114,7 @@ void addServe(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<ServeOptions>();
     CLI::App* command = app.add_subcommand("serve", "Answer requests from a folder of answers, until Ctrl-C");
-    command->add_option("PORT", options->port, "The TCP port to listen on")->required()->check(CLI::Range(1, 65535));
+    command->add_option("PORT", options->port, "The TCP port to listen on")->required()->type_name("")->check(isPort());
     command->add_option("--answers", options->folder, "The folder: a request of type T gets the text of T.json")
         ->required()
         ->type_name("DIR");

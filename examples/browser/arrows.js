@@ -1,0 +1,65 @@
+// The arrow keys of a remote control move the focus to what lies in their direction.
+
+const kFocusable = "button, input, summary";
+const kDirections = { ArrowUp: "up", ArrowDown: "down", ArrowLeft: "left", ArrowRight: "right" };
+
+export function moveFocusWithArrows() {
+    document.addEventListener("keydown", (event) => {
+        const direction = kDirections[event.key];
+        if (!direction || event.defaultPrevented || event.altKey || event.ctrlKey || event.metaKey || event.shiftKey) return;
+        if (isForTheCaret(event.target, direction)) return;
+        event.preventDefault();
+        if (!scrollsOn(document.activeElement, direction)) nextIn(direction)?.focus();
+    });
+}
+
+function isForTheCaret(target, direction) {
+    if (target.tagName !== "INPUT" || direction === "up" || direction === "down") return false;
+    const edge = direction === "left" ? 0 : target.value.length;
+    return target.selectionStart !== edge || target.selectionEnd !== edge;
+}
+
+// A message longer than the screen is read to its end before the focus leaves it.
+function scrollsOn(active, direction) {
+    const item = active?.closest("li");
+    if (!item || direction === "left" || direction === "right") return false;
+    const scroller = scrollerOf(item);
+    const view = viewOf(scroller);
+    const box = item.getBoundingClientRect();
+    const hidden = direction === "down" ? box.bottom - view.bottom : view.top - box.top;
+    if (hidden <= 8) return false;
+    const step = Math.min(hidden, (view.bottom - view.top) / 2);
+    const before = scroller.scrollTop;
+    scroller.scrollTop += direction === "down" ? step : -step;
+    return scroller.scrollTop !== before;
+}
+
+function scrollerOf(item) {
+    const list = item.parentElement;
+    return getComputedStyle(list).overflowY === "auto" ? list : document.scrollingElement;
+}
+
+function viewOf(scroller) {
+    return scroller === document.scrollingElement ? { top: 0, bottom: innerHeight } : scroller.getBoundingClientRect();
+}
+
+function nextIn(direction) {
+    const all = [...document.querySelectorAll(kFocusable)].filter((one) => !one.disabled && one.checkVisibility());
+    if (!all.includes(document.activeElement)) return all[0];
+    const from = document.activeElement.getBoundingClientRect();
+    const ways = all.map((one) => ({ one, way: wayTo(one.getBoundingClientRect(), from, direction) }));
+    return ways.filter(({ way }) => way < Infinity).sort((a, b) => a.way - b.way)[0]?.one;
+}
+
+// How far `to` lies in the direction, what lies aside counting thrice; Infinity when it does not lie there.
+function wayTo(to, from, direction) {
+    const ahead = { up: from.top - to.bottom, down: to.top - from.bottom, left: from.left - to.right, right: to.left - from.right };
+    if (ahead[direction] < -1) return Infinity;
+    const upright = direction === "up" || direction === "down";
+    const aside = upright ? gap(from.left, from.right, to.left, to.right) : gap(from.top, from.bottom, to.top, to.bottom);
+    return ahead[direction] + 3 * aside;
+}
+
+function gap(start, end, otherStart, otherEnd) {
+    return Math.max(0, otherStart - end, start - otherEnd);
+}

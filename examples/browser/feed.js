@@ -1,0 +1,98 @@
+// The list of messages, the newest first. The newest stands open, the others as the reader left them.
+
+const kMostMessages = 200;
+const kMostCharacters = 20000;
+
+// What formatted JSON is coloured by: a text with what tells a key, a word, a number.
+const kTokens = /("(?:\\.|[^"\\])*")(\s*:)?|\b(?:true|false|null)\b|-?\d+(?:\.\d+)?(?:[eE][+-]?\d+)?/g;
+
+export class Feed {
+    #list;
+    #empty;
+    #count;
+    #clear;
+    #received = 0;
+
+    /** Fills `list`; shows `empty` while nothing is in it, how much came in `count`; `clear` empties it. */
+    constructor(list, empty, count, clear) {
+        this.#list = list;
+        this.#empty = empty;
+        this.#count = count;
+        this.#clear = clear;
+        clear.addEventListener("click", () => this.#removeAll());
+    }
+
+    add(message) {
+        const before = this.#list.firstElementChild?.firstElementChild;
+        if (before && !before.dataset.chosen) before.open = false;
+        this.#list.prepend(entry(message));
+        if (this.#list.childElementCount > kMostMessages) this.#list.lastElementChild.remove();
+        this.#received += 1;
+        this.#showCount();
+    }
+
+    #removeAll() {
+        this.#list.replaceChildren();
+        this.#received = 0;
+        this.#showCount();
+    }
+
+    #showCount() {
+        const shown = this.#list.childElementCount;
+        this.#empty.hidden = shown > 0;
+        this.#clear.hidden = shown === 0;
+        const rest = this.#received > shown ? ` received, the last ${shown} shown` : " received";
+        this.#count.textContent = shown > 0 ? this.#received.toLocaleString("en") + rest : "";
+    }
+}
+
+function entry(message) {
+    const details = made("details");
+    const body = made("pre", "body");
+    const summary = made("summary", "", head(message), made("span", "preview", oneLine(message.text)));
+    summary.addEventListener("click", () => (details.dataset.chosen = "yes"));
+    details.append(summary, body);
+    // Written out when it is first seen: most messages of a busy receiver never are.
+    details.addEventListener("toggle", () => details.open && !body.firstChild && body.append(...written(message)));
+    details.open = true;
+    return made("li", "", details);
+}
+
+function head({ header, json, size, time }) {
+    const kind = header ?? (json === undefined ? "text" : "JSON");
+    const clock = made("time", "", time.toTimeString().slice(0, 8));
+    clock.dateTime = time.toISOString();
+    const bytes = made("span", "size", `${size.toLocaleString("en")} ${size === 1 ? "byte" : "bytes"}`);
+    return made("span", "head", made("span", header ? "kind" : "kind none", kind), bytes, clock);
+}
+
+function oneLine(text) {
+    return text.slice(0, 400).replace(/\s+/g, " ") || "(empty)";
+}
+
+function written({ text, json }) {
+    const whole = json === undefined ? text : JSON.stringify(json, null, 2);
+    const shown = whole.slice(0, kMostCharacters);
+    const parts = json === undefined ? [shown] : coloured(shown);
+    if (whole.length > shown.length) parts.push(made("span", "rest", `\n… ${whole.length - shown.length} more characters`));
+    return parts;
+}
+
+function coloured(text) {
+    const parts = [];
+    let end = 0;
+    for (const match of text.matchAll(kTokens)) {
+        const [whole, words, colon = ""] = match;
+        const token = words ?? whole;
+        parts.push(text.slice(end, match.index), made("span", words ? (colon ? "key" : "words") : "value", token), colon);
+        end = match.index + whole.length;
+    }
+    return [...parts, text.slice(end)];
+}
+
+function made(tag, className, ...children) {
+    const element = document.createElement(tag);
+    if (className) element.className = className;
+    element.append(...children);
+    return element;
+}

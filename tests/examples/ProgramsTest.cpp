@@ -1,0 +1,101 @@
+#include <csignal>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "tools/Tool.h"
+
+namespace OrvuTests {
+namespace {
+
+std::vector<std::string> command(const std::string& program, const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> words = commandOf(program);
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return words;
+}
+
+ProcessOptions withoutLog()
+{
+    ProcessOptions options;
+    options.environment = {"ORVU_LOG=none"};
+    return options;
+}
+
+TEST(TheExamplePrograms, TalkToEachOther)
+{
+    const PortLease lease;
+    const std::string port = std::to_string(lease.port());
+    Process receiver(command(ORVU_EXAMPLE_RECEIVER, {port}), withoutLog());
+    ASSERT_TRUE(receiver.waitForOutput("listening on port " + port + "\n"));
+
+    const Ended client = run(command(ORVU_EXAMPLE_CLIENT, {port}), withoutLog());
+    EXPECT_EQ(client.out,
+              "3 services\n"
+              "  1840.1840.01  Canal Um HD\n"
+              "  1840.1840.02  Canal Um Notícias\n"
+              "  1848.1848.01  Canal Dois HD\n"
+              "now on Canal Um HD\n"
+              "selecting 1848.1848.01: success\n"
+              "now on Canal Dois HD\n"
+              "selecting 9.9.09: serviceNotFound\n"
+              "pairing with Celular da Ana: agreed\n"
+              "the time: resourceNotFound\n");
+    EXPECT_EQ(client.err, "");
+    EXPECT_EQ(client.code, 0);
+
+    receiver.signal(SIGINT);
+    const Ended ended = receiver.wait();
+    EXPECT_EQ(ended.out, "listening on port " + port + "\nended\n");
+    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.code, 0);
+}
+
+TEST(TheExampleReceiver, AnswersWhatItDoesNotUnderstandOrLike)
+{
+    const PortLease lease;
+    Process receiver(command(ORVU_EXAMPLE_RECEIVER, {std::to_string(lease.port())}), withoutLog());
+    ASSERT_TRUE(receiver.waitForOutput("listening"));
+    EXPECT_EQ(rawExchange(lease.port(), frame("no JSON")), frame(headerOnly("unknown")));
+    EXPECT_EQ(rawExchange(lease.port(), frame(R"({"HEADER":"serviceSelection","serviceContextId":"one"})")),
+              frame(headerOnly("illegalArgument")));
+    EXPECT_EQ(rawExchange(lease.port(), frame(R"({"HEADER":"serviceSelection","serviceContextId":"current-service"})")),
+              frame(headerOnly("success")));
+}
+
+TEST(TheExampleReceiver, SaysWhenThePortCannotBeHad)
+{
+    Receiver other;
+    const Ended ended = run(command(ORVU_EXAMPLE_RECEIVER, {other.portText()}), withoutLog());
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err, "receiver: port " + other.portText() + " cannot be had\n");
+}
+
+TEST(TheExampleClient, SaysWhenNobodyListens)
+{
+    const PortLease lease;
+    const std::string port = std::to_string(lease.port());
+    const Ended ended = run(command(ORVU_EXAMPLE_CLIENT, {port, "127.0.0.1"}), withoutLog());
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "client: nobody answers on port " + port + "\n");
+}
+
+TEST(TheExampleClient, TalksToAReceiverOfAnswersToo)
+{
+    Receiver receiver;
+    const Ended ended = run(command(ORVU_EXAMPLE_CLIENT, {receiver.portText()}), withoutLog());
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err, "client: no list, but resourceNotFound\n");
+}
+
+TEST(TheExamplePrograms, SayHowTheyAreUsed)
+{
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_RECEIVER, {})).err, "usage: receiver PORT\n");
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_RECEIVER, {"web"})).code, 64);
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_CLIENT, {})).err, "usage: client PORT [HOST]\n");
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_CLIENT, {"0"})).code, 64);
+}
+
+}  // namespace
+}  // namespace OrvuTests

@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "tools/Tool.h"
+
+namespace OrvuTests {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::vector<std::string> kCommands = {"serve", "ask", "send", "types", "check"};
+
+TEST(TheTool, HelpsOnEveryLevel)
+{
+    const Ended top = run(orvu({"--help"}));
+    EXPECT_EQ(top.code, 0);
+    EXPECT_EQ(top.err, "");
+    EXPECT_THAT(top.out, HasSubstr("Exit codes"));
+    for (const std::string& command : kCommands) {
+        EXPECT_THAT(top.out, HasSubstr("\n  " + command + " "));
+        const Ended help = run(orvu({command, "--help"}));
+        EXPECT_EQ(help.code, 0) << command;
+        EXPECT_EQ(help.err, "") << command;
+        EXPECT_THAT(help.out, HasSubstr("Usage: orvu " + command)) << command;
+        EXPECT_THAT(help.out, HasSubstr("--log")) << command;
+        EXPECT_THAT(help.out, HasSubstr("Exit codes:\n  0   ")) << command;
+        EXPECT_THAT(help.out, HasSubstr("\n  64  ")) << command;
+        EXPECT_THAT(help.out, HasSubstr("\n  74  ")) << command;
+    }
+}
+
+TEST(TheTool, TellsItsVersion)
+{
+    const Ended ended = run(orvu({"--version"}));
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_THAT(ended.out, testing::MatchesRegex("orvu [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+class WrongArguments : public testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(WrongArguments, AreRefused)
+{
+    const Ended ended = run(orvu(GetParam()));
+    EXPECT_EQ(ended.code, 64);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_THAT(ended.err, StartsWith("orvu: "));
+    EXPECT_THAT(ended.err, HasSubstr("\nRun with --help for more information.\n"));
+}
+
+using Words = std::vector<std::string>;
+INSTANTIATE_TEST_SUITE_P(
+    TheTool, WrongArguments,
+    testing::Values(Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "more"}, Words{"types", "check", "-"},
+                    Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"},
+                    Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
+                    Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
+                    Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"},
+                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"},
+                    Words{"serve", "0", "--answers", "/"}, Words{"serve", "65536", "--answers", "/"},
+                    Words{"serve", "web", "--answers", "/"}, Words{"serve", "9000", "--answers"}));
+
+TEST(TheTool, EndsQuietlyWhenNobodyReadsItsOutput)
+{
+    ProcessOptions unread;
+    unread.outputGone = true;
+    for (const Words& words : {Words{"types"}, Words{"types", "--json"}, Words{"--help"}, Words{"--version"}}) {
+        const Ended ended = run(orvu(words), unread);
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_EQ(ended.err, "");
+    }
+}
+
+TEST(TheTool, KeepsTheExitCodeOfItsFindingsWhenNobodyReadsThem)
+{
+    ProcessOptions unread;
+    unread.outputGone = true;
+    unread.input = "no JSON";
+    EXPECT_EQ(run(orvu({"check", "-"}), unread).code, 2);
+}
+
+TEST(TheTool, SaysWhenItsOutputIsClosed)
+{
+    const Ended ended = run({"/bin/sh", "-c", orvuInShell("types >&-")});
+    EXPECT_EQ(ended.code, 74);
+    EXPECT_EQ(ended.err, "orvu: standard output: Bad file descriptor\n");
+}
+
+TEST(TheTool, SaysWhenItsOutputIsFull)
+{
+    const Ended ended = run({"/bin/sh", "-c", orvuInShell("--help >/dev/full")});
+    EXPECT_EQ(ended.code, 74);
+    EXPECT_EQ(ended.err, "orvu: standard output: No space left on device\n");
+}
+
+TEST(TheTool, WorksWithoutAnyStandardDescriptor)
+{
+    Receiver receiver;
+    receiver.answers().write("currentService.json", headerOnly("noSignal"));
+    const std::string asking = "ask currentService --port " + receiver.portText() + " <&- >&- 2>&-";
+    EXPECT_EQ(run({"/bin/sh", "-c", orvuInShell(asking)}).code, 74);
+    ASSERT_TRUE(receiver.process().waitForOutput("currentService -> noSignal"));
+}
+
+TEST(TheTool, LeavesStandardErrorToTheLibraryOnlyWhenAsked)
+{
+    EXPECT_EQ(run(orvu({"types"})).err, "");
+    EXPECT_EQ(run(orvu({"--log", "none", "types"})).err, "");
+    for (const Words& words : {Words{"--log", "stderr", "types"}, Words{"types", "--log", "stderr"}}) {
+        const Ended ended = run(orvu(words));
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_THAT(ended.err, StartsWith("I/OrVU: factory: dataType: unknown\n"));
+        EXPECT_EQ(ended.out, run(orvu({"types"})).out);
+    }
+}
+
+}  // namespace
+}  // namespace OrvuTests

@@ -1,0 +1,263 @@
+#include <csignal>
+#include <filesystem>
+#include <future>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <ostream>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "tools/Tool.h"
+
+namespace OrvuTests {
+namespace {
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+
+std::string askedFor(const std::string& type)
+{
+    return frame("{\"HEADER\":\"" + type + "\"}");
+}
+
+TEST(TheReceiver, SaysWhereItListens)
+{
+    Receiver receiver;
+    EXPECT_EQ(receiver.process().out(),
+              "listening on port " + receiver.portText() + ", answers from " + receiver.answers().path() + "\n");
+}
+
+TEST(TheReceiver, AnswersWithTheFileByteForByte)
+{
+    const std::string service =
+        " { \"serviceName\":\"Notícias\\u0041\",\r\n\t\"serviceId\" : 1e3, \"HEADER\":\"currentService\"}\n\n";
+    const std::string time = R"({"HEADER":"serviceTime","time":"now","more":[1.50, null]})";
+    Receiver receiver;
+    receiver.answers().write("currentService.json", service);
+    receiver.answers().write("serviceTime.json", time);
+    receiver.answers().write("serviceList.json", "{\"HEADER\":\"noSignal\"}");
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(service));
+    EXPECT_EQ(rawExchange(receiver.port(), frame(R"({"HEADER":"serviceTime","time":""})")), frame(time));
+    EXPECT_EQ(rawExchange(receiver.port(), frame(R"({"HEADER":"serviceList","serviceList":[]})")),
+              frame("{\"HEADER\":\"noSignal\"}"));
+    EXPECT_EQ(receiver.end().err, "");
+}
+
+TEST(TheReceiver, AnswersATextLongerThanASocketTakesAtOnce)
+{
+    const std::string text = R"({"HEADER":"currentService","serviceName":")" + std::string(9000000, 'x') + R"("})";
+    Receiver receiver;
+    receiver.answers().write("currentService.json", text);
+    EXPECT_TRUE(rawExchange(receiver.port(), askedFor("currentService")) == frame(text));
+}
+
+TEST(TheReceiver, AnswersResourceNotFoundWithoutAFile)
+{
+    Receiver receiver;
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceNotFound")));
+    EXPECT_EQ(receiver.end().err, "");
+}
+
+TEST(TheReceiver, AnswersARequestThatItCannotUnderstandFromTheFileOfUnknown)
+{
+    Receiver receiver;
+    receiver.answers().write("unknown.json", R"({"HEADER":"illegalArgument"})");
+    EXPECT_EQ(rawExchange(receiver.port(), frame("no JSON")), frame(R"({"HEADER":"illegalArgument"})"));
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("nonsense")), frame(R"({"HEADER":"illegalArgument"})"));
+}
+
+TEST(TheReceiver, TakesEveryNameOfTheCatalogueAsAnAnswer)
+{
+    Receiver receiver;
+    for (const char* type : {"unknown", "emptyData", "pos", "codecsSupported", "siCacheUnavailable", "playerAction"}) {
+        receiver.answers().write("currentService.json", headerOnly(type));
+        EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly(type)));
+    }
+    EXPECT_EQ(receiver.end().err, "");
+}
+
+struct Broken {
+    const char* text;
+    const char* reason;
+};
+
+void PrintTo(const Broken& broken, std::ostream* out)
+{
+    *out << broken.reason;
+}
+
+class ABrokenAnswer : public testing::TestWithParam<Broken> {};
+
+TEST_P(ABrokenAnswer, IsReportedAndAnsweredResourceUnavailable)
+{
+    Receiver receiver;
+    const std::string file = receiver.answers().write("currentService.json", GetParam().text);
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceUnavailable")));
+    EXPECT_EQ(receiver.end().err, "orvu: " + file + ": " + GetParam().reason + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Serve, ABrokenAnswer,
+    testing::Values(Broken{"", "is no JSON: stuck at byte 0 of 0"},
+                    Broken{R"({"HEADER":"currentService")", "is no JSON: stuck at byte 26 of 26"},
+                    Broken{R"({"HEADER":"currentService"} }})", R"(has text behind the JSON: "}}")"},
+                    Broken{"{}", R"(names no type: there is no text under "HEADER")"},
+                    Broken{"[]", R"(names no type: there is no text under "HEADER")"},
+                    Broken{R"({"HEADER":8})", R"(names no type: there is no text under "HEADER")"},
+                    Broken{R"({"HEADER":""})", R"(names an unknown type: "")"},
+                    Broken{R"({"HEADER":"CurrentService"})", R"(names an unknown type: "CurrentService")"}));
+
+TEST(TheReceiver, ReportsAFileWithANulByte)
+{
+    Receiver receiver;
+    const std::string file =
+        receiver.answers().write("currentService.json", headerOnly("currentService") + std::string(1, '\0'));
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceUnavailable")));
+    EXPECT_EQ(receiver.end().err, "orvu: " + file + ": holds a NUL byte\n");
+}
+
+TEST(TheReceiver, DoesNotWaitAtAFileThatIsNone)
+{
+    Receiver receiver;
+    std::filesystem::create_directory(receiver.answers().file("currentService.json"));
+    ASSERT_EQ(mkfifo(receiver.answers().file("serviceList.json").c_str(), 0600), 0);
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceUnavailable")));
+    EXPECT_EQ(rawExchange(receiver.port(), frame(R"({"HEADER":"serviceList","serviceList":[]})")),
+              frame(headerOnly("resourceUnavailable")));
+    EXPECT_EQ(receiver.end().err,
+              "orvu: " + receiver.answers().file("currentService.json") + ": is not a regular file\n" +
+                  "orvu: " + receiver.answers().file("serviceList.json") + ": is not a regular file\n");
+}
+
+TEST(TheReceiver, RereadsAFileThatChanged)
+{
+    const auto answerOf = [](Receiver& receiver) { return rawExchange(receiver.port(), askedFor("currentService")); };
+    Receiver receiver;
+    EXPECT_EQ(answerOf(receiver), frame(headerOnly("resourceNotFound")));
+    receiver.answers().write("currentService.json", R"({"HEADER":"currentService","serviceId":1})");
+    EXPECT_EQ(answerOf(receiver), frame(R"({"HEADER":"currentService","serviceId":1})"));
+    receiver.answers().write("currentService.json", R"({"HEADER":"currentService","serviceId":2})");
+    EXPECT_EQ(answerOf(receiver), frame(R"({"HEADER":"currentService","serviceId":2})"));
+    receiver.answers().write("currentService.json", "broken");
+    EXPECT_EQ(answerOf(receiver), frame(headerOnly("resourceUnavailable")));
+    receiver.answers().remove("currentService.json");
+    EXPECT_EQ(answerOf(receiver), frame(headerOnly("resourceNotFound")));
+}
+
+TEST(TheReceiver, PrintsOneLineForEachExchange)
+{
+    Receiver receiver;
+    receiver.answers().write("currentService.json", R"({"HEADER":"currentService"})");
+    rawExchange(receiver.port(), askedFor("currentService"));
+    ASSERT_TRUE(receiver.process().waitForOutput("ms\n"));
+    rawExchange(receiver.port(), askedFor("serviceSelection"));
+    ASSERT_TRUE(receiver.process().waitForOutput("resourceNotFound"));
+    const std::string time = "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} ";
+    const std::string took = " [0-9]+\\.[0-9]{2} ms\n";
+    EXPECT_THAT(receiver.end().out,
+                MatchesRegex("listening [^\n]*\n" + time + "currentService -> currentService 27 bytes" + took + time +
+                             "serviceSelection -> resourceNotFound 33 bytes" + took));
+}
+
+TEST(TheReceiver, AnswersManyAtOnce)
+{
+    Receiver receiver;
+    receiver.answers().write("currentService.json", headerOnly("currentService"));
+    std::vector<std::future<std::string>> answers;
+    for (int i = 0; i < 16; ++i)
+        answers.push_back(
+            std::async(std::launch::async, [&] { return rawExchange(receiver.port(), askedFor("currentService")); }));
+    for (auto& answer : answers)
+        EXPECT_EQ(answer.get(), frame(headerOnly("currentService")));
+}
+
+class AnEndingSignal : public testing::TestWithParam<int> {};
+
+TEST_P(AnEndingSignal, EndsTheReceiverCleanly)
+{
+    Receiver receiver;
+    receiver.process().signal(GetParam());
+    const Ended ended = receiver.process().wait();
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), "(nobody listens)");
+}
+
+INSTANTIATE_TEST_SUITE_P(Serve, AnEndingSignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST(TheReceiver, EndsWithAConnectionOpenThatNeverAsks)
+{
+    Receiver receiver;
+    const int silent = connectedTo(receiver.port());
+    ASSERT_GE(silent, 0);
+    EXPECT_EQ(receiver.end().code, 0);
+    close(silent);
+}
+
+TEST(TheReceiver, SaysWhenThePortCannotBeHad)
+{
+    Receiver first;
+    const Ended second = run(orvu({"serve", first.portText(), "--answers", first.answers().path()}));
+    EXPECT_EQ(second.code, 69);
+    EXPECT_EQ(second.out, "");
+    EXPECT_EQ(second.err, "orvu: port " + first.portText() + " cannot be had\n");
+}
+
+TEST(TheReceiver, SaysWhenTheFolderCannotBeRead)
+{
+    const Folder folder;
+    const Ended ended = run(orvu({"serve", "9000", "--answers", folder.file("none")}));
+    EXPECT_EQ(ended.code, 66);
+    EXPECT_EQ(ended.err, "orvu: " + folder.file("none") + ": No such file or directory\n");
+}
+
+TEST(TheReceiver, ReportsAtTheStartWhatCouldNeverBeAnAnswer)
+{
+    const Folder folder;
+    const PortLease port;
+    folder.write("servicelist.json", headerOnly("serviceList"));
+    folder.write("serviceTime.json", "{");
+    folder.write("currentService.json", headerOnly("currentService"));
+    folder.write("notes.txt", "nothing");
+    Process process(orvu({"serve", std::to_string(port.port()), "--answers", folder.path()}));
+    ASSERT_TRUE(process.waitForOutput("listening"));
+    process.signal(SIGTERM);
+    const std::string err = process.wait().err;
+    EXPECT_THAT(err, HasSubstr("servicelist.json: answers nothing: no type has this name\n"));
+    EXPECT_THAT(err, HasSubstr("serviceTime.json: is no JSON: stuck at byte 1 of 1\n"));
+    EXPECT_THAT(err, Not(HasSubstr("currentService.json")));
+    EXPECT_THAT(err, Not(HasSubstr("notes.txt")));
+}
+
+TEST(TheReceiver, GoesOnAnsweringWhenNobodyReadsItsLines)
+{
+    ProcessOptions unread;
+    unread.outputGone = true;
+    Receiver receiver({}, unread);
+    receiver.answers().write("currentService.json", headerOnly("currentService"));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("currentService")));
+    const Ended ended = receiver.end();
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST(TheReceiver, KeepsTheLibrarysLinesToItselfUnlessAsked)
+{
+    Receiver silent;
+    rawExchange(silent.port(), askedFor("currentService"));
+    EXPECT_EQ(silent.end().err, "");
+
+    Receiver talking({"--log", "stderr"});
+    rawExchange(talking.port(), askedFor("currentService"));
+    const Ended ended = talking.end();
+    EXPECT_THAT(ended.err, HasSubstr("I/OrVU: startListenRequests\n"));
+    EXPECT_THAT(ended.err, HasSubstr("I/OrVU: deserializeHeader: HEADER: currentService\n"));
+    EXPECT_THAT(ended.out, Not(HasSubstr("OrVU")));
+}
+
+}  // namespace
+}  // namespace OrvuTests

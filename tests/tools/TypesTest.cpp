@@ -1,0 +1,101 @@
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <cjson/cJSON.h>
+
+#include "tools/Tool.h"
+
+namespace OrvuTests {
+namespace {
+
+using Tree = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+int countOf(const cJSON* rows, const char* key, const char* value)
+{
+    int count = 0;
+    for (const cJSON* row = rows->child; row != nullptr; row = row->next)
+        count += cJSON_GetStringValue(cJSON_GetObjectItem(row, key)) == std::string(value);
+    return count;
+}
+
+TEST(TheTypes, AreATable)
+{
+    const Ended ended = run(orvu({"types"}));
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.err, "");
+    const std::vector<std::string> lines = linesOf(ended.out);
+    ASSERT_EQ(lines.size(), 98u);
+    EXPECT_EQ(lines[0], "value  wire name                 header    factory  class");
+    EXPECT_EQ(lines[1], "0      unknown                   fallback  yes      UnknowRequest");
+    EXPECT_EQ(lines[2], "1      emptyData                 no        no       EmptyData");
+    EXPECT_EQ(lines[9], "8      currentService            yes       yes      Service");
+    EXPECT_EQ(lines[27], "26     confirmationScreen        yes       yes      ConfirmationScreen");
+    EXPECT_EQ(lines[93], "92     tvServiceNotInUse         yes       yes      TVServiceNotInUse");
+    EXPECT_EQ(lines[96], "95     siCacheUnavailable        yes       no       -");
+}
+
+TEST(TheTypes, AreAJsonArrayWhenAsked)
+{
+    const Ended ended = run(orvu({"types", "--json"}));
+    EXPECT_EQ(ended.code, 0);
+    const Tree rows(cJSON_ParseWithOpts(ended.out.c_str(), nullptr, true), cJSON_Delete);
+    ASSERT_TRUE(rows);
+    ASSERT_EQ(cJSON_GetArraySize(rows.get()), 97);
+    EXPECT_EQ(countOf(rows.get(), "header", "fallback"), 1);
+    EXPECT_EQ(countOf(rows.get(), "header", "no"), 13);
+    EXPECT_EQ(countOf(rows.get(), "header", "yes"), 83);
+    EXPECT_EQ(ended.out.substr(0, ended.out.find("  },\n") + 5),
+              "[\n"
+              "  {\n"
+              "    \"value\": 0,\n"
+              "    \"name\": \"unknown\",\n"
+              "    \"header\": \"fallback\",\n"
+              "    \"factory\": true,\n"
+              "    \"class\": \"UnknowRequest\"\n"
+              "  },\n");
+    EXPECT_THAT(ended.out, testing::HasSubstr("  {\n"
+                                              "    \"value\": 95,\n"
+                                              "    \"name\": \"siCacheUnavailable\",\n"
+                                              "    \"header\": \"yes\",\n"
+                                              "    \"factory\": false,\n"
+                                              "    \"class\": null\n"
+                                              "  },\n"));
+}
+
+TEST(TheTypes, SayTheSameInBothForms)
+{
+    const std::vector<std::string> lines = linesOf(run(orvu({"types"})).out);
+    const std::string json = run(orvu({"types", "--json"})).out;
+    const Tree rows(cJSON_Parse(json.c_str()), cJSON_Delete);
+    ASSERT_TRUE(rows);
+    size_t at = 1;
+    for (const cJSON* row = rows->child; row != nullptr; row = row->next, ++at) {
+        ASSERT_LT(at, lines.size());
+        std::istringstream words(lines[at]);
+        std::string value, name, header, factory, type;
+        words >> value >> name >> header >> factory >> type;
+        EXPECT_EQ(std::stoi(value), cJSON_GetObjectItem(row, "value")->valueint);
+        EXPECT_STREQ(name.c_str(), cJSON_GetObjectItem(row, "name")->valuestring);
+        EXPECT_STREQ(header.c_str(), cJSON_GetObjectItem(row, "header")->valuestring);
+        EXPECT_EQ(factory == "yes", cJSON_IsTrue(cJSON_GetObjectItem(row, "factory")));
+        const char* className = cJSON_GetStringValue(cJSON_GetObjectItem(row, "class"));
+        EXPECT_STREQ(type.c_str(), className != nullptr ? className : "-");
+    }
+}
+
+}  // namespace
+}  // namespace OrvuTests
