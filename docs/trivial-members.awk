@@ -12,8 +12,8 @@ function mark(line) { print line "  ///< &zwj;" }
 previous ~ /^ *\/\/\// || /\/\/\/</ || !/^    / { print; previous = $0; next }
 
 /^ +[A-Za-z_:][A-Za-z0-9_:<>,* ]* [*&]?[A-Za-z_]+( = [^;()]+)?; *(\/\/.*)?$/ && !/using |friend |class |return / { sub(/ *\/\/.*/, ""); mark($0); previous = $0; next }
-/ (get|is)[A-Z][A-Za-z]*\(\) const \{ return [a-zA-Z_]+; \}$/ { mark($0); previous = $0; next }
-/ void set[A-Z][A-Za-z]*\([^()]*\) \{ [a-zA-Z_]+ = [^;]+; \}$/ { mark($0); previous = $0; next }
+/ (get|is)[A-Z][A-Za-z]*\(\) const( \{ return [a-zA-Z_]+; \}|;)$/ { mark($0); previous = $0; next }
+/ void set[A-Z][A-Za-z]*\([^()]*\)( \{ [a-zA-Z_]+ = [^;]+; \}|;)$/ { mark($0); previous = $0; next }
 / operator=\(const [A-Za-z]+&\) \{ return \*this; \}$/ { mark($0); previous = $0; next }
 $0 ~ "^    (explicit )?" owner "\\([^()]*\\)(;| : .*\\{\\})$" { mark($0); previous = $0; next }
 
