@@ -1,0 +1,206 @@
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+#include "core/TestMessages.h"
+#include "messages/core/Catalogue.h"
+#include "messages/core/Json.h"
+#include "orvu/PairingScreens.h"
+#include "orvu/Services.h"
+#include "support/Children.h"
+#include "support/FailingMemory.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+/// \file
+/// Each allocation is refused in its turn. That nothing leaks then is the leak checker's to say.
+
+namespace OrvuTests {
+namespace {
+
+const std::string kLong(3000, 'a');  // makes texts grow more than once
+
+std::unique_ptr<ServiceList> serviceList()
+{
+    auto list = std::make_unique<ServiceList>();
+    for (int i = 0; i < 3; ++i) {
+        list->addService(new Service);
+        list->services.back()->serviceName = kLong;
+        list->services.back()->serviceId = i;
+    }
+    return list;
+}
+
+std::unique_ptr<ScreenDescription> screenDescription()
+{
+    auto description = std::make_unique<ScreenDescription>();
+    for (int i = 0; i < 3; ++i) {
+        description->addItem(new ScreenItem);
+        description->items.back()->type = kLong;
+        description->items.back()->addItem(new ScreenItem);
+    }
+    return description;
+}
+
+void expectWholeOrNothing(Serializable& message)
+{
+    const std::string whole = textOf(message);
+    const int refusals = withMemoryRefused(
+        [&] { return JsonText(message.serialize()); },
+        [&](const JsonText& text, bool refused) { EXPECT_STREQ(text.get(), refused ? nullptr : whole.c_str()); });
+    EXPECT_GT(refusals, 0);
+}
+
+TEST(WithoutMemory, AMessageIsWrittenWholeOrNotAtAll)
+{
+    Service service;
+    service.serviceName = kLong;
+    expectWholeOrNothing(service);
+    expectWholeOrNothing(*serviceList());
+    expectWholeOrNothing(*screenDescription());
+    expectWholeOrNothing(*std::make_unique<Holder>(service.clone()));
+}
+
+TEST(WithoutMemory, AResultIsWrittenWholeOrNotAtAll)
+{
+    const std::unique_ptr<Serializable> result(Serializable::factory(DataTypeSuccess));
+    expectWholeOrNothing(*result);
+}
+
+// Whether a child's class had no text to give or no memory to make one cannot be told apart: the child is skipped.
+TEST(WithoutMemory, AContainerOfAnApplicationsChildrenIsJsonOrNothing)
+{
+    ServiceList list;
+    list.addService(new Inheriting<Service>);
+    list.addService(new Service);
+    list.addService(new Inheriting<Service>);
+    const int refusals = withMemoryRefused([&] { return JsonText(list.serialize()); },
+                                           [&](const JsonText& text, bool refused) {
+                                               ServiceList read;
+                                               EXPECT_EQ(read.deserialize(text.get()), text != nullptr);
+                                               EXPECT_GE(read.services.size(), text ? 2u : 0u);
+                                               EXPECT_TRUE(refused || read.services.size() == 3);
+                                           });
+    EXPECT_GT(refusals, 0);
+}
+
+/// That a message is read from `text`, or fails; it is made anew for each try.
+template <class Message>
+void expectReadOrFailed(const std::string& text)
+{
+    std::unique_ptr<Message> message;
+    const int refusals = withMemoryRefused(
+        [&]() -> bool {
+            message.reset();
+            try {
+                message = std::make_unique<Message>();
+            } catch (const std::bad_alloc&) {
+                return false;
+            }
+            return message->deserialize(text.c_str());
+        },
+        [](bool read, bool refused) { EXPECT_EQ(read, !refused); });
+    EXPECT_GT(refusals, 0);
+}
+
+TEST(WithoutMemory, AMessageIsReadOrFails)
+{
+    Service service;
+    service.serviceContextId = service.serviceName = kLong;
+    expectReadOrFailed<Service>(textOf(service));
+    expectReadOrFailed<ServiceList>(textOf(*serviceList()));
+    expectReadOrFailed<ScreenDescription>(textOf(*screenDescription()));
+    expectReadOrFailed<Holder>(textOf(*std::make_unique<Holder>(service.clone())));
+}
+
+TEST(WithoutMemory, ANestedFractionIsReadOrFails)
+{
+    expectReadOrFailed<ServiceList>(R"({"serviceList": [{"serviceId": 2.5}, {"serviceId": 2.9999999999999996}]})");
+}
+
+TEST(WithoutMemory, AnAnsweredTypeIsReadFromItsTreeOrFails)
+{
+    const std::string text = textOf(*serviceList());
+    const JsonTree tree = parseJson(text.c_str());
+    withMemoryRefused(
+        [&] {
+            ServiceList list;
+            return fillFromTree(list, tree.get(), text.c_str());
+        },
+        [](bool read, bool refused) { EXPECT_EQ(read, !refused); });
+}
+
+TEST(WithoutMemory, AParsedItemIsReadOrFails)
+{
+    const Tree item = treeOf(textOf(*screenDescription()));
+    withMemoryRefused(
+        [&] {
+            ScreenDescription description;
+            return description.deserializeObject(item.get());
+        },
+        [](bool read, bool refused) { EXPECT_EQ(read, !refused); });
+}
+
+TEST(WithoutMemory, AHeaderIsUnknown)
+{
+    withMemoryRefused(
+        [] { return Serializable::deserializeHeader(R"({"HEADER": "success"})"); },
+        [](DataType type, bool refused) { EXPECT_EQ(type, refused ? DataTypeUnknown : DataTypeSuccess); });
+}
+
+TEST(WithoutMemory, AHeaderIsRemovedOrTheTextIsGone)
+{
+    withMemoryRefused([] { return JsonText(Serializable::removeHeader(strdup(R"({"HEADER": "success"})"))); },
+                      [](const JsonText& text, bool refused) { EXPECT_EQ(text == nullptr, refused); });
+}
+
+TEST(WithoutMemory, TheFactoryMakesNothing)
+{
+    for (const DataType type : {DataTypeUnknown, DataTypeServiceList, DataTypePinScreen, DataTypeScreenItem}) {
+        const int refusals =
+            withMemoryRefused([&] { return std::unique_ptr<Serializable>(Serializable::factory(type)); },
+                              [](const auto& message, bool refused) { EXPECT_EQ(message == nullptr, refused); });
+        EXPECT_GT(refusals, 0);
+    }
+}
+
+TEST(WithoutMemory, ACloneIsNone)
+{
+    Service service;
+    service.serviceContextId = service.serviceName = kLong;
+    const int refusals =
+        withMemoryRefused([&] { return std::unique_ptr<Service>(service.clone()); },
+                          [](const auto& clone, bool refused) { EXPECT_EQ(clone == nullptr, refused); });
+    EXPECT_EQ(refusals, 3);  // the service and its two texts
+}
+
+TEST(WithoutMemory, AnAddedElementIsDeleted)
+{
+    int destroyed = 0;
+    {
+        ServiceList list;
+        Service* const service = new Counted<Service>(destroyed);
+        {
+            const FailingMemory memory(1);
+            list.addService(service);
+        }
+        EXPECT_TRUE(list.services.empty());
+        EXPECT_EQ(destroyed, 1);
+    }
+    {
+        ScreenItem item;
+        ScreenItem* const child = new Counted<ScreenItem>(destroyed);
+        {
+            const FailingMemory memory(1);
+            item.addItem(child);
+        }
+        EXPECT_TRUE(item.items.empty());
+        EXPECT_EQ(destroyed, 2);
+    }
+    EXPECT_EQ(destroyed, 2);
+}
+
+}  // namespace
+}  // namespace OrvuTests

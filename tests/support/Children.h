@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+
+#include "support/Messages.h"
+
+/// \file
+/// Classes that an application could derive from a message, to stand in its place in lists and containers.
+
+namespace OrvuTests {
+
+/// Overrides nothing; all the same it is another class than the library's.
+template <class Message>
+class Inheriting : public Message {
+public:
+    using Message::Message;
+};
+
+/// Overrides both functions to do what they did.
+template <class Message>
+class Forwarding : public Message {
+public:
+    using Message::Message;
+    char* serialize() override { return Message::serialize(); }
+    bool deserialize(const char* text) override { return Message::deserialize(text); }
+    using Message::deserialize;
+};
+
+/// Writes whatever the test says.
+template <class Message>
+class Saying : public Message {
+public:
+    explicit Saying(std::string text) : text_(std::move(text)) {}
+    char* serialize() override { return mallocText(text_); }
+
+private:
+    std::string text_;
+};
+
+/// Writes nothing.
+template <class Message>
+class Silent : public Message {
+public:
+    char* serialize() override { return nullptr; }
+};
+
+/// Counts in `destroyed` that it was deleted.
+template <class Message>
+class Counted : public Message {
+public:
+    explicit Counted(int& destroyed) : destroyed_(destroyed) {}
+    ~Counted() override { ++destroyed_; }
+
+private:
+    int& destroyed_;
+};
+
+}  // namespace OrvuTests
