@@ -59,18 +59,15 @@ TEST(ARequestServer, LogsEveryStepOfAnExchange)
     receiver.ask(R"({"HEADER":"serviceTime","time":"now"})");
     ASSERT_TRUE(waitForLines(log, kWorker + " -- end", 1));
     const int number = lastConnection(log);
-    EXPECT_TRUE(areInOrder(log.lines(), {"startListenRequests", "OrvuRestServerSocket::serverThread -- init",
-                                         "OrvuRestServerSocket::serverThread: clientSockfd: " + std::to_string(number)}));
-    EXPECT_TRUE(areInOrder(log.lines(), {kWorker + ": clientSockfd: " + std::to_string(number),
-                                         "deserializeHeader: HEADER: serviceTime",
-                                         "factory: dataType: serviceTime",
-                                         "OrvuRestRequest::OrvuRestRequest: OK",
-                                         "OrvuRestInterface::notifyCallback",
-                                         "OrvuRestRequest::sendResponse: -- init",
-                                         "OrvuRestRequest::sendResponse: -- end",
-                                         "OrvuRestRequest::~OrvuRestRequest: -- init",
-                                         "OrvuRestRequest::~OrvuRestRequest: -- end",
-                                         withNumber(kWorker + " -- end ", number)}));
+    EXPECT_TRUE(
+        areInOrder(log.lines(), {"startListenRequests", "OrvuRestServerSocket::serverThread -- init",
+                                 "OrvuRestServerSocket::serverThread: clientSockfd: " + std::to_string(number)}));
+    EXPECT_TRUE(areInOrder(
+        log.lines(), {kWorker + ": clientSockfd: " + std::to_string(number), "deserializeHeader: HEADER: serviceTime",
+                      "factory: dataType: serviceTime", "OrvuRestRequest::OrvuRestRequest: OK",
+                      "OrvuRestInterface::notifyCallback", "OrvuRestRequest::sendResponse: -- init",
+                      "OrvuRestRequest::sendResponse: -- end", "OrvuRestRequest::~OrvuRestRequest: -- init",
+                      "OrvuRestRequest::~OrvuRestRequest: -- end", withNumber(kWorker + " -- end ", number)}));
 }
 
 TEST(ARequestServer, ClosesWithoutAWordWhenNothingIsSent)
@@ -104,7 +101,7 @@ TEST(ARequestServer, ClosesWithoutAWordOnALengthOfZero)
     LogCapture log;
     Receiver receiver;
     RawPeer peer = receiver.connect();
-    peer.send(lengthBytes(0));
+    peer.send(lengthBytes(0) + "more");
     EXPECT_EQ(peer.readToEnd(), "");
     EXPECT_TRUE(log.waitFor(withNumber(kWorker + ": Buffer size == 0. Skipping...", lastConnection(log))));
     EXPECT_EQ(receiver.calls(), 0);
@@ -119,13 +116,11 @@ TEST(ARequestServer, AnswersALengthWithoutATextWithEmptyData)
     peer.finishSending();
     EXPECT_THAT(peer.readFrame(), Optional(kEmptyData));
     ASSERT_TRUE(waitForLines(log, kWorker + " -- end", 1));
-    EXPECT_TRUE(areInOrder(log.lines(), {kWorker + ": Server received empty request data",
-                                         "OrvuRestRequest::OrvuRestRequest: OK",
-                                         "OrvuRestRequest::sendResponse: -- init",
-                                         "OrvuRestRequest::sendResponse: -- end",
-                                         "OrvuRestRequest::~OrvuRestRequest: -- init",
-                                         "OrvuRestRequest::~OrvuRestRequest: -- end",
-                                         withNumber(kWorker + " -- end ", lastConnection(log))}));
+    EXPECT_TRUE(areInOrder(log.lines(),
+                           {kWorker + ": Server received empty request data", "OrvuRestRequest::OrvuRestRequest: OK",
+                            "OrvuRestRequest::sendResponse: -- init", "OrvuRestRequest::sendResponse: -- end",
+                            "OrvuRestRequest::~OrvuRestRequest: -- init", "OrvuRestRequest::~OrvuRestRequest: -- end",
+                            withNumber(kWorker + " -- end ", lastConnection(log))}));
     EXPECT_EQ(log.count(kWorker + ": ERROR No request to send"), 0);
     EXPECT_EQ(receiver.calls(), 0);
 }
@@ -134,7 +129,7 @@ TEST(ARequestServer, AnswersALengthOfOneWithEmptyDataAtOnce)
 {
     const Receiver receiver;
     RawPeer peer = receiver.connect();
-    peer.send(lengthBytes(1));
+    peer.send(lengthBytes(1) + "more");
     EXPECT_THAT(peer.readFrame(), Optional(kEmptyData));
 }
 
@@ -146,11 +141,10 @@ TEST_P(ATypeWithoutAMessage, GetsNoAnswerAndReachesNobody)
     Receiver receiver;
     EXPECT_EQ(receiver.ask(std::string(R"({"HEADER":")") + GetParam() + R"("})"), std::nullopt);
     ASSERT_TRUE(waitForLines(log, kWorker + " -- end", 1));
-    EXPECT_TRUE(areInOrder(log.lines(), {std::string("deserializeHeader: HEADER: ") + GetParam(),
-                                         std::string("factory: dataType: ") + GetParam(),
-                                         kWorker + ": Serializable class not found!",
-                                         kWorker + ": ERROR No request to send",
-                                         withNumber(kWorker + " -- end ", lastConnection(log))}));
+    EXPECT_TRUE(areInOrder(
+        log.lines(), {std::string("deserializeHeader: HEADER: ") + GetParam(),
+                      std::string("factory: dataType: ") + GetParam(), kWorker + ": Serializable class not found!",
+                      kWorker + ": ERROR No request to send", withNumber(kWorker + " -- end ", lastConnection(log))}));
     EXPECT_EQ(receiver.calls(), 0);
 }
 
@@ -166,12 +160,10 @@ TEST(ARequestServer, AnswersWhatItsClassCannotReadWithUnknown)
     Receiver receiver;
     EXPECT_THAT(receiver.ask(R"({"HEADER":"serviceTime"})"), Optional(kUnknown));
     ASSERT_TRUE(waitForLines(log, kWorker + " -- end", 1));
-    EXPECT_TRUE(areInOrder(log.lines(), {kWorker + ": Cannot deserialize!",
-                                         "OrvuRestRequest::OrvuRestRequest: OK",
-                                         "OrvuRestRequest::sendResponse: -- init",
-                                         "OrvuRestRequest::sendResponse: -- end",
-                                         kWorker + ": ERROR No request to send",
-                                         withNumber(kWorker + " -- end ", lastConnection(log))}));
+    EXPECT_TRUE(areInOrder(
+        log.lines(), {kWorker + ": Cannot deserialize!", "OrvuRestRequest::OrvuRestRequest: OK",
+                      "OrvuRestRequest::sendResponse: -- init", "OrvuRestRequest::sendResponse: -- end",
+                      kWorker + ": ERROR No request to send", withNumber(kWorker + " -- end ", lastConnection(log))}));
     EXPECT_EQ(receiver.calls(), 0);
 }
 
@@ -198,11 +190,10 @@ TEST(ARequestServer, EndsARequestThatNobodyRegisteredFor)
     OrvuRestInterface::getInstance()->registerRequestCallback(nullptr);
     EXPECT_EQ(receiver.ask(kSuccess), std::nullopt);
     ASSERT_TRUE(waitForLines(log, kWorker + " -- end", 1));
-    EXPECT_TRUE(areInOrder(log.lines(), {"OrvuRestInterface::notifyCallback",
-                                         "Register a callback to receive requests!",
-                                         "OrvuRestRequest::~OrvuRestRequest: -- init",
-                                         "OrvuRestRequest::~OrvuRestRequest: -- end",
-                                         withNumber(kWorker + " -- end ", lastConnection(log))}));
+    EXPECT_TRUE(areInOrder(log.lines(),
+                           {"OrvuRestInterface::notifyCallback", "Register a callback to receive requests!",
+                            "OrvuRestRequest::~OrvuRestRequest: -- init", "OrvuRestRequest::~OrvuRestRequest: -- end",
+                            withNumber(kWorker + " -- end ", lastConnection(log))}));
 }
 
 TEST(ARequestServer, ServesOnWithoutThoseThatFailed)

@@ -1,0 +1,190 @@
+#include <atomic>
+#include <chrono>
+#include <gmock/gmock.h>
+#include <memory>
+#include <thread>
+
+#include "orvu/OrvuRestInterface.h"
+#include "orvu/Results.h"
+#include "transport/OrvuRestServerSocket.h"
+#include "wire/Latch.h"
+#include "wire/Receiver.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+using testing::Optional;
+
+namespace {
+
+const std::string kFrame = frameOf(R"({"HEADER":"serviceTime","time":"now"})");
+
+/// How much of a request has arrived when everything is destroyed.
+class ARequestThatIsStillComing : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(ARequestThatIsStillComing, IsDroppedAtOnce)
+{
+    LogCapture log;
+    Receiver receiver;
+    RawPeer peer = receiver.connect();
+    peer.send(kFrame.substr(0, GetParam()));
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread: clientSockfd: ", 1));
+    const auto begin = std::chrono::steady_clock::now();
+    OrvuRestInterface::destroyInstance();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_EQ(receiver.calls(), 0);
+    EXPECT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread -- end", 1));
+}
+
+TEST_P(ARequestThatIsStillComing, IsDroppedWhenOnlyTheServerIsDestroyed)
+{
+    LogCapture log;
+    Receiver receiver;
+    RawPeer peer = receiver.connect();
+    peer.send(kFrame.substr(0, GetParam()));
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread: clientSockfd: ", 1));
+    OrvuRestServerSocket::destroyInstance();
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_EQ(receiver.calls(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(UpTo, ARequestThatIsStillComing, testing::Values(0, 1, 3, 4, 5, kFrame.size() - 1));
+
+TEST(ARequestThatIsDropped, LogsIt)
+{
+    LogCapture log;
+    Receiver receiver;
+    RawPeer peer = receiver.connect();
+    peer.send(kFrame.substr(0, 10));
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread: clientSockfd: ", 1));
+    OrvuRestInterface::destroyInstance();
+    EXPECT_TRUE(
+        waitForLines(log, "OrvuRestServerSocket::workerThread: ERROR request dropped, the server goes away. (", 1));
+}
+
+TEST(ARequestInItsCallback, IsAnsweredAfterEverythingWasDestroyed)
+{
+    Latch entered;
+    Latch destroyed;
+    Receiver receiver([&](OrvuRestRequest* request) {
+        entered.open();
+        destroyed.wait();
+        EXPECT_EQ(request->getData()->getDataType(), DataTypeServiceTime);
+        answerWithSuccess(request);
+    });
+    RawPeer peer = receiver.connect();
+    peer.send(kFrame);
+    entered.wait();
+    OrvuRestInterface::destroyInstance();
+    destroyed.open();
+    EXPECT_THAT(peer.readFrame(), Optional(kSuccess));
+}
+
+TEST(ARequestInItsCallback, MayDestroyEverythingAndAnswerThen)
+{
+    Receiver receiver([](OrvuRestRequest* request) {
+        OrvuRestInterface::destroyInstance();
+        answerWithSuccess(request);
+    });
+    RawPeer peer = receiver.connect();
+    peer.send(kFrame);
+    EXPECT_THAT(peer.readFrame(), Optional(kSuccess));
+}
+
+TEST(ARequestInItsCallback, MayDestroyEverythingWhileOthersAreStillComing)
+{
+    LogCapture log;
+    Receiver receiver([](OrvuRestRequest* request) {
+        OrvuRestInterface::destroyInstance();
+        answerWithSuccess(request);
+    });
+    RawPeer coming = receiver.connect();
+    coming.send(kFrame.substr(0, 10));
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread: clientSockfd: ", 1));
+    RawPeer whole = receiver.connect();
+    whole.send(kFrame);
+    EXPECT_THAT(whole.readFrame(), Optional(kSuccess));
+    EXPECT_EQ(coming.readToEnd(), "");
+    EXPECT_EQ(receiver.calls(), 1);
+}
+
+TEST(TheFacade, IsDestroyedBeforeTheClientAndTheServer)
+{
+    LogCapture log;
+    const Receiver receiver;
+    ASSERT_TRUE(OrvuRestInterface::getInstance()->configureClient("127.0.0.1", receiver.port()));
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread -- end", 1));
+    log.clear();
+    OrvuRestInterface::destroyInstance();
+    EXPECT_TRUE(areInOrder(
+        log.lines(),
+        {"OrvuRestClientSocket::destroyInstance: -- init", "OrvuRestClientSocket::~OrvuRestClientSocket: -- init",
+         "OrvuRestClientSocket::~OrvuRestClientSocket: -- end", "OrvuRestClientSocket::destroyInstance: -- end",
+         "OrvuRestServerSocket::stop: Stopping server"}));
+}
+
+TEST(TheFacade, TakesTheServerAndTheClientAlongAlsoWithoutItself)
+{
+    LogCapture log;
+    OrvuRestInterface::destroyInstance();
+    ASSERT_NE(OrvuRestServerSocket::getInstance(), nullptr);
+    log.clear();
+    OrvuRestInterface::destroyInstance();
+    EXPECT_THAT(log.lines(), testing::ElementsAre("OrvuRestClientSocket::destroyInstance: -- init",
+                                                  "OrvuRestClientSocket::destroyInstance: -- end",
+                                                  "OrvuRestServerSocket::stop: Stopping server"));
+}
+
+TEST(TheFacade, CountsAsOneWithoutACallbackWhenItIsGone)
+{
+    LogCapture log;
+    const Receiver receiver;
+    OrvuRestInterface::destroyInstance();
+    PortLease lease;
+    ASSERT_TRUE(OrvuRestServerSocket::getInstance()->configure(lease.port()));  // a server without a facade
+    ASSERT_TRUE(OrvuRestServerSocket::getInstance()->start());
+    RawPeer peer = RawPeer::connectedTo(lease.port());
+    peer.send(kFrame);
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_THAT(log.lines(), testing::Contains("Register a callback to receive requests!"));
+}
+
+TEST(TheFacade, CanBeDestroyedByManyThreadsWhileRequestsCome)
+{
+    std::atomic<bool> over{false};
+    for (int round = 0; round < 20; ++round) {
+        Receiver receiver;
+        std::vector<std::thread> threads;
+        threads.reserve(8);
+        std::atomic<int> asked{0};
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back([&] {
+                try {
+                    for (;;) {
+                        const std::optional<std::string> answer = receiver.ask(kSuccess);
+                        EXPECT_TRUE(!answer || *answer == kSuccess);
+                        ++asked;
+                    }
+                } catch (const std::runtime_error&) {
+                    over = true;  // nobody listens any more
+                }
+            });
+        while (asked < 20)
+            std::this_thread::yield();
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back([] { OrvuRestInterface::destroyInstance(); });
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+    EXPECT_TRUE(over);
+}
+
+TEST(TheFacade, CanBeDestroyedAndMadeAgain)
+{
+    for (int round = 0; round < 20; ++round) {
+        const Receiver receiver;
+        ASSERT_THAT(receiver.ask(kSuccess), Optional(kSuccess)) << round;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,204 @@
+#include <csignal>
+#include <gmock/gmock.h>
+#include <memory>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+#include "orvu/OrvuRestRequest.h"
+#include "orvu/Results.h"
+#include "orvu/Services.h"
+#include "support/Children.h"
+#include "wire/Latch.h"
+#include "wire/Receiver.h"
+#include "wire/Sockets.h"
+#include "wire/Throwing.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+using testing::ElementsAre;
+using testing::Optional;
+
+namespace {
+
+/// A request with the peer's end of its connection.
+struct ARequestObject : testing::Test {
+    ARequestObject() : peer(-1)
+    {
+        int ends[2];
+        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
+        peer = RawPeer(ends[0]);
+        connection = ends[1];
+    }
+
+    RawPeer peer;
+    int connection;  // a request takes it
+    SuccessResponse success;
+};
+
+TEST_F(ARequestObject, OwnsItsMessageAndShowsIt)
+{
+    int destroyed = 0;
+    auto* const message = new Counted<SuccessResponse>(destroyed);
+    {
+        OrvuRestRequest request(connection, message);
+        EXPECT_EQ(request.getData(), message);
+    }
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST_F(ARequestObject, MayHaveNoMessage)
+{
+    OrvuRestRequest request(connection, nullptr);
+    EXPECT_EQ(request.getData(), nullptr);
+}
+
+TEST_F(ARequestObject, SendsAFrameAndCloses)
+{
+    OrvuRestRequest request(connection, nullptr);
+    EXPECT_EQ(request.sendResponse(&success), 24);
+    EXPECT_EQ(peer.readToEnd(), lengthBytes(25) + "{\n\t\"HEADER\":\t\"success\"\n}");
+}
+
+TEST_F(ARequestObject, AnswersOnce)
+{
+    OrvuRestRequest request(connection, nullptr);
+    request.sendResponse(&success);
+    EXPECT_EQ(request.sendResponse(&success), 0);
+    EXPECT_EQ(peer.readToEnd(), frameOf(kSuccess));
+}
+
+TEST_F(ARequestObject, LeavesADescriptorAloneThatSomebodyElseOpenedAfterTheAnswer)
+{
+    OrvuRestRequest request(connection, nullptr);
+    request.sendResponse(&success);
+    const RawPeer sameNumber(dup(peer.fd()));
+    ASSERT_EQ(sameNumber.fd(), connection);
+    request.sendResponse(&success);
+    EXPECT_THAT(openDescriptors(), testing::Contains(connection));
+}
+
+TEST_F(ARequestObject, ClosesWithoutAWordOnANullResponse)
+{
+    OrvuRestRequest request(connection, nullptr);
+    EXPECT_EQ(request.sendResponse(nullptr), 0);
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_EQ(request.sendResponse(&success), 0);
+}
+
+TEST_F(ARequestObject, ClosesWithoutAWordOnAResponseThatWritesNothing)
+{
+    OrvuRestRequest request(connection, nullptr);
+    Silent<SuccessResponse> silent;
+    EXPECT_EQ(request.sendResponse(&silent), 0);
+    EXPECT_EQ(peer.readToEnd(), "");
+}
+
+TEST_F(ARequestObject, ClosesWithoutAWordOnAnEmptyResponse)
+{
+    OrvuRestRequest request(connection, nullptr);
+    Saying<SuccessResponse> empty("");
+    EXPECT_EQ(request.sendResponse(&empty), 0);
+    EXPECT_EQ(peer.readToEnd(), "");
+}
+
+TEST_F(ARequestObject, ClosesWithoutAWordOnAResponseThatThrows)
+{
+    OrvuRestRequest request(connection, nullptr);
+    Throwing throwing;
+    EXPECT_EQ(request.sendResponse(&throwing), 0);
+    EXPECT_EQ(peer.readToEnd(), "");
+}
+
+TEST_F(ARequestObject, LeavesTheResponseToItsCaller)
+{
+    int destroyed = 0;
+    Counted<SuccessResponse> response(destroyed);
+    {
+        OrvuRestRequest request(connection, nullptr);
+        request.sendResponse(&response);
+    }
+    EXPECT_EQ(destroyed, 0);
+}
+
+TEST_F(ARequestObject, ShutsDownAndClosesWhenItIsDeletedUnanswered)
+{
+    const RawPeer heldElsewhere(dup(connection));  // closing alone would not end the traffic
+    delete new OrvuRestRequest(connection, nullptr);
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_THAT(openDescriptors(), testing::Not(testing::Contains(connection)));
+}
+
+TEST_F(ARequestObject, TakesValuesBelowOneForNoConnection)
+{
+    const RawPeer unused(connection);
+    for (const int none : {0, -1}) {
+        OrvuRestRequest request(none, nullptr);
+        EXPECT_EQ(request.sendResponse(&success), 0);
+    }
+    EXPECT_THAT(openDescriptors(), testing::Contains(STDIN_FILENO));
+}
+
+TEST_F(ARequestObject, LogsWhatItDoes)
+{
+    LogCapture log;
+    {
+        OrvuRestRequest request(connection, nullptr);
+        request.sendResponse(&success);
+    }
+    EXPECT_THAT(log.lines(),
+                ElementsAre("OrvuRestRequest::OrvuRestRequest: OK", "OrvuRestRequest::sendResponse: -- init",
+                            "OrvuRestRequest::sendResponse: -- end", "OrvuRestRequest::~OrvuRestRequest: -- init",
+                            "OrvuRestRequest::~OrvuRestRequest: -- end"));
+}
+
+TEST_F(ARequestObject, ReportsAPeerThatIsGoneWithMinusOneAndRaisesNoSignal)
+{
+    static volatile std::sig_atomic_t raised;
+    raised = 0;
+    const auto before = std::signal(SIGPIPE, [](int) { raised = 1; });
+    peer.close();
+    OrvuRestRequest request(connection, nullptr);
+    EXPECT_EQ(request.sendResponse(&success), -1);
+    EXPECT_EQ(raised, 0);
+    std::signal(SIGPIPE, before);
+}
+
+/// Takes its time to be written.
+class Slow : public SuccessResponse {
+public:
+    Slow(Latch& begun, Latch& goOn) : begun_(begun), goOn_(goOn) {}
+    char* serialize() override
+    {
+        begun_.open();
+        goOn_.wait();
+        return SuccessResponse::serialize();
+    }
+
+private:
+    Latch& begun_;
+    Latch& goOn_;
+};
+
+TEST_F(ARequestObject, IsDeletedOnlyAfterTheAnswerThatAnotherThreadIsSending)
+{
+    Latch begun;
+    Latch goOn;
+    int destroyed = 0;
+    auto* const request = new OrvuRestRequest(connection, new Counted<SuccessResponse>(destroyed));
+    std::thread answering([&] {
+        Slow slow(begun, goOn);
+        EXPECT_EQ(request->sendResponse(&slow), 24);
+    });
+    begun.wait();
+    std::thread deleting([&] { delete request; });
+    EXPECT_EQ(destroyed, 0);
+    goOn.open();
+    answering.join();
+    deleting.join();
+    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(peer.readToEnd(), frameOf(kSuccess));
+}
+
+}  // namespace

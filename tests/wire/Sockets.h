@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <sys/resource.h>
+#include <vector>
+
+namespace OrvuTests {
+
+/// The open descriptors of this process.
+std::vector<int> openDescriptors();
+
+/// Those of them that are sockets.
+std::vector<int> openSockets();
+
+/// The one that listens on `port`; -1 without one.
+int listenerOn(int port);
+
+/// What this process has in memory, in bytes: now, and the most since the last call of resetPeakMemory().
+std::size_t residentMemory();
+std::size_t peakMemory();
+void resetPeakMemory();
+
+/// While it lives this process can open no descriptor, but for `spare` more.
+class NoDescriptorsLeft {
+public:
+    explicit NoDescriptorsLeft(int spare = 0);
+    ~NoDescriptorsLeft();
+    NoDescriptorsLeft(const NoDescriptorsLeft&) = delete;
+    NoDescriptorsLeft& operator=(const NoDescriptorsLeft&) = delete;
+
+private:
+    rlimit before_;
+    std::vector<int> taken_;
+};
+
+/// While it lives the system starts no thread for this process: each would get a stack larger than there is room for.
+class NoThreadsLeft {
+public:
+    NoThreadsLeft();
+    ~NoThreadsLeft();
+    NoThreadsLeft(const NoThreadsLeft&) = delete;
+    NoThreadsLeft& operator=(const NoThreadsLeft&) = delete;
+
+private:
+    std::size_t before_;
+};
+
+}  // namespace OrvuTests
