@@ -27,14 +27,15 @@ bool Outgoing::offer(int fd)
 
 bool Outgoing::finish(int fd, Seconds patience, Deadline end)
 {
+    Deadline giveUp;
+    std::size_t before = left() + 1;  // so that the first offer counts as progress
     while (offer(fd)) {
         if (left() == 0) return true;
-        const std::size_t before = left();
-        const bool hasRoom =
-            waitFor(fd, POLLOUT, std::min(patience == Seconds::zero() ? kNever : after(patience), end));
-        // The system reports room only once there is plenty: a slow peer may have
-        // made less.
-        if (!hasRoom && (!offer(fd) || left() == before)) return false;
+        if (left() < before) giveUp = std::min(patience == Seconds::zero() ? kNever : after(patience), end);
+        if (std::chrono::steady_clock::now() >= giveUp) return false;
+        before = left();
+        // The system reports room only once there is plenty. A slow peer may have made less: a look every second.
+        waitFor(fd, POLLOUT, std::min(giveUp, after(Seconds(1))));
     }
     return false;
 }
