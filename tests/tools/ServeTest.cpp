@@ -48,7 +48,7 @@ TEST(TheReceiver, AnswersWithTheFileByteForByte)
 
 TEST(TheReceiver, AnswersATextLongerThanASocketTakesAtOnce)
 {
-    const std::string text = R"({"HEADER":"currentService","serviceName":")" + std::string(9000000, 'x') + R"("})";
+    const std::string text = R"({"HEADER":"currentService","serviceName":")" + std::string(8000000, 'x') + R"("})";
     Receiver receiver;
     receiver.answers().write("currentService.json", text);
     EXPECT_TRUE(rawExchange(receiver.port(), askedFor("currentService")) == frame(text));
@@ -80,13 +80,14 @@ TEST(TheReceiver, TakesEveryNameOfTheCatalogueAsAnAnswer)
 }
 
 struct Broken {
+    const char* name;
     const char* text;
     const char* reason;
 };
 
 void PrintTo(const Broken& broken, std::ostream* out)
 {
-    *out << broken.reason;
+    *out << broken.name;
 }
 
 class ABrokenAnswer : public testing::TestWithParam<Broken> {};
@@ -101,14 +102,15 @@ TEST_P(ABrokenAnswer, IsReportedAndAnsweredResourceUnavailable)
 
 INSTANTIATE_TEST_SUITE_P(
     Serve, ABrokenAnswer,
-    testing::Values(Broken{"", "is no JSON: stuck at byte 0 of 0"},
-                    Broken{R"({"HEADER":"currentService")", "is no JSON: stuck at byte 26 of 26"},
-                    Broken{R"({"HEADER":"currentService"} }})", R"(has text behind the JSON: "}}")"},
-                    Broken{"{}", R"(names no type: there is no text under "HEADER")"},
-                    Broken{"[]", R"(names no type: there is no text under "HEADER")"},
-                    Broken{R"({"HEADER":8})", R"(names no type: there is no text under "HEADER")"},
-                    Broken{R"({"HEADER":""})", R"(names an unknown type: "")"},
-                    Broken{R"({"HEADER":"CurrentService"})", R"(names an unknown type: "CurrentService")"}));
+    testing::Values(
+        Broken{"Empty", "", "is no JSON: stuck at byte 0 of 0"},
+        Broken{"CutShort", R"({"HEADER":"currentService")", "is no JSON: stuck at byte 26 of 26"},
+        Broken{"WithTextBehind", R"({"HEADER":"currentService"} }})", R"(has text behind the JSON: "}}")"},
+        Broken{"WithoutHeader", "{}", R"(names no type: there is no text under "HEADER")"},
+        Broken{"NoObject", "[]", R"(names no type: there is no text under "HEADER")"},
+        Broken{"WithANumberAsHeader", R"({"HEADER":8})", R"(names no type: there is no text under "HEADER")"},
+        Broken{"WithAnEmptyHeader", R"({"HEADER":""})", R"(names an unknown type: "")"},
+        Broken{"InOtherLetters", R"({"HEADER":"CurrentService"})", R"(names an unknown type: "CurrentService")"}));
 
 TEST(TheReceiver, ReportsAFileWithANulByte)
 {
@@ -167,6 +169,7 @@ TEST(TheReceiver, AnswersManyAtOnce)
     Receiver receiver;
     receiver.answers().write("currentService.json", headerOnly("currentService"));
     std::vector<std::future<std::string>> answers;
+    answers.reserve(16);
     for (int i = 0; i < 16; ++i)
         answers.push_back(
             std::async(std::launch::async, [&] { return rawExchange(receiver.port(), askedFor("currentService")); }));
