@@ -32,8 +32,12 @@ struct Row {
 /// A message of a type that the factory leaves to applications; null when the library has no class for it.
 std::unique_ptr<Serializable> madeByApplications(DataType type)
 {
-    if (type == Orvu::DataTypeEmptyData) return std::make_unique<Orvu::EmptyData>();
-    return nullptr;
+    switch (type) {
+        case Orvu::DataTypeEmptyData:
+            return std::make_unique<Orvu::EmptyData>();
+        default:
+            return nullptr;
+    }
 }
 
 std::string readFromHeader(DataType type)
