@@ -6,7 +6,7 @@ JOBS=$(nproc)
 
 # What the library, its tools and its tests are built with.
 BUILD_PACKAGES=(cmake ninja-build ccache g++ pkg-config binutils libcjson-dev libgtest-dev libgmock-dev libcli11-dev
-                android-liblog-dev doxygen)
+                libssl-dev android-liblog-dev doxygen)
 
 as_root()
 {
