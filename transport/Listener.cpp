@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 
@@ -19,9 +20,20 @@ bool bindTo(const Socket& socket, int port)
     return bind(socket.fd(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
+void sendAtOnce(const Socket& socket)
+{
+    const int on = 1;
+    setsockopt(socket.fd(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
 bool isLasting(int reason)
 {
     return reason != ECONNABORTED && reason != EPROTO;
+}
+
+bool isWantOfDescriptors(int reason)
+{
+    return reason == EMFILE || reason == ENFILE;
 }
 
 void pauseAccepting()

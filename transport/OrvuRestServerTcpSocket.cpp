@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <new>
 #include <poll.h>
 #include <sys/socket.h>
@@ -45,8 +43,7 @@ struct OrvuRestServerTcpSocket::Delivery {
         if (!bytes.offer(client->socket.fd())) client->failed = true;
     }
     bool isWaiting() const { return bytes.left() > 0 && !client->failed; }
-    /// Whether the push waits for the client; once a client has let one wait too
-    /// long, none does.
+    /// Whether the push waits for the client; once a client has let one wait too long, none does.
     bool isWorthWaiting() const { return isWaiting() && !client->stalled; }
 
     std::shared_ptr<Client> client;
@@ -110,11 +107,11 @@ void OrvuRestServerTcpSocket::stopLocked()
     serverSocket_.shutdown();
     dropClients();
     serverThread_.join();
+    const std::lock_guard<std::mutex> untilThePushEnds(sending_);
     serverSocket_ = Socket();
 }
 
-/// Ends a push in progress, too, which may still hold the clients. Nobody is
-/// listed once `running_` is off.
+/// Ends a push in progress, too, which may still hold the clients. Nobody is listed once `running_` is off.
 void OrvuRestServerTcpSocket::dropClients()
 {
     const std::lock_guard<std::mutex> lock(clientsMutex_);
@@ -131,8 +128,8 @@ void OrvuRestServerTcpSocket::acceptClients()
         const int reason = errno;
         if (socket) {
             list(std::move(socket));
-        } else if (running_ && isLasting(reason) && !releaseGone()) {
-            pauseAccepting();
+        } else if (running_ && isLasting(reason)) {
+            if (!isWantOfDescriptors(reason) || !releaseGone()) pauseAccepting();
         }
     }
     OrvuRestInterface::log("OrvuRestServerTcpSocket::serverThread: Server loop end!");
@@ -140,9 +137,7 @@ void OrvuRestServerTcpSocket::acceptClients()
 
 void OrvuRestServerTcpSocket::list(Socket socket)
 {
-    const int on = 1;
-    setsockopt(socket.fd(), IPPROTO_TCP, TCP_NODELAY, &on,
-               sizeof on);  // a push goes out at once, however small
+    sendAtOnce(socket);
     try {
         auto client = std::make_shared<Client>(std::move(socket));
         const std::lock_guard<std::mutex> lock(clientsMutex_);
@@ -152,16 +147,17 @@ void OrvuRestServerTcpSocket::list(Socket socket)
     }
 }
 
-/// Drops clients whose peer is gone, for want of descriptors. A bare end of
-/// stream comes last: the peer may still read.
+/// Drops clients whose peer is gone, for want of descriptors. A bare end of stream comes last: the peer may still read.
 bool OrvuRestServerTcpSocket::releaseGone()
 {
     const std::lock_guard<std::mutex> lock(clientsMutex_);
     const std::size_t before = clients_.size();
     const auto drop = [this](bool (Client::*isGone)() const) {
-        clients_.erase(std::remove_if(clients_.begin(), clients_.end(),
-                                      [isGone](const auto& client) { return (*client.*isGone)(); }),
-                       clients_.end());
+        const auto gone = std::stable_partition(clients_.begin(), clients_.end(),
+                                                [isGone](const auto& client) { return !(*client.*isGone)(); });
+        std::for_each(gone, clients_.end(),
+                      [](const auto& client) { client->socket.shutdown(); });  // a push may hold it
+        clients_.erase(gone, clients_.end());
     };
     drop(&Client::isBroken);
     if (clients_.size() == before) drop(&Client::hasEnded);
@@ -171,10 +167,12 @@ bool OrvuRestServerTcpSocket::releaseGone()
 bool OrvuRestServerTcpSocket::send(unsigned char* data, unsigned int size)
 {
     const std::lock_guard<std::mutex> lock(sending_);
-    const int shown = data ? static_cast<int>(std::min<unsigned>(size, INT_MAX)) : 0;
-    OrvuRestInterface::log("OrvuRestServerTcpSocket::send: Send to client: %.*s", shown, reinterpret_cast<char*>(data));
+    if (!data) size = 0;
+    OrvuRestInterface::log("OrvuRestServerTcpSocket::send: Send to client: %.*s",
+                           static_cast<int>(std::min<unsigned>(size, INT_MAX)),
+                           data ? reinterpret_cast<char*>(data) : "");
     try {
-        return deliver(data, data ? size : 0);
+        return deliver(data, size);
     } catch (const std::bad_alloc&) {
         OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR out of memory!");
         return false;
@@ -187,8 +185,7 @@ OrvuRestServerTcpSocket::Clients OrvuRestServerTcpSocket::listed()
     return clients_;
 }
 
-/// Gives the clients that could not take the push whole the rest, as they make
-/// room for it.
+/// Gives the clients that could not take the push whole the rest, as they make room for it.
 void OrvuRestServerTcpSocket::finish(std::vector<Delivery>& deliveries, std::vector<pollfd>& states)
 {
     const Deadline end = after(kPushTime);
@@ -199,8 +196,7 @@ void OrvuRestServerTcpSocket::finish(std::vector<Delivery>& deliveries, std::vec
         }
         if (states.empty()) return;
         inTime = waitForAny(states.data(), states.size(), end);
-        // At the end all are tried once more: the system reports room only once
-        // there is plenty.
+        // At the end all are tried once more: the system reports room only once there is plenty.
         for (Delivery& delivery : deliveries) {
             if (delivery.isWorthWaiting()) delivery.proceed();
         }

@@ -12,11 +12,9 @@
 
 namespace Orvu {
 
-/// Pushes raw bytes, without any framing, to every client that connected.
-/// Nothing is ever read from a client.
+/// Pushes raw bytes, without any framing, to every client that connected. Nothing is ever read from a client.
 ///
-/// Any thread. A push that is still going out delays the next one, and nothing
-/// else.
+/// Any thread. A push that is still going out delays the next one, and nothing else.
 class ORVU_EXPORT OrvuRestServerTcpSocket : public OrvuRestSimpleServer {
 public:
     OrvuRestServerTcpSocket();
@@ -24,13 +22,11 @@ public:
 
     bool configure(int port) override;
     bool start() override;
-    /// Closes every client as well.
+    /// Closes every client as well. A push in progress ends.
     void stop() override;
-    /// Offers the bytes to every client in the order of acceptance, then gives
-    /// those that could not take them whole the rest, for 5 s at most in all. A
-    /// client that let this time pass is from then on only offered, until it
-    /// takes a push whole: it may find messages cut. True when at least one
-    /// client took all bytes. Clients that failed stay listed.
+    /// Offers the bytes to every client in the order of acceptance, then gives those that could not take them whole the
+    /// rest, for 5 s at most in all. A client that let this time pass is from then on only offered, until it takes a push
+    /// whole: it may find messages cut. True when at least one client took all bytes. Clients that failed stay listed.
     bool send(unsigned char* data, unsigned int size) override;
 
 private:
@@ -48,8 +44,7 @@ private:
     static void finish(std::vector<Delivery>& deliveries, std::vector<pollfd>& states);
     static bool settle(const std::vector<Delivery>& deliveries);
 
-    std::mutex mutex_;  // guards configure, start and stop; no thread of the
-                        // server takes it
+    std::mutex mutex_;  // guards configure, start and stop; no thread of the server takes it
     Socket serverSocket_;
     Thread serverThread_;
     std::atomic<bool> running_{false};

@@ -25,8 +25,7 @@ void setOption(const Socket& socket, int level, int option, int value)
     setsockopt(socket.fd(), level, option, &value, sizeof value);
 }
 
-/// A client that vanished without a word is found within two minutes, whether
-/// or not something is on its way to it.
+/// A client that vanished without a word is found within two minutes, whether or not something is on its way to it.
 void watch(const Socket& socket)
 {
     setOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
@@ -96,12 +95,12 @@ void OrvuRestServerWebSocket::stopLocked()
     dropClients();
     serverThread_.join();
     clientThread_.join();
+    const std::lock_guard<std::mutex> untilThePushEnds(writing_);
     serverSocket_ = Socket();
     OrvuRestInterface::log("OrvuRestServerWebSocket::stop: Stopping server <<--");
 }
 
-/// Ends the handshake, the reading and the frame in progress. Nobody becomes a
-/// client once `running_` is off.
+/// Ends the handshake, the reading and the frame in progress. Nobody becomes a client once `running_` is off.
 void OrvuRestServerWebSocket::dropClients()
 {
     const std::lock_guard<std::mutex> lock(clientMutex_);
@@ -129,9 +128,7 @@ void OrvuRestServerWebSocket::acceptClients()
 void OrvuRestServerWebSocket::admit(Socket socket)
 {
     if (attachedClient()) {
-        OrvuRestInterface::log(
-            "OrvuRestServerWebSocket::serverThread: Already "
-            "have a client... ignoring connection.");
+        OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: Already have a client... ignoring connection.");
         return;
     }
     OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: Accepted new client connection.");
@@ -142,9 +139,7 @@ void OrvuRestServerWebSocket::admit(Socket socket)
         OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: ERROR out of memory!");
     }
     setCandidate(nullptr);
-    OrvuRestInterface::log(
-        "OrvuRestServerWebSocket::serverThread: Handshake "
-        "fail! Ignoring client.");
+    OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: Handshake fail! Ignoring client.");
 }
 
 /// False once the server is being stopped.
@@ -155,8 +150,7 @@ bool OrvuRestServerWebSocket::setCandidate(const Client& client)
     return running_;
 }
 
-/// The opening handshake. A client whose answer went out is attached before
-/// anything else can be written to it.
+/// The opening handshake. Whoever pushes once the client can know of it finds it attached.
 bool OrvuRestServerWebSocket::doHanshake(const Client& client)
 {
     OrvuRestInterface::log("OrvuRestServerWebSocket::doHanshake: doHanshake -->>");
@@ -165,8 +159,7 @@ bool OrvuRestServerWebSocket::doHanshake(const Client& client)
     if (!response) return false;
     OrvuRestInterface::log(
         "OrvuRestServerWebSocket::doHanshake: Handshaked, response: \n"
-        "------------------------------------\n%s--------------------------------"
-        "----\n",
+        "------------------------------------\n%s------------------------------------\n",
         response->c_str());
 
     const std::lock_guard<std::mutex> lock(writing_);
@@ -179,6 +172,7 @@ bool OrvuRestServerWebSocket::doHanshake(const Client& client)
 /// False once the server is being stopped.
 bool OrvuRestServerWebSocket::attach(const Client& client)
 {
+    sendAtOnce(*client);
     watch(*client);
     const std::lock_guard<std::mutex> lock(clientMutex_);
     candidate_.reset();
@@ -188,9 +182,11 @@ bool OrvuRestServerWebSocket::attach(const Client& client)
 
 void OrvuRestServerWebSocket::detach(const Client& client)
 {
-    client->shutdown();
-    const std::lock_guard<std::mutex> lock(clientMutex_);
-    if (client_ == client) client_.reset();
+    {
+        const std::lock_guard<std::mutex> lock(clientMutex_);
+        if (client_ == client) client_.reset();
+    }
+    client->shutdown();  // last: whoever sees the end may come back at once
 }
 
 OrvuRestServerWebSocket::Client OrvuRestServerWebSocket::attachedClient()
@@ -203,9 +199,7 @@ void OrvuRestServerWebSocket::startReading(const Client& client)
 {
     clientThread_.join();  // of the client before, which was detached
     if (clientThread_.start(makeTask("orvu-reader", [this, client] { clientReadThread(client); }))) return;
-    OrvuRestInterface::log(
-        "OrvuRestServerWebSocket::serverThread: Could not "
-        "create the client thread!");
+    OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: Could not create the client thread!");
     detach(client);
 }
 
@@ -237,54 +231,53 @@ void OrvuRestServerWebSocket::receive(const Client& client)
     if (size <= 0) return leave(client);
 
     OrvuRestInterface::log("OrvuRestServerWebSocket::clientReadThread: -->> Receive data");
-    const ReceivedFrame frame = receiveframe(bytes, static_cast<std::size_t>(size));
+    const ReceivedFrame frame = receiveframe(client, bytes, static_cast<std::size_t>(size));
     if (frame.opcode == WS_FR_OP_CLSE) {
-        OrvuRestInterface::log(
-            "OrvuRestServerWebSocket::clientReadThread: Receive "
-            "msg: WS_FR_OP_CLSE");
+        OrvuRestInterface::log("OrvuRestServerWebSocket::clientReadThread: Receive msg: WS_FR_OP_CLSE");
         return detach(client);
     }
-    if (frame.opcode == WS_FR_OP_TXT) echo(frame);
+    if (frame.opcode == WS_FR_OP_TXT) echo(client, frame);
     OrvuRestInterface::log("OrvuRestServerWebSocket::clientReadThread <<-- Receive data");
 }
 
-ReceivedFrame OrvuRestServerWebSocket::receiveframe(const unsigned char* bytes, std::size_t size)
+ReceivedFrame OrvuRestServerWebSocket::receiveframe(const Client& client, const unsigned char* bytes, std::size_t size)
 {
     OrvuRestInterface::log("receiveframe: %.*s | size: %d", shownSize(size), reinterpret_cast<const char*>(bytes),
                            shownSize(size));
-    if (attachedClient()) return decodeFrame(bytes, size);
-    OrvuRestInterface::log("receiveframe: Invalid frame!");
+    try {
+        if (attachedClient() == client) return decodeFrame(bytes, size);
+        OrvuRestInterface::log("receiveframe: Invalid frame!");
+    } catch (const std::bad_alloc&) {
+        OrvuRestInterface::log("receiveframe: ERROR out of memory!");
+    }
     return {};
 }
 
-void OrvuRestServerWebSocket::echo(const ReceivedFrame& frame)
+void OrvuRestServerWebSocket::echo(const Client& client, const ReceivedFrame& frame)
 {
     OrvuRestInterface::log("OrvuRestServerWebSocket::clientReadThread: Receive msg: WS_FR_OP_TXT");
     if (!frame.payload || frame.payload->empty()) return;
-    OrvuRestInterface::log(
-        "OrvuRestServerWebSocket::clientReadThread: Received "
-        "msg: echo back to client: %.*s",
-        shownSize(frame.payload->size()), frame.payload->data());
-    sendframe(frame.payload->data(), static_cast<unsigned>(frame.payload->size()), WS_FR_OP_TXT);
+    OrvuRestInterface::log("OrvuRestServerWebSocket::clientReadThread: Received msg: echo back to client: %.*s",
+                           shownSize(frame.payload->size()), frame.payload->data());
+    const std::lock_guard<std::mutex> lock(writing_);
+    if (attachedClient() == client) sendframe(client, frame.payload->data(), frame.payload->size(), WS_FR_OP_TXT);
 }
 
 bool OrvuRestServerWebSocket::send(unsigned char* data, unsigned int size)
 {
     OrvuRestInterface::log("OrvuRestServerWebSocket::send: Message size: %d bytes", shownSize(size));
-    const ssize_t sent = data || size == 0 ? sendframe(data, size, WS_FR_OP_BIN) : 0;
+    const std::lock_guard<std::mutex> lock(writing_);
+    const Client client = data || size == 0 ? attachedClient() : nullptr;
+    const ssize_t sent = client ? sendframe(client, data, size, WS_FR_OP_BIN) : 0;
     OrvuRestInterface::log("OrvuRestServerWebSocket::send: Sent to client %d bytes", static_cast<int>(sent));
-    return static_cast<std::size_t>(sent) >= size;  // a failed write, -1, counts as the largest number, as callers
-                                                    // expect
+    return static_cast<std::size_t>(sent) >=
+           size;  // a failed write, -1, counts as the largest number, as callers expect
 }
 
-/// The bytes that went out, the frame's header counted; 0 without a client, -1
-/// when writing failed.
-ssize_t OrvuRestServerWebSocket::sendframe(const void* data, unsigned int size, int opcode)
+/// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing_`.
+ssize_t OrvuRestServerWebSocket::sendframe(const Client& client, const void* data, std::size_t size, int opcode)
 {
-    const std::lock_guard<std::mutex> lock(writing_);
-    const Client client = attachedClient();
-    if (!client) return 0;
-    const FrameHeader header(opcode, size);
+    const FrameHeader header(opcode, static_cast<unsigned>(size));
     const std::size_t whole = header.size + size;
     Outgoing frame(header.bytes, header.size, data, size);
     const bool isOpen = frame.offer(client->fd());

@@ -11,12 +11,10 @@
 
 namespace Orvu {
 
-/// Pushes messages to one browser-side client over WebSocket (RFC 6455) and
-/// echoes the texts that it sends.
+/// Pushes messages to one browser-side client over WebSocket (RFC 6455) and echoes the texts that it sends.
 ///
-/// Any thread. While a client is attached, later ones are refused. What is
-/// received counts as one frame for each receive of at most 2048 bytes; binary,
-/// continuation, ping and pong frames are ignored.
+/// Any thread. While a client is attached, later ones are refused. What is received counts as one frame for each receive of
+/// at most 2048 bytes; binary, continuation, ping and pong frames are ignored.
 class ORVU_EXPORT OrvuRestServerWebSocket : public OrvuRestSimpleServer {
 public:
     OrvuRestServerWebSocket();
@@ -24,12 +22,11 @@ public:
 
     bool configure(int port) override;
     bool start() override;
-    /// Closes the client as well.
+    /// Closes the client as well. A push in progress ends.
     void stop() override;
-    /// Sends one binary frame. A frame that the client has no room for is dropped
-    /// whole; one that began to go out is finished within 5 s, or the client is
-    /// detached. True when the frame went out, and when writing it failed; false
-    /// when no client is attached, unless there are no bytes to send.
+    /// Sends one binary frame. A frame that the client has no room for is dropped whole; one that began to go out is finished
+    /// within 5 s, or the client is detached. True when the frame went out, and when writing it failed; false when no client
+    /// is attached, unless there are no bytes to send.
     bool send(unsigned char* data, unsigned int size) override;
 
 private:
@@ -50,13 +47,12 @@ private:
     void clientReadThread(const Client& client);
     void receive(const Client& client);
     void leave(const Client& client);
-    ReceivedFrame receiveframe(const unsigned char* bytes, std::size_t size);
-    void echo(const ReceivedFrame& frame);
+    ReceivedFrame receiveframe(const Client& client, const unsigned char* bytes, std::size_t size);
+    void echo(const Client& client, const ReceivedFrame& frame);
 
-    ssize_t sendframe(const void* data, unsigned int size, int opcode);
+    ssize_t sendframe(const Client& client, const void* data, std::size_t size, int opcode);
 
-    std::mutex mutex_;  // guards configure, start and stop; no thread of the
-                        // server takes it
+    std::mutex mutex_;  // guards configure, start and stop; no thread of the server takes it
     Socket serverSocket_;
     Thread serverThread_;
     Thread clientThread_;  // the accept thread's while it runs

@@ -7,18 +7,16 @@
 
 namespace Orvu {
 
-/// Bytes on their way into a socket: what stands in front and what follows go
-/// out as one. They stay the caller's.
+/// Bytes on their way into a socket: what stands in front and what follows go out as one. They stay the caller's.
 class Outgoing {
 public:
     Outgoing(const void* head, std::size_t headSize, const void* body = nullptr, std::size_t bodySize = 0);
 
-    /// Gives the socket as much as it takes without waiting. False when the
-    /// socket failed for good.
+    /// Gives the socket as much as it takes without waiting. False when the socket failed for good.
     bool offer(int fd);
 
-    /// Gives it all the rest, waiting for room up to `patience` at a time and not
-    /// beyond `end`. False when the socket failed or the time was over.
+    /// Gives it all the rest, waiting for room up to `patience` at a time and not beyond `end`. False when the socket failed
+    /// or the time was over.
     bool finish(int fd, Seconds patience, Deadline end = kNever);
 
     /// Bytes that the socket has not taken yet.

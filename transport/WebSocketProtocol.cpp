@@ -76,8 +76,7 @@ std::optional<std::string> getHSresponse(const std::string& request)
 {
     const std::string key = secondWord(lineWith(request, "Sec-WebSocket-Key"));
     if (key.size() != kKeyLength) return std::nullopt;
-    return "HTTP/1.1 101 Switching Protocols\r\nUpgrade: "
-           "websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Accept: " +
+    return "HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Accept: " +
            getHSaccept(key) + "\r\n\r\n";
 }
 
