@@ -5,16 +5,26 @@ if(NOT ORVU_LOG_BACKEND MATCHES "^(auto|android|posix)$")
     message(FATAL_ERROR "ORVU_LOG_BACKEND is '${ORVU_LOG_BACKEND}'; it must be auto, android or posix.")
 endif()
 
-# orvu_log_backend(TARGET): gives the target, which compiles transport/Log.cpp, its log.
-function(orvu_log_backend target)
-    if(ORVU_LOG_BACKEND STREQUAL posix OR (ORVU_LOG_BACKEND STREQUAL auto AND NOT ANDROID))
+# orvu_android_log(TARGET): lets the target, which compiles transport/Log.cpp, write to Android's log. Elsewhere than on
+# Android that needs Debian's build of liblog.
+function(orvu_android_log target)
+    target_compile_definitions(${target} PRIVATE ORVU_LOG_ANDROID)
+    if(ANDROID)
+        target_link_libraries(${target} PUBLIC log)
         return()
     endif()
     find_library(ORVU_LIBLOG log PATH_SUFFIXES android)
-    if(NOT ORVU_LIBLOG)
+    find_path(ORVU_LIBLOG_HEADERS android/log.h PATH_SUFFIXES android)
+    if(NOT ORVU_LIBLOG OR NOT ORVU_LIBLOG_HEADERS)
         message(FATAL_ERROR "Android's log was asked for, but there is no liblog. On Debian it is the package "
                             "android-liblog-dev:\n  sudo apt-get install android-liblog-dev")
     endif()
-    target_compile_definitions(${target} PRIVATE ORVU_LOG_ANDROID)
+    target_include_directories(${target} SYSTEM PRIVATE ${ORVU_LIBLOG_HEADERS})
     target_link_libraries(${target} PUBLIC ${ORVU_LIBLOG})
 endfunction()
+
+if(ORVU_LOG_BACKEND STREQUAL android OR (ORVU_LOG_BACKEND STREQUAL auto AND ANDROID))
+    set(ORVU_LOGS_TO_ANDROID ON)
+else()
+    set(ORVU_LOGS_TO_ANDROID OFF)
+endif()
