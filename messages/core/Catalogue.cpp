@@ -4,12 +4,21 @@
 #include <new>
 
 #include "messages/core/Message.h"
+#include "messages/ginga/Files.h"
+#include "messages/ginga/GingaApps.h"
+#include "messages/ginga/Keyset.h"
+#include "messages/ginga/Ncl.h"
+#include "messages/ginga/Properties.h"
+#include "messages/pairing/ClientApplications.h"
 #include "messages/pairing/PairingScreens.h"
+#include "messages/pairing/TargetApplications.h"
+#include "messages/platform/Codecs.h"
+#include "messages/platform/MediaPlayers.h"
+#include "messages/platform/PlatformCapabilities.h"
+#include "messages/services/EventInformation.h"
+#include "messages/services/ServiceComponents.h"
 #include "messages/services/Services.h"
-#include "orvu/OrvuRestInterface.h"
-#include "orvu/PairingScreens.h"
-#include "orvu/Results.h"
-#include "orvu/Services.h"
+#include "orvu/Orvu.h"
 
 namespace Orvu {
 namespace {
@@ -33,6 +42,9 @@ constexpr Maker screenOfTwoTexts = {[](DataType) -> Serializable* { return new S
 
 constexpr Maker confirmationScreen = {[](DataType) -> Serializable* { return new ConfirmationScreen(""); },
                                       &contractOf<ConfirmationScreen>};
+
+constexpr Maker binaryData = {[](DataType type) -> Serializable* { return new BinaryData(type); },
+                              &contractOf<BinaryData>};
 
 constexpr Maker nothing = {nullptr, nullptr};
 
@@ -62,61 +74,61 @@ constexpr Row kRows[] = {
     {DataTypeNoSignal, "noSignal", FromHeader, result<NoSignalError>},
     {DataTypeTableNotFound, "tableNotFound", FromHeader, result<TableNotFound>},
     {DataTypeCannotConnectToServer, "cannotConnectToServer", FromHeader, result<CannotConnectToServer>},
-    {DataTypeBounds, "bounds", FromHeader, nothing},
+    {DataTypeBounds, "bounds", FromHeader, message<Bounds>},
     {DataTypePos, "pos", NeverFromHeader, nothing},
-    {DataTypeServiceComponent, "serviceComponent", FromHeader, nothing},
-    {DataTypeComponents, "components", FromHeader, nothing},
-    {DataTypeServiceComponentTag, "serviceComponentTag", FromHeader, nothing},
-    {DataTypeServiceCompTagAction, "serviceCompTagAction", FromHeader, nothing},
+    {DataTypeServiceComponent, "serviceComponent", FromHeader, message<ServiceComponent>},
+    {DataTypeComponents, "components", FromHeader, message<ServiceComponentList>},
+    {DataTypeServiceComponentTag, "serviceComponentTag", FromHeader, message<ServiceComponentTag>},
+    {DataTypeServiceCompTagAction, "serviceCompTagAction", FromHeader, message<ServiceCompTagAction>},
     {DataTypeServiceTime, "serviceTime", FromHeader, message<ServiceTime>},
     {DataTypePairMobileAppScreen, "pairMobileAppScreen", FromHeader, message<PairMobileAppScreen>},
     {DataTypeConfirmationScreen, "confirmationScreen", FromHeader, confirmationScreen},
     {DataTypeQrCodeScreen, "qrCodeScreen", FromHeader, screenOfTwoTexts<QrCodeScreen>},
     {DataTypePinScreen, "pinScreen", FromHeader, screenOfTwoTexts<PinScreen>},
-    {DataTypeBinaryNIT, "binaryNIT", FromHeader, nothing},
-    {DataTypeBinarySDT, "binarySDT", FromHeader, nothing},
-    {DataTypeBinaryPAT, "binaryPAT", FromHeader, nothing},
-    {DataTypeBinaryBAT, "binaryBAT", FromHeader, nothing},
-    {DataTypeBinaryPMT, "binaryPMT", FromHeader, nothing},
-    {DataTypeBinaryEPG, "binaryEPG", FromHeader, nothing},
-    {DataTypeGingaApp, "gingaApp", FromHeader, nothing},
-    {DataTypeGingaAppList, "gingaAppList", FromHeader, nothing},
-    {DataTypeGingaAppAction, "gingaAppAction", FromHeader, nothing},
-    {DataTypeDisplayLayers, "displayLayers", FromHeader, nothing},
-    {DataTypeNetworkInterfaces, "networkInterfaces", FromHeader, nothing},
-    {DataTypePlatformCapabilities, "platformCapabilities", FromHeader, nothing},
-    {DataTypeDrmSystem, "drmSystem", FromHeader, nothing},
-    {DataTypeDrms, "drms", FromHeader, nothing},
+    {DataTypeBinaryNIT, "binaryNIT", FromHeader, binaryData},
+    {DataTypeBinarySDT, "binarySDT", FromHeader, binaryData},
+    {DataTypeBinaryPAT, "binaryPAT", FromHeader, binaryData},
+    {DataTypeBinaryBAT, "binaryBAT", FromHeader, binaryData},
+    {DataTypeBinaryPMT, "binaryPMT", FromHeader, binaryData},
+    {DataTypeBinaryEPG, "binaryEPG", FromHeader, binaryData},
+    {DataTypeGingaApp, "gingaApp", FromHeader, message<RestGingaApp>},
+    {DataTypeGingaAppList, "gingaAppList", FromHeader, message<GingaAppList>},
+    {DataTypeGingaAppAction, "gingaAppAction", FromHeader, message<GingaAppAction>},
+    {DataTypeDisplayLayers, "displayLayers", FromHeader, message<DisplayLayer>},
+    {DataTypeNetworkInterfaces, "networkInterfaces", FromHeader, message<NetworkInterface>},
+    {DataTypePlatformCapabilities, "platformCapabilities", FromHeader, message<PlatformCapabilities>},
+    {DataTypeDrmSystem, "drmSystem", FromHeader, message<DrmSystem>},
+    {DataTypeDrms, "drms", FromHeader, message<DrmSystemList>},
     {DataTypeCodecsSupported, "codecsSupported", NeverFromHeader, nothing},
-    {DataTypePlayer, "player", FromHeader, nothing},
-    {DataTypePlayers, "players", FromHeader, nothing},
-    {DataTypePlayerAction, "playerAction", FromHeader, nothing},
-    {DataTypeProperty, "property", FromHeader, nothing},
-    {DataTypeNodeProperties, "nodeProperties", FromHeader, nothing},
-    {DataTypePersistent, "persistent", FromHeader, nothing},
-    {DataTypePersistProperty, "persistProperty", FromHeader, nothing},
+    {DataTypePlayer, "player", FromHeader, message<MediaPlayer>},
+    {DataTypePlayers, "players", FromHeader, message<MediaPlayerList>},
+    {DataTypePlayerAction, "playerAction", FromHeader, message<MediaPlayerAction>},
+    {DataTypeProperty, "property", FromHeader, message<Property>},
+    {DataTypeNodeProperties, "nodeProperties", FromHeader, message<NodeProperties>},
+    {DataTypePersistent, "persistent", FromHeader, message<PersistentProperties>},
+    {DataTypePersistProperty, "persistProperty", FromHeader, message<PersistProperty>},
     {DataTypePersistentVariableValue, "persistentVariableValue", NeverFromHeader, nothing},
-    {DataTypeFile, "file", FromHeader, nothing},
-    {DataTypeDirectory, "directory", FromHeader, nothing},
-    {DataTypeGingaFileList, "gingaFileList", FromHeader, nothing},
-    {DataTypeDsmccFileList, "dsmccFileList", FromHeader, nothing},
+    {DataTypeFile, "file", FromHeader, message<File>},
+    {DataTypeDirectory, "directory", FromHeader, message<Directory>},
+    {DataTypeGingaFileList, "gingaFileList", FromHeader, message<GingaFileList>},
+    {DataTypeDsmccFileList, "dsmccFileList", FromHeader, message<DsmccFileList>},
     {DataTypeEmptyResponse, "emptyResponse", FromHeader, result<EmptyResponse>},
-    {DataTypeStreamEventRequest, "streamEventRequest", FromHeader, nothing},
-    {DataTypeStreamEventDispose, "streamEventDispose", FromHeader, nothing},
-    {DataTypeNclEvent, "nclEvent", FromHeader, nothing},
-    {DataTypeNclNode, "nclNode", FromHeader, nothing},
-    {DataTypeNclNodeList, "nclNodeList", FromHeader, nothing},
-    {DataTypeNclNodeAction, "nclNodeAction", FromHeader, nothing},
-    {DataTypeKeyset, "keyset", FromHeader, nothing},
-    {DataTypeGingaEditCommand, "gingaEditCommand", FromHeader, nothing},
-    {DataTypeTargetAppFilter, "targetAppFilter", FromHeader, nothing},
-    {DataTypeTargetApp, "targetApp", FromHeader, nothing},
-    {DataTypeTargetApps, "targetApps", FromHeader, nothing},
-    {DataTypeTargetAppAction, "targetAppAction", FromHeader, nothing},
-    {DataTypeTargetAppPerformAction, "targetAppPerformAction", FromHeader, nothing},
-    {DataTypeDeepLink, "deepLink", FromHeader, nothing},
-    {DataTypeEventInfo, "eventInfo", FromHeader, nothing},
-    {DataTypeEventInfoList, "eventInfoList", FromHeader, nothing},
+    {DataTypeStreamEventRequest, "streamEventRequest", FromHeader, message<StreamEventRequest>},
+    {DataTypeStreamEventDispose, "streamEventDispose", FromHeader, message<StreamEventDispose>},
+    {DataTypeNclEvent, "nclEvent", FromHeader, message<NCLEvent>},
+    {DataTypeNclNode, "nclNode", FromHeader, message<NCLNode>},
+    {DataTypeNclNodeList, "nclNodeList", FromHeader, message<NCLNodeList>},
+    {DataTypeNclNodeAction, "nclNodeAction", FromHeader, message<NCLNodeAction>},
+    {DataTypeKeyset, "keyset", FromHeader, message<GingaKeyset>},
+    {DataTypeGingaEditCommand, "gingaEditCommand", FromHeader, message<GingaEditCommand>},
+    {DataTypeTargetAppFilter, "targetAppFilter", FromHeader, message<TargetAppFilter>},
+    {DataTypeTargetApp, "targetApp", FromHeader, message<TargetApp>},
+    {DataTypeTargetApps, "targetApps", FromHeader, message<TargetAppList>},
+    {DataTypeTargetAppAction, "targetAppAction", FromHeader, message<TargetAppAction>},
+    {DataTypeTargetAppPerformAction, "targetAppPerformAction", FromHeader, message<TargetAppPerformAction>},
+    {DataTypeDeepLink, "deepLink", FromHeader, message<DeepLink>},
+    {DataTypeEventInfo, "eventInfo", FromHeader, message<EventInfo>},
+    {DataTypeEventInfoList, "eventInfoList", FromHeader, message<EventInfoList>},
     {DataTypeContentDescription, "contentDescription", NeverFromHeader, nothing},
     {DataTypeLinkageDescriptor, "linkageDescriptor", NeverFromHeader, nothing},
     {DataTypeHyperlinkDescriptor, "hyperlinkDescriptor", NeverFromHeader, nothing},
@@ -126,21 +138,21 @@ constexpr Row kRows[] = {
     {DataTypeComponentGroup, "componentGroup", NeverFromHeader, nothing},
     {DataTypeComponentGroupDescriptor, "componentGroupDescriptor", NeverFromHeader, nothing},
     {DataTypeCAUnit, "cAUnit", NeverFromHeader, nothing},
-    {DataTypeServiceBindTokens, "serviceBindTokens", FromHeader, nothing},
-    {DataTypeServiceBindTokensList, "serviceBindTokensList", FromHeader, nothing},
-    {DataTypeServiceBoundTokenList, "ServiceBoundTokenList", FromHeader, nothing},
-    {DataTypeRevokeToken, "revokeToken", FromHeader, nothing},
-    {DataTypeClientApplication, "clientApplication", FromHeader, nothing},
-    {DataTypeClientApplicationList, "clientApplicationList", FromHeader, nothing},
-    {DataTypeBinaryDataMultipart, "binaryDataMultipart", FromHeader, nothing},
+    {DataTypeServiceBindTokens, "serviceBindTokens", FromHeader, message<ServiceBindTokens>},
+    {DataTypeServiceBindTokensList, "serviceBindTokensList", FromHeader, message<ServiceBindTokensList>},
+    {DataTypeServiceBoundTokenList, "ServiceBoundTokenList", FromHeader, message<ServiceBoundTokenList>},
+    {DataTypeRevokeToken, "revokeToken", FromHeader, message<RevokeToken>},
+    {DataTypeClientApplication, "clientApplication", FromHeader, message<ClientApplication>},
+    {DataTypeClientApplicationList, "clientApplicationList", FromHeader, message<ClientApplicationList>},
+    {DataTypeBinaryDataMultipart, "binaryDataMultipart", FromHeader, message<BinaryDataMultipart>},
     {DataTypeScreenDescription, "screenDescription", FromHeader, message<ScreenDescription>},
     {DataTypeScreenItem, "screenItem", FromHeader, message<ScreenItem>},
     {DataTypeMissingArgument, "missingArgument", FromHeader, result<MissingArgument>},
     {DataTypeTvServiceNotInUse, "tvServiceNotInUse", FromHeader, result<TVServiceNotInUse>},
-    {DataTypeStreamPidsRequest, "streamPidsRequest", FromHeader, nothing},
-    {DataTypeStreamPidsResponse, "streamPidsResponse", FromHeader, nothing},
+    {DataTypeStreamPidsRequest, "streamPidsRequest", FromHeader, message<StreamPidsRequest>},
+    {DataTypeStreamPidsResponse, "streamPidsResponse", FromHeader, message<StreamPidsResponse>},
     {DataTypeSiCacheUnavailable, "siCacheUnavailable", FromHeader, nothing},
-    {DataTypeRtkChangeComponentStatus, "rtkChangeComponentStatus", FromHeader, nothing},
+    {DataTypeRtkChangeComponentStatus, "rtkChangeComponentStatus", FromHeader, message<RtkChangeComponentStatus>},
 };
 
 constexpr std::size_t kRowCount = sizeof kRows / sizeof kRows[0];

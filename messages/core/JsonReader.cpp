@@ -1,6 +1,7 @@
 #include "messages/core/JsonReader.h"
 
 #include <cstring>
+#include <new>
 #include <strings.h>
 
 namespace Orvu {
@@ -15,8 +16,9 @@ bool isNamed(const cJSON& item, const char* key)
 JsonTree reprinted(const cJSON& number)
 {
     char text[64];  // cJSON writes at most 26
-    const bool printed = cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false);
-    JsonTree tree = parseJson(printed ? text : nullptr);
+    cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false);
+    JsonTree tree = parseJson(text);
+    if (!tree) throw std::bad_alloc();  // what cJSON prints is JSON: only memory can have failed
     return cJSON_IsNumber(tree.get()) ? std::move(tree) : nullptr;
 }
 
@@ -36,6 +38,14 @@ bool JsonReader::optional(const char* key, int& field)
     return item && integer(*item, field);
 }
 
+bool JsonReader::optional(const char* key, unsigned& field)
+{
+    int value = 0;
+    if (!optional(key, value)) return false;
+    field = static_cast<unsigned>(value);
+    return true;
+}
+
 bool JsonReader::optional(const char* key, bool& field)
 {
     int value = 0;
@@ -44,16 +54,24 @@ bool JsonReader::optional(const char* key, bool& field)
     return true;
 }
 
+bool JsonReader::optional(const char* key, std::vector<std::string>& texts)
+{
+    const cJSON* const list = member(key);
+    if (list) forEachText(*list, [&](const char* text) { texts.emplace_back(text); });
+    return list != nullptr;
+}
+
 /// The member that cJSON_GetObjectItem would find. The usual order costs one comparison: a member that stands behind those
-/// already found, with at most "HEADER" between them, is the first of its name.
+/// already found, with at most "HEADER" between them, is the first of its name, unless the last one found has it too.
 const cJSON* JsonReader::member(const char* key)
 {
     if (fault_ != Fault::None) return nullptr;
+    if (found_ && isNamed(*found_, key)) return found_;
     if (next_ && !isNamed(*next_, key) && isNamed(*next_, "HEADER")) next_ = next_->next;
     if (!next_ || !isNamed(*next_, key)) return search(key);
-    const cJSON* const found = next_;
+    found_ = next_;
     next_ = next_->next;
-    return found;
+    return found_;
 }
 
 const cJSON* JsonReader::search(const char* key) const
@@ -69,6 +87,27 @@ bool JsonReader::missing(const char* key)
 {
     if (fault_ == Fault::None) fault_ = search(key) ? Fault::WrongKind : Fault::Missing;
     return false;
+}
+
+/// What stands right behind the member `key`; without it the read fails.
+const cJSON* JsonReader::behind(const char* key)
+{
+    const cJSON* const item = member(key);
+    if (item && item->next) return item->next;
+    fail(Fault::Missing);
+    return nullptr;
+}
+
+void JsonReader::requireObject()
+{
+    if (!cJSON_IsObject(&value_)) fail(Fault::WrongKind);
+}
+
+int JsonReader::numberOrZero(const cJSON& item) const
+{
+    int value = 0;
+    if (cJSON_IsNumber(&item)) integer(item, value);
+    return value;
 }
 
 bool JsonReader::integer(const cJSON& item, int& value) const

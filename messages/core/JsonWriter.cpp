@@ -12,6 +12,7 @@ namespace Orvu {
 namespace {
 
 constexpr std::size_t kFirstCapacity = 512;
+constexpr std::size_t kDigits = 11;  // of a 32-bit number, its sign included
 
 /// The letter behind the backslash for the characters that JSON must escape, 'u' where cJSON has no short form, else 0.
 constexpr std::array<char, 256> kEscapes = [] {
@@ -64,6 +65,19 @@ void JsonWriter::put(const char* key, bool value)
     value ? append("true", 4) : append("false", 5);
 }
 
+void JsonWriter::putNull(const char* key)
+{
+    member(key);
+    null();
+}
+
+void JsonWriter::emptyList(const char* key)
+{
+    member(key);
+    beginArray();
+    endArray();
+}
+
 void JsonWriter::message(Serializable& message, const Contract& contract)
 {
     beginObject();
@@ -71,16 +85,34 @@ void JsonWriter::message(Serializable& message, const Contract& contract)
     endObject();
 }
 
-bool JsonWriter::embed(Serializable& child, const Contract& contract)
+bool JsonWriter::embedMember(const char* key, Serializable& child, const Contract& contract)
 {
+    const Mark mark = here();
+    member(key);
+    return embed(child, contract, mark);
+}
+
+bool JsonWriter::embedElement(Serializable& child, const Contract& contract)
+{
+    const Mark mark = here();
+    element();
+    return embed(child, contract, mark);
+}
+
+bool JsonWriter::embed(Serializable& child, const Contract& contract, Mark mark)
+{
+    bool hasText = true;
     if (isExactly(child, *contract.type)) {
         message(child, contract);
-        return true;
+        hasText = !std::exchange(gaveUp_, false);
+    } else {
+        const JsonText text(child.serialize());
+        const JsonTree parsed = parseJson(text.get());
+        if (parsed) tree(*parsed);
+        hasText = parsed != nullptr;
     }
-    const JsonText text(child.serialize());
-    const JsonTree parsed = parseJson(text.get());
-    if (parsed) tree(*parsed);
-    return parsed != nullptr;
+    if (!hasText) backTo(mark);
+    return hasText;
 }
 
 void JsonWriter::tree(const cJSON& value)
@@ -119,7 +151,7 @@ void JsonWriter::arrayTree(const cJSON& array)
 char* JsonWriter::take()
 {
     append('\0');
-    if (failed_) return nullptr;
+    if (failed_ || gaveUp_) return nullptr;
     return std::exchange(text_, nullptr);
 }
 
@@ -204,12 +236,16 @@ void JsonWriter::escaped(unsigned char c)
     append(text, kEscapes[c] == 'u' ? 6 : 2);
 }
 
-template <class Integer>
-void JsonWriter::integer(Integer value)
+void JsonWriter::integer(int value)
 {
-    constexpr std::size_t kDigits = 11;
-    char* const to = room(kDigits);
-    if (to) size_ = static_cast<std::size_t>(std::to_chars(to, to + kDigits, value).ptr - text_);
+    if (char* const to = room(kDigits))
+        size_ = static_cast<std::size_t>(std::to_chars(to, to + kDigits, value).ptr - text_);
+}
+
+void JsonWriter::integer(unsigned value)
+{
+    if (char* const to = room(kDigits))
+        size_ = static_cast<std::size_t>(std::to_chars(to, to + kDigits, value).ptr - text_);
 }
 
 void JsonWriter::number(const cJSON& value)

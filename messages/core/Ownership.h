@@ -5,17 +5,24 @@
 
 namespace Orvu {
 
-/// Appends `element` and takes it, also when memory cannot be had: it is deleted then. Null is ignored.
+/// Puts `element` at `place` and takes it, also when memory cannot be had: it is deleted then. Null is ignored.
 template <class Message>
-void take(std::vector<Message*>& owned, Message* element)
+void takeAt(std::vector<Message*>& owned, typename std::vector<Message*>::const_iterator place, Message* element)
 {
     std::unique_ptr<Message> guard(element);
     if (!element) return;
     try {
-        owned.push_back(element);
+        owned.insert(place, element);
         guard.release();
     } catch (...) {  // the caller has handed the element over: nobody else would delete it
     }
+}
+
+/// Appends `element` and takes it, likewise.
+template <class Message>
+void take(std::vector<Message*>& owned, Message* element)
+{
+    takeAt(owned, owned.end(), element);
 }
 
 /// Deletes every element; null ones, which an application may have put there, too.

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+#include "orvu/Services.h"
+
+namespace Orvu {
+
+/// A paired companion application. Wire name "clientApplication"; also the element of a ClientApplicationList.
+class ORVU_EXPORT ClientApplication : public Serializable {
+public:
+    std::string clientId;
+    std::string displayName;
+    int copy = 0;
+    int pairingState = 0;
+    int authorized = 0;  ///< A number, also on the wire.
+    int bornTime;        ///< Seconds since the epoch; the time of construction at first.
+    std::string refreshToken;
+
+    ClientApplication();
+    ~ClientApplication() override;
+    /// Copies every field, `bornTime` too; the copy's header flag is set.
+    ClientApplication(const ClientApplication& other) = default;
+    ClientApplication& operator=(const ClientApplication& other) = default;
+
+    const std::string& getClientId() const { return clientId; }
+    void setClientId(const std::string& value) { clientId = value; }
+    const std::string& getDisplayName() const { return displayName; }
+    void setDisplayName(const std::string& value) { displayName = value; }
+    int getCopy() const { return copy; }
+    void setCopy(int value) { copy = value; }
+    int getPairingState() const { return pairingState; }
+    void setPairingState(int value) { pairingState = value; }
+    int getAuthorized() const { return authorized; }
+    void setAuthorized(int value) { authorized = value; }
+    int getBornTime() const { return bornTime; }
+    void setBornTime(int value) { bornTime = value; }
+    const std::string& getRefreshToken() const { return refreshToken; }
+    void setRefreshToken(const std::string& value) { refreshToken = value; }
+
+    /// Formatted.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The registry of paired applications. Wire name "clientApplicationList".
+class ORVU_EXPORT ClientApplicationList : public Serializable {
+public:
+    std::vector<ClientApplication*> apps;  ///< Owned; deleted with the list.
+    std::vector<std::string> deletionIds;  ///< Ids of the clients to be deleted. Travels as "deletionItens".
+
+    ClientApplicationList();
+    ~ClientApplicationList() override;
+    ClientApplicationList(const ClientApplicationList&) = delete;
+    ClientApplicationList& operator=(const ClientApplicationList&) = delete;
+
+    /// Appends `app` and takes it; null is ignored.
+    void addApp(ClientApplication* app);
+    /// Appends the id of a client to be deleted; null is ignored.
+    void addAppIdToDeletion(const char* id);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good.
+    char* serialize() override;
+    /// Appends the applications under "clientApplicationList", which is required; those that cannot be read are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The bind tokens granted for one service. Wire name "serviceBindTokens"; also the element of a ServiceBindTokensList.
+class ORVU_EXPORT ServiceBindTokens : public Serializable {
+public:
+    Service* service = nullptr;           ///< Owned; made with the message.
+    std::vector<std::string> bindTokens;  ///< Neither empty texts nor duplicates come in through addToken().
+    bool fullService = true;  ///< Whether the whole service travels, or only its locator. Not changed by reading.
+
+    ServiceBindTokens();
+    ~ServiceBindTokens() override;
+    /// Copies the service, the tokens and `fullService`; the copy's header flag is set.
+    ServiceBindTokens(const ServiceBindTokens& other);
+    ServiceBindTokens& operator=(const ServiceBindTokens&) = delete;
+
+    /// Appends `token` unless it is empty or held already.
+    void addToken(std::string token);
+    /// A copy, which the caller owns; its header flag is set. Null when memory cannot be had.
+    ServiceBindTokens* clone();
+    bool isFullService() const { return fullService; }
+    void setFullService(bool value) { fullService = value; }
+
+    /// Formatted, always with "HEADER". Switches the header flag of the service off, for good.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text. "serviceContextId" counts where "service" is absent. Tokens are appended.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The bind tokens granted, service by service. Wire name "serviceBindTokensList".
+class ORVU_EXPORT ServiceBindTokensList : public Serializable {
+public:
+    std::string reservedText;                  ///< Does not travel.
+    bool reservedFlag = true;                  ///< Does not travel.
+    std::vector<ServiceBindTokens*> services;  ///< Owned; deleted with the list.
+
+    ServiceBindTokensList();
+    ~ServiceBindTokensList() override;
+    ServiceBindTokensList(const ServiceBindTokensList&) = delete;
+    ServiceBindTokensList& operator=(const ServiceBindTokensList&) = delete;
+
+    /// Appends `service` and takes it; null is ignored.
+    void addService(ServiceBindTokens* service);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text. Appends what stands under "boundServices"; what cannot be read is left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The services bound to one token. Wire name "ServiceBoundTokenList", with a capital S.
+class ORVU_EXPORT ServiceBoundTokenList : public Serializable {
+public:
+    std::string token;
+    std::vector<Service*> boundServices;  ///< Owned; deleted with the list.
+
+    ServiceBoundTokenList();
+    ~ServiceBoundTokenList() override;
+    ServiceBoundTokenList(const ServiceBoundTokenList&) = delete;
+    ServiceBoundTokenList& operator=(const ServiceBoundTokenList&) = delete;
+
+    const std::string& getToken() const { return token; }
+    void setToken(const std::string& value) { token = value; }
+
+    /// Appends `service` and takes it; null is ignored.
+    void addService(Service* service);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good.
+    char* serialize() override;
+    /// Appends the services under "boundServices", which is required; the token stays without it.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// Takes a bind token back. Wire name "revokeToken".
+class ORVU_EXPORT RevokeToken : public Serializable {
+public:
+    std::string token;
+    std::string serviceContextId;  ///< Locator of the service.
+
+    RevokeToken();
+    ~RevokeToken() override;
+
+    const std::string& getToken() const { return token; }
+    void setToken(const std::string& value) { token = value; }
+    const std::string& getServiceContextId() const { return serviceContextId; }
+    void setServiceContextId(const std::string& value) { serviceContextId = value; }
+
+    /// Formatted.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

@@ -1,0 +1,161 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+/// A video codec.
+enum VideoCodec : int {
+    VideoCodecUnknown = 0,  ///< "unknown"
+    VideoCodecH264 = 1,     ///< "H.264"
+    VideoCodecH265 = 2,     ///< "H.265"
+};
+
+/// An audio codec.
+enum AudioCodec : int {
+    AudioCodecUnknown = 0,  ///< "unknown"
+    AudioCodecAACLC = 1,    ///< "AAC-LC"
+    AudioCodecAACHE = 2,    ///< "AAC-HE"
+    AudioCodecAACHEv2 = 3,  ///< "AAC-HEv2"
+    AudioCodecAC3 = 4,      ///< "AC-3"
+    AudioCodecEAC3 = 5,     ///< "E-AC-3"
+    AudioCodecAC4 = 6,      ///< "AC-4"
+    AudioCodecMPEGH = 7,    ///< "MPEG-H"
+};
+
+/// A subtitle codec.
+enum SubtitleCodec : int {
+    SubtitleCodecUnknown = 0,    ///< "unknown"
+    SubtitleCodecIMSC1TTML = 1,  ///< "IMSC1-TTML"
+    SubtitleCodecWebVTT = 2,     ///< "WebVTT"
+};
+
+/// An image codec. Does not travel.
+enum ImageCodec : int {
+    ImageCodecUnknown = 0,  ///< "unknown"
+    ImageCodecJPEG = 1,     ///< "JPEG"
+    ImageCodecPNG = 2,      ///< "PNG"
+    ImageCodecGIF = 3,      ///< "GIF"
+};
+
+/// A container format. The last value stands for strangers.
+enum DrmFormat : int {
+    DrmFormatMp4 = 0,      ///< "mp4"
+    DrmFormatMpegTs = 1,   ///< "mpeg-ts"
+    DrmFormatDash = 2,     ///< "dash"
+    DrmFormatHls = 3,      ///< "hls"
+    DrmFormatPes = 4,      ///< "pes"
+    DrmFormatUnknown = 5,  ///< "Unknown"
+};
+
+/// A delivery scheme. The last value stands for strangers.
+enum DrmScheme : int {
+    DrmSchemeSbtvdTs = 0,  ///< "sbtvd-ts"
+    DrmSchemeDsmcc = 1,    ///< "dsmcc"
+    DrmSchemeHttp = 2,     ///< "http"
+    DrmSchemeHttps = 3,    ///< "https"
+    DrmSchemeRtsp = 4,     ///< "rtsp"
+    DrmSchemeFile = 5,     ///< "file"
+    DrmSchemeUnknown = 6,  ///< "Unknown"
+};
+
+/// The codecs that a player decodes. Wire name "codecsSupported"; travels nested.
+class ORVU_EXPORT Codecs : public Serializable {
+public:
+    std::vector<VideoCodec> video;
+    std::vector<AudioCodec> audio;
+    std::vector<SubtitleCodec> subtitle;
+    std::vector<ImageCodec> image;  ///< Does not travel.
+
+    Codecs();
+    ~Codecs() override;
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* videoCodecToString(VideoCodec value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static VideoCodec stringToVideoCodec(std::string word);
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* audioCodecToString(AudioCodec value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static AudioCodec stringToAudioCodec(std::string word);
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* subtitleCodecToString(SubtitleCodec value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static SubtitleCodec stringToSubtitleCodec(std::string word);
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* imageCodecToString(ImageCodec value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static ImageCodec stringToImageCodec(std::string word);
+    void addVideoCodec(VideoCodec codec);
+    void addAudioCodec(AudioCodec codec);
+    void addSubtitleCodec(SubtitleCodec codec);
+    void addImageCodec(ImageCodec codec);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text. Lists are appended to.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A DRM system. Wire name "drmSystem"; travels nested.
+class ORVU_EXPORT DrmSystem : public Serializable {
+public:
+    std::string systemId;
+    std::string drmName;
+    std::string drmVersion;
+    std::vector<DrmFormat> formatsSupported;
+    std::vector<DrmScheme> schemesSupported;  ///< Does not travel.
+
+    DrmSystem();
+    ~DrmSystem() override;
+
+    const std::string& getSystemId() const { return systemId; }
+    void setSystemId(const std::string& value) { systemId = value; }
+    const std::string& getDrmName() const { return drmName; }
+    void setDrmName(const std::string& value) { drmName = value; }
+    const std::string& getDrmVersion() const { return drmVersion; }
+    void setDrmVersion(const std::string& value) { drmVersion = value; }
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* formatToString(DrmFormat value);
+    /// The value of a word, compared exactly; the last value for any other text.
+    static DrmFormat stringToFormat(std::string word);
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* schemeToString(DrmScheme value);
+    /// The value of a word, compared exactly; the last value for any other text.
+    static DrmScheme stringToScheme(std::string word);
+    void addFormatSupported(DrmFormat format);
+    void addSchemeSupported(DrmScheme scheme);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// "formatsSupported" is required; what was read before it stays. Formats are appended.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The DRM systems of the receiver. Wire name "drms".
+class ORVU_EXPORT DrmSystemList : public Serializable {
+public:
+    std::vector<DrmSystem*> systems;  ///< Owned; deleted with the list.
+
+    DrmSystemList();
+    ~DrmSystemList() override;
+    DrmSystemList(const DrmSystemList&) = delete;
+    DrmSystemList& operator=(const DrmSystemList&) = delete;
+
+    /// Appends `system` and takes it; null is ignored.
+    void addSystem(DrmSystem* system);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every system off, for good.
+    char* serialize() override;
+    /// Appends the systems under "drms", which is required; those that cannot be read are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

@@ -1,0 +1,191 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+/// The genre of an event. Wire name "contentDescription". Travels nested.
+class ORVU_EXPORT ContentDescriptor : public Serializable {
+public:
+    int content[4] = {};  ///< content_nibble_level_1 and 2, user_nibble 1 and 2, as signalled.
+
+    ContentDescriptor();
+    ~ContentDescriptor() override;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// "contentDescription" is required; a list of another length than 4 changes nothing.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A linkage to another service. Wire name "linkageDescriptor". Travels nested.
+class ORVU_EXPORT LinkageDescriptor : public Serializable {
+public:
+    int tsId = 0;
+    int networkId = 0;
+    int serviceId = 0;
+    int type = 0;
+    std::string data;  ///< Written, never read back.
+
+    LinkageDescriptor();
+    ~LinkageDescriptor() override;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A hyperlink to a service, an event, a module or a page. Wire name "hyperlinkDescriptor". Travels nested.
+class ORVU_EXPORT HyperlinkDescriptor : public Serializable {
+public:
+    int type = 0;
+    int destinationType = 0;
+    int tsId = 0;
+    int networkId = 0;
+    int eventId = 0;
+    int componentTag = 0;
+    int moduleId = 0;
+    int serviceId = 0;
+    int contentId = 0;
+    std::string url;
+
+    HyperlinkDescriptor();
+    ~HyperlinkDescriptor() override;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The series that an event belongs to. Wire name "seriesDescriptor". Travels nested.
+class ORVU_EXPORT SeriesDescriptor : public Serializable {
+public:
+    int id = 0;
+    int url = 0;  ///< A number, whatever its name says.
+    int repeatLabel = 0;
+    int programPattern = 0;
+    int episodeNumber = 0;
+    int lastEpisodeNumber = 0;
+    std::string name;
+
+    SeriesDescriptor();
+    ~SeriesDescriptor() override;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// One event of a group. Wire name "eventGroupDescriptor". Travels nested.
+class ORVU_EXPORT EventGroupDescriptor : public Serializable {
+public:
+    int id = 0;
+    int tsId = 0;
+    int networkId = 0;
+    int serviceId = 0;
+
+    EventGroupDescriptor();
+    ~EventGroupDescriptor() override;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The events that belong together. Wire name "eventGroup". Travels nested.
+class ORVU_EXPORT EventGroup : public Serializable {
+public:
+    int type = 0;
+    std::vector<EventGroupDescriptor*> descriptors;  ///< Owned; deleted with the group.
+
+    EventGroup();
+    ~EventGroup() override;
+    EventGroup(const EventGroup&) = delete;
+    EventGroup& operator=(const EventGroup&) = delete;
+
+    /// Appends `descriptor` and takes it; null is ignored.
+    void addDescriptor(EventGroupDescriptor* descriptor);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Reads the list that stands behind "type", whatever its name; false when nothing does. Without a "type" nothing changes.
+    /// Appends to the descriptors held.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A conditional-access unit: the components that are scrambled together. Wire name "cAUnit". Travels nested.
+class ORVU_EXPORT CAUnit : public Serializable {
+public:
+    int id = 0;
+    std::vector<int> componentTags;
+
+    CAUnit();
+    ~CAUnit() override;
+
+    /// Appends `tag`, whatever its value.
+    void addComponentTag(int tag);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Reads the list that stands behind "id", whatever its name; false when nothing does. Without an "id" nothing changes.
+    /// Appends to the tags held; what is no number counts as 0.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// One group of components of an event. Wire name "componentGroupDescriptor". Travels nested.
+class ORVU_EXPORT ComponentGroupDescriptor : public Serializable {
+public:
+    int id = 0;
+    int totalBitRate = 0;
+    std::string description;
+    CAUnit* caUnit;  ///< Owned; made with the descriptor.
+
+    ComponentGroupDescriptor();
+    ~ComponentGroupDescriptor() override;
+    ComponentGroupDescriptor(const ComponentGroupDescriptor&) = delete;
+    ComponentGroupDescriptor& operator=(const ComponentGroupDescriptor&) = delete;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The component groups of an event. Wire name "componentGroup". Travels nested.
+class ORVU_EXPORT ComponentGroup : public Serializable {
+public:
+    int type = 0;
+    std::vector<ComponentGroupDescriptor*> components;  ///< Owned; deleted with the group.
+
+    ComponentGroup();
+    ~ComponentGroup() override;
+    ComponentGroup(const ComponentGroup&) = delete;
+    ComponentGroup& operator=(const ComponentGroup&) = delete;
+
+    /// Appends `component` and takes it; null is ignored.
+    void addComponent(ComponentGroupDescriptor* component);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Reads the list that stands behind "type", whatever its name; false when nothing does. Without a "type" nothing changes.
+    /// Appends to the components held.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

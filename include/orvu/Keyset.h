@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+/// The groups of remote-control keys that an interactive application wants, or gives back. Wire name "keyset".
+class ORVU_EXPORT GingaKeyset : public Serializable {
+public:
+    std::vector<std::string> keys;  ///< Names of groups, unknown ones and duplicates too.
+    bool releaseKeyset = false;     ///< Gives the keys back. Written only while it is set.
+
+    GingaKeyset();
+    ~GingaKeyset() override;
+
+    static const char* const NUMERIC_KEYSET;    ///< "numeric_keys"
+    static const char* const COLORED_KEYSET;    ///< "colored_keys"
+    static const char* const SELECTION_KEYSET;  ///< "selection_keys"
+    static const char* const CURSOR_KEYSET;     ///< "cursor_keys"
+
+    /// Appends the names, but for empty ones.
+    void addKeyset(std::vector<std::string> names);
+    /// The groups that a name stands for: itself for the four basic groups, the coloured, selection and cursor keys for
+    /// "interactive_keys", none for anything else.
+    static std::vector<std::string> getKeySetByName(std::string name);
+    static bool isNumericKeyset(std::string name);
+    static bool isColoredKeyset(std::string name);
+    static bool isSelectionKeyset(std::string name);
+    static bool isCursorKeyset(std::string name);
+    static bool isInteractiveKeyset(std::string name);
+
+    /// Formatted, always with "HEADER".
+    char* serialize() override;
+    /// Appends the names under "keyset", which is required; empty ones are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

@@ -1,0 +1,218 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+#include "orvu/Status.h"
+
+namespace Orvu {
+
+/// What an NCL node is.
+enum NclNodeType : int {
+    NclNodeTypeUnknown = 0,   ///< "unknown"
+    NclNodeTypeMedia = 1,     ///< "media"
+    NclNodeTypeContext = 2,   ///< "context"
+    NclNodeTypeSwitch = 3,    ///< "switch"
+    NclNodeTypeArea = 4,      ///< "area"
+    NclNodeTypeProperty = 5,  ///< "property"
+    NclNodeTypePort = 6,      ///< "port"
+};
+
+/// An NCL editing command.
+enum EditCommand : int {
+    EditCommandUnknown = 0,                      ///< "unknown"
+    EditCommandAddRegion = 1,                    ///< "addRegion"
+    EditCommandAddRegionBase = 2,                ///< "addRegionBase"
+    EditCommandAddRule = 3,                      ///< "addRule"
+    EditCommandAddRuleBase = 4,                  ///< "addRuleBase"
+    EditCommandAddFont = 5,                      ///< "addFont"
+    EditCommandAddFontBase = 6,                  ///< "addFontBase"
+    EditCommandAddConnector = 7,                 ///< "addConnector"
+    EditCommandAddConnectorBase = 8,             ///< "addConnectorBase"
+    EditCommandAddDescriptor = 9,                ///< "addDescriptor"
+    EditCommandAddDescriptorSwitch = 10,         ///< "addDescriptorSwitch"
+    EditCommandAddDescriptorBase = 11,           ///< "addDescriptorBase"
+    EditCommandAddTransitionBase = 12,           ///< "addTransitionBase"
+    EditCommandAddImportBase = 13,               ///< "addImportBase"
+    EditCommandAddImportedDocumentBase = 14,     ///< "addImportedDocumentBase"
+    EditCommandAddImportNCL = 15,                ///< "addImportNCL"
+    EditCommandAddNode = 16,                     ///< "addNode"
+    EditCommandAddLink = 17,                     ///< "addLink"
+    EditCommandAddInterface = 18,                ///< "addInterface"
+    EditCommandRemoveRegion = 19,                ///< "removeRegion"
+    EditCommandRemoveRegionBase = 20,            ///< "removeRegionBase"
+    EditCommandRemoveRule = 21,                  ///< "removeRule"
+    EditCommandRemoveRuleBase = 22,              ///< "removeRuleBase"
+    EditCommandRemoveFont = 23,                  ///< "removeFont"
+    EditCommandRemoveFontBase = 24,              ///< "removeFontBase"
+    EditCommandRemoveConnector = 25,             ///< "removeConnector"
+    EditCommandRemoveConnectorBase = 26,         ///< "removeConnectorBase"
+    EditCommandRemoveDescriptor = 27,            ///< "removeDescriptor"
+    EditCommandRemoveDescriptorSwitch = 28,      ///< "removeDescriptorSwitch"
+    EditCommandRemoveDescriptorBase = 29,        ///< "removeDescriptorBase"
+    EditCommandRemoveTransitionBase = 30,        ///< "removeTransitionBase"
+    EditCommandRemoveImportBase = 31,            ///< "removeImportBase"
+    EditCommandRemoveImportedDocumentBase = 32,  ///< "removeImportedDocumentBase"
+    EditCommandRemoveImportNCL = 33,             ///< "removeImportNCL"
+    EditCommandRemoveNode = 34,                  ///< "removeNode"
+    EditCommandRemoveLink = 35,                  ///< "removeLink"
+    EditCommandRemoveInterface = 36,             ///< "removeInterface"
+    EditCommandSetPropertyValue = 37,            ///< "setPropertyValue"
+};
+
+/// A reference to an NCL document. Travels nested, and shares the type of NCLEvent.
+class ORVU_EXPORT NCLDocument : public Serializable {
+public:
+    std::string id;
+    std::string fileName;
+
+    NCLDocument();
+    ~NCLDocument() override;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The state machine of one event of a node. Wire name "nclEvent"; travels nested.
+class ORVU_EXPORT NCLEvent : public Serializable {
+public:
+    StatusType state = StatusTypeUnknown;
+    int occurrences = 0;
+    bool* prepared = nullptr;  ///< Owned; null while it is not known.
+
+    NCLEvent();
+    ~NCLEvent() override;
+    NCLEvent(const NCLEvent&) = delete;
+    NCLEvent& operator=(const NCLEvent&) = delete;
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A node of an NCL document, with its interfaces. Wire name "nclNode"; also the element of an NCLNodeList.
+class ORVU_EXPORT NCLNode : public Serializable {
+public:
+    std::string appid;
+    std::string documentId;
+    std::string id;
+    NclNodeType type = NclNodeTypeUnknown;
+    std::string mimeType;
+    NCLEvent* presentationEvent = nullptr;  ///< Owned, may be null.
+    NCLEvent* preparationEvent = nullptr;   ///< Owned, may be null.
+    std::vector<NCLNode*> interfaces;       ///< Owned; deleted with the node.
+
+    NCLNode();
+    ~NCLNode() override;
+    NCLNode(const NCLNode&) = delete;
+    NCLNode& operator=(const NCLNode&) = delete;
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* nodeTypeString(NclNodeType value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static NclNodeType stringToNode(std::string word);
+    /// Takes `event`. The one held before is the caller's from then on.
+    void setPresentationEvent(NCLEvent* event);
+    /// Takes `event`. The one held before is the caller's from then on.
+    void setPreparationEvent(NCLEvent* event);
+    /// Appends `node` and takes it; null is ignored.
+    void addInterface(NCLNode* node);
+
+    /// Compact. Switches the header flag of every interface off, for good. At most 500 nodes deep.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text. Interfaces are appended.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// The nodes of a composition. Wire name "nclNodeList".
+class ORVU_EXPORT NCLNodeList : public Serializable {
+public:
+    std::string appid;
+    std::string documentId;
+    std::string compositeId;
+    std::vector<NCLNode*> nodes;  ///< Owned; deleted with the list.
+
+    NCLNodeList();
+    ~NCLNodeList() override;
+    NCLNodeList(const NCLNodeList&) = delete;
+    NCLNodeList& operator=(const NCLNodeList&) = delete;
+
+    /// Appends `node` and takes it; null is ignored.
+    void addNode(NCLNode* node);
+    /// The nodes alone, without "HEADER" and ids; formatted. The caller releases it with `free`.
+    char* serializeResponse();
+
+    /// Formatted, always with "HEADER". Switches the header flag of every node off, for good.
+    char* serialize() override;
+    /// Appends the nodes under "nodes", which is required; those that cannot be read are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// An action on one node, or on one of its interfaces. Wire name "nclNodeAction".
+class ORVU_EXPORT NCLNodeAction : public Serializable {
+public:
+    std::string appid;
+    std::string documentId;
+    std::string nodeId;
+    StatusType action = StatusTypeUnknown;
+    std::string interface;
+    bool hasInterface = false;  ///< "interface" was present in the text read. Does not travel.
+    bool hasValue = false;      ///< "value" was present in the text read. Does not travel.
+    std::string value;
+
+    NCLNodeAction();
+    ~NCLNodeAction() override;
+
+    /// Whether the action is one that a node knows and the interface, where it was given, is a name: not empty, and without
+    /// "<", "&" and double quotes. Nobody calls it but the application.
+    bool validateArguments();
+
+    /// Compact.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text. Both flags tell of the last text read.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A live-editing command. Wire name "gingaEditCommand".
+class ORVU_EXPORT GingaEditCommand : public Serializable {
+public:
+    std::string appid;
+    std::string documentId;  ///< The document that is edited.
+    EditCommand command = EditCommandUnknown;
+    std::string elementId;  ///< The element that is removed or acted on.
+    std::string parentId;   ///< The base or composition that holds the element.
+    std::string xml;        ///< The element that is added.
+    std::string nodeId;
+    std::string propertyId;
+    std::string value;
+    std::string alias;        ///< Of an import; like the next four written while `elementId` is empty.
+    std::string documentURI;  ///< Of an import.
+    std::string fontFamily;   ///< Of a font.
+    std::string fontStyle;    ///< Of a font.
+    std::string fontWeight;   ///< Of a font.
+
+    GingaEditCommand();
+    ~GingaEditCommand() override;
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* cmdTypeString(EditCommand value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static EditCommand stringToCmd(std::string word);
+
+    /// Formatted. Empty texts and an unknown command are left out.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

@@ -1,0 +1,188 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+/// A colour space.
+enum ColorimetryType : int {
+    ColorimetryTypeUnknown = 0,  ///< "unknown"
+    ColorimetryTypeBT601 = 1,    ///< "BT.601"
+    ColorimetryTypeBT709 = 2,    ///< "BT.709"
+    ColorimetryTypeBT2020 = 3,   ///< "BT.2020"
+    ColorimetryTypeBT2100 = 4,   ///< "BT.2100"
+};
+
+/// A dynamic range.
+enum DynamicRangeType : int {
+    DynamicRangeTypeUnknown = 0,      ///< "unknown"
+    DynamicRangeTypeSDR = 1,          ///< "SDR"
+    DynamicRangeTypeHLG = 2,          ///< "HLG"
+    DynamicRangeTypeHDR10 = 3,        ///< "HDR10"
+    DynamicRangeTypeHDR10Plus = 4,    ///< "HDR10+"
+    DynamicRangeTypeSLHDR1 = 5,       ///< "SL-HDR1"
+    DynamicRangeTypeDolbyVision = 6,  ///< "DolbyVision"
+};
+
+/// An input device.
+enum InputDevices : int {
+    InputDevicesUnknown = 0,        ///< "unknown"
+    InputDevicesRemoteControl = 1,  ///< "remoteControl"
+    InputDevicesPointer = 2,        ///< "pointer"
+    InputDevicesKeyboard = 3,       ///< "keyboard"
+    InputDevicesMouse = 4,          ///< "mouse"
+    InputDevicesTouchscreen = 5,    ///< "touchscreen"
+    InputDevicesVoice = 6,          ///< "voice"
+};
+
+/// What a display layer shows.
+enum DisplayLayerType : int {
+    DisplayLayerTypeUnknown = 0,   ///< "unknown"
+    DisplayLayerTypeVideo = 1,     ///< "video"
+    DisplayLayerTypeImage = 2,     ///< "image"
+    DisplayLayerTypeGraphics = 3,  ///< "graphics"
+    DisplayLayerTypeSubtitle = 4,  ///< "subtitle"
+};
+
+/// A kind of network interface.
+enum NetworkInterfaceType : int {
+    NetworkInterfaceTypeUnknown = 0,   ///< "unknown"
+    NetworkInterfaceTypeWired = 1,     ///< "wired"
+    NetworkInterfaceTypeWireless = 2,  ///< "wireless"
+};
+
+/// A width and a height. Travels nested, and carries the type of Position.
+class ORVU_EXPORT Bounds : public Serializable {
+public:
+    int w = -1;  ///< Pixels; -1 when not known.
+    int h = -1;  ///< Pixels; -1 when not known.
+
+    Bounds();
+    Bounds(int w, int h);
+    ~Bounds() override;
+
+    int getW() const { return w; }
+    void setW(int value) { w = value; }
+    int getH() const { return h; }
+    void setH(int value) { h = value; }
+
+    /// Crosswise: the second argument becomes the width, the first the height.
+    void setValues(int h, int w);
+    /// Crosswise: the width of `src` becomes the height, and the other way round; null is ignored.
+    void copyValues(Bounds* src);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// One layer of the display. Wire name "displayLayers"; travels nested.
+class ORVU_EXPORT DisplayLayer : public Serializable {
+public:
+    DisplayLayerType type = DisplayLayerTypeUnknown;
+    Bounds* bounds = nullptr;  ///< Owned; made with the layer.
+
+    DisplayLayer();
+    ~DisplayLayer() override;
+    DisplayLayer(const DisplayLayer&) = delete;
+    DisplayLayer& operator=(const DisplayLayer&) = delete;
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* layerToString(DisplayLayerType value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static DisplayLayerType stringToLayer(std::string word);
+
+    /// Compact, never with "HEADER". Null also when the bounds give no text.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// One network interface. Wire name "networkInterfaces"; travels nested.
+class ORVU_EXPORT NetworkInterface : public Serializable {
+public:
+    NetworkInterfaceType type = NetworkInterfaceTypeUnknown;
+    bool active = false;
+
+    NetworkInterface();
+    ~NetworkInterface() override;
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* typeToString(NetworkInterfaceType value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static NetworkInterfaceType stringToType(std::string word);
+
+    /// Compact, never with "HEADER".
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// What the receiver can do. Wire name "platformCapabilities".
+class ORVU_EXPORT PlatformCapabilities : public Serializable {
+public:
+    std::string manufacturer;
+    std::string model;
+    std::string friendlyName;                  ///< Read, never written.
+    Bounds* physicalScreenSize = nullptr;      ///< Owned; made with the message.
+    int videoRefreshRate = 0;                  ///< Hz.
+    std::string reservedText;                  ///< Does not travel.
+    std::vector<DisplayLayer*> displayLayers;  ///< Owned; deleted with the message.
+    std::vector<ColorimetryType> colorimetry;
+    std::vector<DynamicRangeType> dynamicRange;
+    std::vector<InputDevices> inputDevices;
+    std::vector<NetworkInterface*> networkInterfaces;  ///< Owned; deleted with the message.
+    std::vector<std::string>
+        dolbyVisionCodecString;  ///< Travels behind the words of `colorimetry`, with Dolby Vision only.
+
+    PlatformCapabilities();
+    ~PlatformCapabilities() override;
+    PlatformCapabilities(const PlatformCapabilities&) = delete;
+    PlatformCapabilities& operator=(const PlatformCapabilities&) = delete;
+
+    const std::string& getManufacturer() const { return manufacturer; }
+    void setManufacturer(const std::string& value) { manufacturer = value; }
+    const std::string& getModel() const { return model; }
+    void setModel(const std::string& value) { model = value; }
+    const std::string& getFriendlyName() const { return friendlyName; }
+    void setFriendlyName(const std::string& value) { friendlyName = value; }
+    int getVideoRefreshRate() const { return videoRefreshRate; }
+    void setVideoRefreshRate(int value) { videoRefreshRate = value; }
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* colorimetryToString(ColorimetryType value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static ColorimetryType stringToColorimetry(std::string word);
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* dynamicRangeToString(DynamicRangeType value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static DynamicRangeType stringToDynamicRange(std::string word);
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* inputDeviceToString(InputDevices value);
+    /// The value of a word, compared exactly; unknown for any other text, "touchscreen" among them.
+    static InputDevices stringToInputDevice(std::string word);
+    /// Appends `layer` and takes it; null is ignored.
+    void addDisplayLayer(DisplayLayer* layer);
+    void addColorimetryType(ColorimetryType colorimetry);
+    void addDynamicRangeType(DynamicRangeType dynamicRange);
+    void addInputDevices(InputDevices device);
+    /// Appends `interface` and takes it; null is ignored.
+    void addNetworkInterface(NetworkInterface* interface);
+    void addDolbyVisionCodecString(std::string codec);
+
+    /// Formatted. Switches the header flag of every layer and interface off, for good.
+    char* serialize() override;
+    /// "platformCapabilities" and in it "displayLayers", "colorimetry", "dynamicRange", "inputDevices" and "networkInterfaces" are
+    /// required; what was read before a missing one stays. Lists are appended to.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

@@ -1,0 +1,226 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+#include "orvu/Status.h"
+
+namespace Orvu {
+
+/// Where a target application runs.
+enum PriorityType : int {
+    PriorityTypeUnknown = 0,     ///< "unknown"
+    PriorityTypeForeground = 1,  ///< "foreground"
+    PriorityTypeBackground = 2,  ///< "background"
+};
+
+/// Which links a target application handles. Wire name "targetAppFilter".
+class ORVU_EXPORT TargetAppFilter : public Serializable {
+public:
+    std::string scheme;
+    std::string host;
+    std::string path;
+
+    TargetAppFilter();
+    ~TargetAppFilter() override;
+
+    const std::string& getScheme() const { return scheme; }
+    void setScheme(const std::string& value) { scheme = value; }
+    const std::string& getHost() const { return host; }
+    void setHost(const std::string& value) { host = value; }
+    const std::string& getPath() const { return path; }
+    void setPath(const std::string& value) { path = value; }
+
+    /// The filter as a URL: scheme, host and, where there is one, path; "" without a scheme or a host.
+    std::string getAsUrl();
+
+    /// Formatted.
+    char* serialize() override;
+    /// "scheme" is required.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// An application on the TV that a companion may address. Wire name "targetApp"; also the element of a TargetAppList.
+class ORVU_EXPORT TargetApp : public Serializable {
+public:
+    std::string targetId;
+    std::string displayName;
+    std::string canonicalName;              ///< Written only while `writeCanonicalName` is set.
+    std::vector<TargetAppFilter*> filters;  ///< Owned; deleted with the target.
+    bool running = false;                   ///< Written, like `priority`, only while `writeRunningState` is set.
+    PriorityType priority = PriorityTypeForeground;
+    bool writeCanonicalName = false;  ///< Never set by reading.
+    bool writeRunningState = false;   ///< Never set by reading.
+    bool targetIdRead = false;        ///< A text read had a "targetId".
+    bool displayNameRead = false;     ///< A text read had a "displayName".
+    bool canonicalNameRead = false;   ///< The last "canonicalName" read was not empty.
+
+    TargetApp();
+    ~TargetApp() override;
+    TargetApp(const TargetApp&) = delete;
+    TargetApp& operator=(const TargetApp&) = delete;
+
+    const std::string& getTargetId() const { return targetId; }
+    void setTargetId(const std::string& value) { targetId = value; }
+    const std::string& getDisplayName() const { return displayName; }
+    void setDisplayName(const std::string& value) { displayName = value; }
+    const std::string& getCanonicalName() const { return canonicalName; }
+    void setCanonicalName(const std::string& value) { canonicalName = value; }
+    bool isRunning() const { return running; }
+    void setRunning(bool value) { running = value; }
+    PriorityType getPriority() const { return priority; }
+    void setPriority(PriorityType value) { priority = value; }
+    bool isWriteCanonicalName() const { return writeCanonicalName; }
+    void setWriteCanonicalName(bool value) { writeCanonicalName = value; }
+    bool isWriteRunningState() const { return writeRunningState; }
+    void setWriteRunningState(bool value) { writeRunningState = value; }
+    bool isTargetIdRead() const { return targetIdRead; }
+    void setTargetIdRead(bool value) { targetIdRead = value; }
+    bool isDisplayNameRead() const { return displayNameRead; }
+    void setDisplayNameRead(bool value) { displayNameRead = value; }
+    bool isCanonicalNameRead() const { return canonicalNameRead; }
+    void setCanonicalNameRead(bool value) { canonicalNameRead = value; }
+
+    /// The word of a value; "" for one outside the enumeration. Static, never null.
+    static const char* priorityTypeString(PriorityType value);
+    /// The value of a word, compared exactly; unknown for any other text.
+    static PriorityType stringToPriority(std::string word);
+    /// Appends `filter` and takes it; null is ignored.
+    void addFilter(TargetAppFilter* filter);
+    /// A copy, which the caller owns: its header flag is set, what was read is forgotten. Null when memory cannot be had.
+    TargetApp* clone();
+
+    /// Formatted. Switches the header flag of every filter off, for good.
+    char* serialize() override;
+    /// "filters" is required, and one filter at least held afterwards; what was read before stays. Filters are appended.
+    bool deserialize(const char* text) override;
+    /// The same, with stricter rules of identity. `error` becomes 1 for a text that is null or no JSON, 2 when neither a display name is
+    /// given nor an id known, 3 without "filters", 4 without any filter held, 5 when neither a canonical name nor an id is known.
+    bool deserialize(const char* text, unsigned char& error) override;
+};
+
+/// The target applications. Wire name "targetApps".
+class ORVU_EXPORT TargetAppList : public Serializable {
+public:
+    std::string targetId;
+    std::vector<TargetApp*> targets;  ///< Owned; deleted with the list.
+    bool writeCanonicalNames = true;  ///< Given to every target when the list is written.
+
+    TargetAppList();
+    ~TargetAppList() override;
+    TargetAppList(const TargetAppList&) = delete;
+    TargetAppList& operator=(const TargetAppList&) = delete;
+
+    const std::string& getTargetId() const { return targetId; }
+    void setTargetId(const std::string& value) { targetId = value; }
+    bool isWriteCanonicalNames() const { return writeCanonicalNames; }
+    void setWriteCanonicalNames(bool value) { writeCanonicalNames = value; }
+
+    /// Appends `target` and takes it; null is ignored.
+    void addTargetApp(TargetApp* target);
+
+    /// Formatted, always with "HEADER". Switches the header flag of every target off, for good.
+    char* serialize() override;
+    /// Appends the targets under "targetApps", which is required; those that cannot be read are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// Starts or stops a target application, or opens a link. Wire name "targetAppAction".
+class ORVU_EXPORT TargetAppAction : public Serializable {
+public:
+    std::string url;  ///< With a URL nothing else is written.
+    std::string targetId;
+    TargetStatusType action = TargetStatusTypeUnknown;
+    PriorityType priority = PriorityTypeUnknown;  ///< Never written.
+    bool urlRead = false;                         ///< A text read had a "url".
+    bool targetIdRead = false;                    ///< A text read had a "targetId".
+    bool actionRead = false;                      ///< A text read had an "action".
+    bool priorityRead = false;                    ///< A text read had a "priority".
+
+    TargetAppAction();
+    ~TargetAppAction() override;
+
+    const std::string& getUrl() const { return url; }
+    void setUrl(const std::string& value) { url = value; }
+    const std::string& getTargetId() const { return targetId; }
+    void setTargetId(const std::string& value) { targetId = value; }
+    TargetStatusType getAction() const { return action; }
+    void setAction(TargetStatusType value) { action = value; }
+    PriorityType getPriority() const { return priority; }
+    void setPriority(PriorityType value) { priority = value; }
+    bool isUrlRead() const { return urlRead; }
+    void setUrlRead(bool value) { urlRead = value; }
+    bool isTargetIdRead() const { return targetIdRead; }
+    void setTargetIdRead(bool value) { targetIdRead = value; }
+    bool isActionRead() const { return actionRead; }
+    void setActionRead(bool value) { actionRead = value; }
+    bool isPriorityRead() const { return priorityRead; }
+    void setPriorityRead(bool value) { priorityRead = value; }
+
+    /// Formatted.
+    char* serialize() override;
+    /// False for a text that is no object, and for a "targetId", "action" or "priority" that is a number or a boolean; what was
+    /// read before stays.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// Tells an application to start or stop a target. Wire name "targetAppPerformAction".
+class ORVU_EXPORT TargetAppPerformAction : public Serializable {
+public:
+    TargetStatusType action = TargetStatusTypeUnknown;
+    PriorityType priority = PriorityTypeForeground;
+    std::string canonicalName;
+    bool actionRead = false;         ///< A text read had an "action".
+    bool priorityRead = false;       ///< A text read had a "priority".
+    bool canonicalNameRead = false;  ///< A text read had a "canonicalName".
+    std::string reservedText;        ///< Does not travel.
+
+    TargetAppPerformAction();
+    ~TargetAppPerformAction() override;
+
+    TargetStatusType getAction() const { return action; }
+    void setAction(TargetStatusType value) { action = value; }
+    PriorityType getPriority() const { return priority; }
+    void setPriority(PriorityType value) { priority = value; }
+    const std::string& getCanonicalName() const { return canonicalName; }
+    void setCanonicalName(const std::string& value) { canonicalName = value; }
+    bool isActionRead() const { return actionRead; }
+    void setActionRead(bool value) { actionRead = value; }
+    bool isPriorityRead() const { return priorityRead; }
+    void setPriorityRead(bool value) { priorityRead = value; }
+    bool isCanonicalNameRead() const { return canonicalNameRead; }
+    void setCanonicalNameRead(bool value) { canonicalNameRead = value; }
+
+    /// Formatted.
+    char* serialize() override;
+    /// False for a text that is no object; every key is optional.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+/// A link for a target application to open. Wire name "deepLink".
+class ORVU_EXPORT DeepLink : public Serializable {
+public:
+    std::string targetId;
+    std::string url;
+
+    DeepLink();
+    ~DeepLink() override;
+
+    const std::string& getTargetId() const { return targetId; }
+    void setTargetId(const std::string& value) { targetId = value; }
+    const std::string& getUrl() const { return url; }
+    void setUrl(const std::string& value) { url = value; }
+
+    /// Formatted.
+    char* serialize() override;
+    /// Every key is optional: true for any JSON text.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+};
+
+}  // namespace Orvu

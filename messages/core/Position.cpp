@@ -1,0 +1,110 @@
+#include "orvu/Position.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "messages/core/Message.h"
+#include "messages/core/Position.h"
+
+namespace Orvu {
+namespace {
+
+constexpr int kDisplayWidth = 1280;
+constexpr int kDisplayHeight = 720;
+
+int pixelsOf(const char* text, int total)
+{
+    constexpr int kMalformed = -1;
+    if (!text || std::strlen(text) < 2 || !std::strchr(text, '%')) return kMalformed;
+    std::string number = text;
+    number.erase(std::remove(number.begin(), number.end(), '%'), number.end());
+    const double pixels = std::stod(number) / 100.0 * total;
+    return pixels > INT_MIN - 1.0 && pixels < INT_MAX + 1.0 ? static_cast<int>(pixels) : kMalformed;
+}
+
+/// A coordinate: a number of pixels, or a percentage of the display's width or height as text.
+struct AsPixels {
+    int& field;
+    int total;
+
+    bool read(JsonReader& json, const cJSON& item) const
+    {
+        if (cJSON_IsNumber(&item) && json.integer(item, field)) return true;
+        field = pixelsOf(cJSON_IsString(&item) ? item.valuestring : nullptr, total);
+        if (field < 0) json.fail(JsonReader::Fault::WrongKind);
+        return field >= 0;
+    }
+};
+
+AsPixels acrossWidth(int& field)
+{
+    return {field, kDisplayWidth};
+}
+AsPixels acrossHeight(int& field)
+{
+    return {field, kDisplayHeight};
+}
+
+}  // namespace
+
+Position::Position() : Serializable(DataTypePos) {}
+Position::Position(int x, int y, int w, int h) : Serializable(DataTypePos), x(x), y(y), w(w), h(h) {}
+Position::~Position() = default;
+
+void Position::setValues(int x, int y, int w, int h)
+{
+    this->x = x;
+    this->y = y;
+    this->w = w;
+    this->h = h;
+}
+
+void Position::copyValues(Position* other)
+{
+    if (other) setValues(other->x, other->y, other->w, other->h);
+}
+
+void Position::getVirtualDisplay(int* width, int* height)
+{
+    if (width) *width = kDisplayWidth;
+    if (height) *height = kDisplayHeight;
+}
+
+bool Position::isValid()
+{
+    return x >= 0 && y >= 0 && w >= 1 && std::int64_t{x} + w <= kDisplayWidth && h >= 1 &&
+           std::int64_t{y} + h <= kDisplayHeight;
+}
+
+void Position::convertPercentage(char* text, int* result, int total)
+{
+    *result = pixelsOf(text, total);
+}
+
+void write(JsonWriter& json, Position& position)
+{
+    json.put("x", position.x);  // a position travels nested: no header
+    json.put("y", position.y);
+    json.put("w", position.w);
+    json.put("h", position.h);
+}
+
+void read(JsonReader& json, Position& position)
+{
+    json.optional("x", acrossWidth(position.x));
+    json.optional("y", acrossHeight(position.y));
+    json.optional("w", acrossWidth(position.w));
+    json.optional("h", acrossHeight(position.h));
+}
+
+ENTRY_POINTS(Position, Formatted)
+
+bool Position::deserialize(const char* text, unsigned char& error)
+{
+    return readText(*this, contractOf<Position>(), text, error);
+}
+
+}  // namespace Orvu

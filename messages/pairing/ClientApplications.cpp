@@ -1,0 +1,194 @@
+#include "orvu/ClientApplications.h"
+
+#include <algorithm>
+#include <ctime>
+#include <memory>
+#include <new>
+
+#include "messages/core/Forms.h"
+#include "messages/core/Message.h"
+#include "messages/core/Ownership.h"
+#include "messages/pairing/ClientApplications.h"
+#include "messages/services/Services.h"
+
+namespace Orvu {
+
+ClientApplication::ClientApplication()
+    : Serializable(DataTypeClientApplication), bornTime(static_cast<int>(std::time(nullptr)))
+{}
+ClientApplication::~ClientApplication() = default;
+
+void write(JsonWriter& json, ClientApplication& app)
+{
+    json.headerIfSet(app);
+    json.put("clientId", app.clientId);
+    json.put("displayName", app.displayName);
+    json.put("copy", app.copy);
+    json.put("pairingState", app.pairingState);
+    json.put("authorized", app.authorized);  // a number, though it says yes or no
+    json.put("refreshToken", app.refreshToken);
+    json.put("bornTime", app.bornTime);
+}
+
+void read(JsonReader& json, ClientApplication& app)
+{
+    json.optional("clientId", app.clientId);
+    json.optional("displayName", app.displayName);
+    json.optional("copy", app.copy);
+    json.optional("pairingState", app.pairingState);
+    json.optional("authorized", app.authorized);
+    json.optional("refreshToken", app.refreshToken);
+    json.optional("bornTime", app.bornTime);
+}
+
+ENTRY_POINTS(ClientApplication, Formatted)
+
+ClientApplicationList::ClientApplicationList() : Serializable(DataTypeClientApplicationList) {}
+ClientApplicationList::~ClientApplicationList()
+{
+    deleteAll(apps);
+}
+void ClientApplicationList::addApp(ClientApplication* app)
+{
+    take(apps, app);
+}
+
+void ClientApplicationList::addAppIdToDeletion(const char* id)
+{
+    if (id) deletionIds.emplace_back(id);
+}
+
+void write(JsonWriter& json, ClientApplicationList& list)
+{
+    json.header(list);
+    json.list("clientApplicationList", list.apps);
+    if (!list.deletionIds.empty()) json.list("deletionItens", list.deletionIds);  // spelt as peers spell it
+}
+
+void read(JsonReader& json, ClientApplicationList& list)
+{
+    json.required("clientApplicationList", list.apps);
+    json.optional("deletionItens", list.deletionIds);
+}
+
+ENTRY_POINTS(ClientApplicationList, Formatted)
+
+ServiceBindTokens::ServiceBindTokens() : Serializable(DataTypeServiceBindTokens), service(new Service) {}
+
+ServiceBindTokens::ServiceBindTokens(const ServiceBindTokens& other)
+    : Serializable(other),
+      service(other.service ? other.service->clone() : nullptr),
+      bindTokens(other.bindTokens),
+      fullService(other.fullService)
+{}
+
+ServiceBindTokens::~ServiceBindTokens()
+{
+    delete service;
+}
+
+void ServiceBindTokens::addToken(std::string token)
+{
+    const bool isHeld = std::find(bindTokens.begin(), bindTokens.end(), token) != bindTokens.end();
+    if (!token.empty() && !isHeld) bindTokens.push_back(std::move(token));
+}
+
+ServiceBindTokens* ServiceBindTokens::clone()
+{
+    try {
+        return new ServiceBindTokens(*this);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void write(JsonWriter& json, ServiceBindTokens& tokens)
+{
+    json.header(tokens);
+    if (tokens.fullService) {
+        json.put("service", tokens.service);
+    } else if (tokens.service) {
+        json.put("serviceContextId", tokens.service->serviceContextId);
+    }
+    json.list("bindTokens", tokens.bindTokens);
+}
+
+void read(JsonReader& json, ServiceBindTokens& tokens)
+{
+    std::string locator;
+    if (!json.optional("service", tokens.service) && json.optional("serviceContextId", locator)) {
+        if (!tokens.service) tokens.service = new Service;
+        tokens.service->serviceContextId = locator;
+    }
+    json.optional("bindTokens", eachText([&](const char* token) { tokens.addToken(token); }));
+}
+
+ENTRY_POINTS(ServiceBindTokens, Formatted)
+
+ServiceBindTokensList::ServiceBindTokensList() : Serializable(DataTypeServiceBindTokensList) {}
+ServiceBindTokensList::~ServiceBindTokensList()
+{
+    deleteAll(services);
+}
+void ServiceBindTokensList::addService(ServiceBindTokens* service)
+{
+    take(services, service);
+}
+
+void write(JsonWriter& json, ServiceBindTokensList& list)
+{
+    json.header(list);
+    json.list("boundServices", list.services);  // not under the list's own name
+}
+
+void read(JsonReader& json, ServiceBindTokensList& list)
+{
+    json.optional("boundServices", list.services);
+}
+
+ENTRY_POINTS(ServiceBindTokensList, Formatted)
+
+ServiceBoundTokenList::ServiceBoundTokenList() : Serializable(DataTypeServiceBoundTokenList) {}
+ServiceBoundTokenList::~ServiceBoundTokenList()
+{
+    deleteAll(boundServices);
+}
+void ServiceBoundTokenList::addService(Service* service)
+{
+    take(boundServices, service);
+}
+
+void write(JsonWriter& json, ServiceBoundTokenList& list)
+{
+    json.header(list);
+    json.putIf(!list.token.empty(), "token", list.token);
+    json.list("boundServices", list.boundServices);
+}
+
+void read(JsonReader& json, ServiceBoundTokenList& list)
+{
+    json.optional("token", list.token);
+    json.required("boundServices", list.boundServices);
+}
+
+ENTRY_POINTS(ServiceBoundTokenList, Formatted)
+
+RevokeToken::RevokeToken() : Serializable(DataTypeRevokeToken) {}
+RevokeToken::~RevokeToken() = default;
+
+void write(JsonWriter& json, RevokeToken& revoke)
+{
+    json.headerIfSet(revoke);
+    json.put("token", revoke.token);
+    json.put("serviceContextId", revoke.serviceContextId);
+}
+
+void read(JsonReader& json, RevokeToken& revoke)
+{
+    json.optional("token", revoke.token);
+    json.optional("serviceContextId", revoke.serviceContextId);
+}
+
+ENTRY_POINTS(RevokeToken, Formatted)
+
+}  // namespace Orvu

@@ -1,0 +1,75 @@
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "codecs/Base64.h"
+#include "messages/core/Forms.h"
+#include "messages/core/Message.h"
+#include "messages/services/EventInformation.h"
+#include "orvu/EventInformation.h"
+
+namespace Orvu {
+namespace {
+
+constexpr unsigned kLargest = 64u << 20;  // bytes
+constexpr unsigned kRoom = 4;             // a block has room for so many times the announced size
+
+/// Bytes as Base64.
+struct AsBase64 {
+    const unsigned char* bytes;
+    unsigned size;
+
+    void write(JsonWriter& json) const { json.value(Base64::encode(bytes, bytes ? size : 0)); }
+};
+
+/// A zeroed block for `announced` bytes that holds `bytes`; null when they do not fit it, or memory cannot be had.
+unsigned char* blockOf(const std::string& bytes, unsigned announced)
+{
+    const std::size_t room = std::size_t{kRoom} * announced;
+    if (bytes.size() > room) return nullptr;
+    auto* const block = static_cast<unsigned char*>(std::calloc(std::max<std::size_t>(room, 1), 1));
+    if (block) std::memcpy(block, bytes.data(), bytes.size());
+    return block;
+}
+
+}  // namespace
+
+BinaryData::BinaryData(DataType dataType) : Serializable(dataType) {}
+BinaryData::~BinaryData()
+{
+    std::free(buffer);
+}
+
+void write(JsonWriter& json, BinaryData& data)
+{
+    // Of a block that a read has made, only what was received: the rest is room.
+    const unsigned size =
+        data.buffer == data.knownBlock_ ? std::min(data.bufferSize, data.knownSize_) : data.bufferSize;
+    json.headerIfSet(data);
+    json.put("serviceContextId", data.serviceContextId);
+    json.put("bufferSize", data.bufferSize);
+    json.put("buffer", AsBase64{data.buffer, size});
+    json.put("timestamp", data.timestamp);
+}
+
+void read(JsonReader& json, BinaryData& data)
+{
+    std::string text;
+    const unsigned heldSize = data.bufferSize;
+    json.required("serviceContextId", data.serviceContextId);
+    if (json.required("bufferSize", data.bufferSize) && data.buffer != data.knownBlock_) {
+        data.knownBlock_ = data.buffer;  // the new size is not that of the block held, should the read end here
+        data.knownSize_ = heldSize;
+    }
+    if (!json.required("buffer", text)) return;
+    const std::string bytes = data.bufferSize <= kLargest ? Base64::decode(text) : "";
+    unsigned char* const block = data.bufferSize <= kLargest ? blockOf(bytes, data.bufferSize) : nullptr;
+    if (!block) return json.fail(JsonReader::Fault::WrongKind);
+    data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
+    data.knownSize_ = static_cast<unsigned>(bytes.size());
+    json.optional("timestamp", data.timestamp);
+}
+
+ENTRY_POINTS(BinaryData, Formatted)
+
+}  // namespace Orvu
