@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <cjson/cJSON.h>
+
+#include "bench/Channels.h"
+
+namespace OrvuBench {
+
+/// \file
+/// The messages of the benchmarks with cJSON alone: the text is parsed and the tree walked into a struct, and the other way
+/// round.
+
+struct DeleteTree {
+    void operator()(cJSON* tree) const { cJSON_Delete(tree); }
+};
+using Tree = std::unique_ptr<cJSON, DeleteTree>;
+
+struct FreeText {
+    void operator()(char* text) const { std::free(text); }
+};
+using Text = std::unique_ptr<char, FreeText>;
+
+/// The type that "HEADER" names; "" without one.
+std::string typeOf(const cJSON* tree);
+
+std::optional<std::string> readTime(const cJSON* tree);
+Text writeTime(const std::string& time);
+
+std::optional<std::vector<Channel>> readList(const cJSON* tree);
+Text writeList(const std::vector<Channel>& channels);
+
+}  // namespace OrvuBench

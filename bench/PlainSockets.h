@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <thread>
+
+namespace OrvuBench {
+
+/// \file
+/// The exchange as somebody would write it who needs nothing else: one frame each way on a connection of its own, which the
+/// server serves on a detached thread of its own. No time-outs, no stopping half way, no log.
+
+/// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a fresh
+/// stack is a page fault, so that a server takes no more than requests need.
+struct RequestRoom {
+    char bytes[4 * 1024];
+};
+struct AnswerRoom {
+    char bytes[64 * 1024];
+};
+
+/// Reads one frame into `room`; its text, which ends with a NUL there, or none when it does not come whole.
+std::string_view receiveText(int fd, char* room, std::size_t size);
+
+/// Sends one frame.
+bool sendText(int fd, std::string_view text);
+
+/// Sends `request` to `port` of this machine; the answer's text, in `room`, or none.
+std::string_view exchange(int port, std::string_view request, AnswerRoom& room);
+
+class PlainServer {
+public:
+    /// Answers one request on its connection, by sendText(). Called on the connection's thread.
+    using Answer = void (*)(int connection, const char* request);
+
+    /// Listens on a free port of this machine. Throws std::system_error.
+    explicit PlainServer(Answer answer);
+    ~PlainServer();
+    PlainServer(const PlainServer&) = delete;
+    PlainServer& operator=(const PlainServer&) = delete;
+
+    int port() const { return port_; }
+
+private:
+    void acceptConnections() const;
+
+    const Answer answer_;
+    const int listener_;
+    int port_ = 0;
+    std::thread acceptThread_;
+};
+
+}  // namespace OrvuBench

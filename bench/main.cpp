@@ -1,0 +1,19 @@
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <string_view>
+
+#include "bench/Rows.h"
+
+/// Runs the rows with Google Benchmark's options. ORVU_LOG=none gives all of them but those of the library with its log,
+/// which any other value gives.
+int main(int argc, char** argv)
+{
+    const char* const log = std::getenv("ORVU_LOG");
+    const bool logging = !log || std::string_view(log) != "none";
+    OrvuBench::addExchangeRows(logging);
+    if (!logging) OrvuBench::addMessageRows();
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 64;
+    return benchmark::RunSpecifiedBenchmarks() == 0;
+}
