@@ -17,8 +17,15 @@ constexpr Seconds kPatience{5};
 int send(const Socket& connection, const char* text)
 {
     const std::size_t size = text ? std::strlen(text) : 0;
-    if (size == 0) return 0;
-    return sendFrame(connection.fd(), text, size, kPatience) ? static_cast<int>(size) : -1;
+    if (size == 0) {
+        OrvuRestInterface::log("OrvuRestRequest::sendResponse: ERROR cannot serialize response!");
+        return 0;
+    }
+    if (!sendFrame(connection.fd(), text, size, kPatience)) {
+        OrvuRestInterface::log("OrvuRestRequest::sendResponse: ERROR writing to socket");
+        return -1;
+    }
+    return static_cast<int>(size);
 }
 
 }  // namespace
@@ -26,7 +33,10 @@ int send(const Socket& connection, const char* text)
 OrvuRestRequest::OrvuRestRequest(int sockfd, Serializable* data)
     : connection_(sockfd > 0 ? new (std::nothrow) Socket(sockfd) : nullptr), data_(data)
 {
-    if (sockfd > 0 && !connection_) close(sockfd);
+    if (sockfd > 0 && !connection_) {
+        OrvuRestInterface::log("OrvuRestRequest::OrvuRestRequest: ERROR out of memory!");
+        close(sockfd);
+    }
     OrvuRestInterface::log("OrvuRestRequest::OrvuRestRequest: OK");
 }
 
@@ -54,7 +64,7 @@ int OrvuRestRequest::sendResponse(Serializable* response)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (connection_) {
-            sent = send(*connection_, textOf(response).get());
+            if (response) sent = send(*connection_, textOf(response).get());
             connection_.reset();
         }
     }

@@ -65,12 +65,22 @@ RawPeer::RawPeer(int fd) : fd_(fd)
     setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
+RawPeer RawPeer::unconnected()
+{
+    return RawPeer(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+}
+
 RawPeer RawPeer::connectedTo(int port)
 {
-    RawPeer peer(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const sockaddr_in address = local(port);
-    if (connect(peer.fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) fail("cannot connect");
+    RawPeer peer = unconnected();
+    peer.connectTo(port);
     return peer;
+}
+
+void RawPeer::connectTo(int port)
+{
+    const sockaddr_in address = local(port);
+    if (connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) fail("cannot connect");
 }
 
 RawPeer& RawPeer::operator=(RawPeer&& other) noexcept

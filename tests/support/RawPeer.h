@@ -21,6 +21,8 @@ class RawPeer {
 public:
     explicit RawPeer(int fd);  ///< Takes a connected socket.
     static RawPeer connectedTo(int port);
+    static RawPeer unconnected();
+    void connectTo(int port);
     RawPeer(RawPeer&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
     RawPeer& operator=(RawPeer&& other) noexcept;
     ~RawPeer();

@@ -89,9 +89,11 @@ TEST_F(ARequestObject, ClosesWithoutAWordOnANullResponse)
 
 TEST_F(ARequestObject, ClosesWithoutAWordOnAResponseThatWritesNothing)
 {
+    LogCapture log;
     OrvuRestRequest request(connection, nullptr);
     Silent<SuccessResponse> silent;
     EXPECT_EQ(request.sendResponse(&silent), 0);
+    EXPECT_THAT(log.lines(), testing::Contains("OrvuRestRequest::sendResponse: ERROR cannot serialize response!"));
     EXPECT_EQ(peer.readToEnd(), "");
 }
 
@@ -155,6 +157,7 @@ TEST_F(ARequestObject, LogsWhatItDoes)
 
 TEST_F(ARequestObject, ReportsAPeerThatIsGoneWithMinusOneAndRaisesNoSignal)
 {
+    LogCapture log;
     static volatile std::sig_atomic_t raised;
     raised = 0;
     const auto before = std::signal(SIGPIPE, [](int) { raised = 1; });
@@ -162,6 +165,7 @@ TEST_F(ARequestObject, ReportsAPeerThatIsGoneWithMinusOneAndRaisesNoSignal)
     OrvuRestRequest request(connection, nullptr);
     EXPECT_EQ(request.sendResponse(&success), -1);
     EXPECT_EQ(raised, 0);
+    EXPECT_THAT(log.lines(), testing::Contains("OrvuRestRequest::sendResponse: ERROR writing to socket"));
     std::signal(SIGPIPE, before);
 }
 

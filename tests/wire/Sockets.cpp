@@ -109,7 +109,7 @@ void resetPeakMemory()
     std::ofstream("/proc/self/clear_refs") << "5";
 }
 
-NoDescriptorsLeft::NoDescriptorsLeft(int spare)
+NoDescriptorsLeft::NoDescriptorsLeft()
 {
     getrlimit(RLIMIT_NOFILE, &before_);
     const std::vector<int> open = openDescriptors();
@@ -117,8 +117,6 @@ NoDescriptorsLeft::NoDescriptorsLeft(int spare)
     setrlimit(RLIMIT_NOFILE, &tight);
     for (int fd; (fd = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)) >= 0;)
         taken_.push_back(fd);
-    const rlimit looser{tight.rlim_cur + static_cast<rlim_t>(spare), before_.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &looser);
 }
 
 NoDescriptorsLeft::~NoDescriptorsLeft()

@@ -20,10 +20,10 @@ std::size_t residentMemory();
 std::size_t peakMemory();
 void resetPeakMemory();
 
-/// While it lives this process can open no descriptor, but for `spare` more.
+/// While it lives this process can open no descriptor. A thread that waits in accept has reserved one by then.
 class NoDescriptorsLeft {
 public:
-    explicit NoDescriptorsLeft(int spare = 0);
+    NoDescriptorsLeft();
     ~NoDescriptorsLeft();
     NoDescriptorsLeft(const NoDescriptorsLeft&) = delete;
     NoDescriptorsLeft& operator=(const NoDescriptorsLeft&) = delete;
