@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <memory>
+#include <set>
 #include <string>
 #include <typeinfo>
 
@@ -89,7 +90,9 @@ TEST(TheFactory, MakesTheClassOfEachType)
         if (!message) continue;
         const Serializable& made = *message;
         EXPECT_EQ(typeid(made), *row.makes) << row.wireName;
-        EXPECT_EQ(made.getDataType(), row.type) << row.wireName;
+        const DataType type =
+            row.type == DataTypeBounds ? DataTypePos : row.type;  // a display's bounds call themselves so
+        EXPECT_EQ(made.getDataType(), type) << row.wireName;
     }
 }
 
@@ -149,12 +152,14 @@ TEST(TheFactory, MakesAnotherMessageEachTime)
     EXPECT_NE(one, other);
 }
 
-TEST(TheFactory, MakesMessagesThatWriteTheirHeader)
+TEST(TheFactory, MakesMessagesThatWriteTheirHeaderUnlessTheyOnlyTravelNested)
 {
+    const std::set<std::string> nested = {"bounds", "displayLayers", "networkInterfaces", "drmSystem", "nclEvent"};
     for (const CatalogueRow& row : kCatalogue) {
-        if (!row.makes || row.mapping != Mapped) continue;
         const std::unique_ptr<Serializable> message(Serializable::factory(row.type));
-        EXPECT_EQ(Serializable::deserializeHeader(textOf(*message).c_str()), row.type) << row.wireName;
+        if (!message) continue;
+        const DataType type = nested.count(row.wireName) ? DataTypeUnknown : row.type;
+        EXPECT_EQ(Serializable::deserializeHeader(textOf(*message).c_str()), type) << row.wireName;
     }
 }
 
