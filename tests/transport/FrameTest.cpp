@@ -1,0 +1,200 @@
+#include "transport/Frame.h"
+
+#include <algorithm>
+#include <cstring>
+#include <gmock/gmock.h>
+#include <string>
+#include <sys/socket.h>
+#include <thread>
+#include <vector>
+
+#include "support/RawPeer.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+using testing::Eq;
+using testing::Optional;
+
+namespace {
+
+/// Gives `bytes`, at most `step` at a time, and then the end or an error. Keeps what was asked of it.
+class MemorySource : public ByteSource {
+public:
+    explicit MemorySource(std::string bytes, std::size_t step = 1000000, ssize_t last = 0)
+        : bytes_(std::move(bytes)), step_(step), last_(last)
+    {
+    }
+    ssize_t read(char* to, std::size_t size) override
+    {
+        asked.push_back(size);
+        const std::size_t given = std::min({size, step_, bytes_.size() - at_});
+        if (given == 0) return last_;
+        std::memcpy(to, bytes_.data() + at_, given);
+        at_ += given;
+        return static_cast<ssize_t>(given);
+    }
+
+    std::vector<std::size_t> asked;
+
+private:
+    const std::string bytes_;
+    std::size_t at_ = 0;
+    const std::size_t step_;
+    const ssize_t last_;
+};
+
+/// How many bytes come at a time.
+class AFrameReader : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(AFrameReader, ReadsTheLengthAndTheText)
+{
+    MemorySource source(frameOf("hello"), GetParam());
+    FrameReader frame(source);
+    EXPECT_THAT(frame.readLength(), Optional(6U));
+    EXPECT_EQ(frame.readText(5), "hello");
+}
+
+TEST_P(AFrameReader, ReadsATextOfAMebibyte)
+{
+    std::string text;
+    for (int i = 0; text.size() < 1u << 20; ++i)
+        text += std::to_string(i);
+    MemorySource source(frameOf(text), GetParam());
+    FrameReader frame(source);
+    ASSERT_THAT(frame.readLength(), Optional(Eq(text.size() + 1)));
+    EXPECT_TRUE(frame.readText(text.size()) == text);
+}
+
+TEST_P(AFrameReader, FindsNoLengthInFewerThanFourBytes)
+{
+    for (const std::size_t size : {0, 1, 2, 3}) {
+        MemorySource source(lengthBytes(6).substr(0, size), GetParam());
+        EXPECT_EQ(FrameReader(source).readLength(), std::nullopt) << size;
+    }
+}
+
+TEST_P(AFrameReader, GivesWhatHasComeOfATextThatIsCut)
+{
+    MemorySource source(lengthBytes(1000001) + "hello", GetParam());
+    FrameReader frame(source);
+    frame.readLength();
+    EXPECT_EQ(frame.readText(1000000), "hello");
+}
+
+TEST_P(AFrameReader, IgnoresWhatFollowsTheText)
+{
+    MemorySource source(frameOf("hello") + "and more", GetParam());
+    FrameReader frame(source);
+    frame.readLength();
+    EXPECT_EQ(frame.readText(5), "hello");
+}
+
+TEST_P(AFrameReader, KeepsBytesOfAnyValue)
+{
+    const std::string text("\0\xff\x80\n\0", 5);
+    MemorySource source(frameOf(text), GetParam());
+    FrameReader frame(source);
+    frame.readLength();
+    EXPECT_EQ(frame.readText(5), text);
+}
+
+INSTANTIATE_TEST_SUITE_P(AtATime, AFrameReader, testing::Values(1, 3, 4, 5, 4096, 10000000));
+
+TEST(AFrameReaderOfAFailingSource, TakesAnErrorForTheEnd)
+{
+    MemorySource source(lengthBytes(6) + "hel", 1000, -1);
+    FrameReader frame(source);
+    EXPECT_THAT(frame.readLength(), Optional(6U));
+    EXPECT_EQ(frame.readText(5), "hel");
+}
+
+TEST(AFrameReaderOfAShortFrame, ReadsOnce)
+{
+    MemorySource source(frameOf("hello"));
+    FrameReader frame(source);
+    frame.readLength();
+    frame.readText(5);
+    EXPECT_EQ(source.asked.size(), 1U);
+}
+
+TEST(AFrameReaderOfAnAnnouncedText, AsksForNoMoreThanASmallPieceUntilSomethingComes)
+{
+    MemorySource source(lengthBytes(kLongestText + 1));
+    FrameReader frame(source);
+    frame.readLength();
+    EXPECT_EQ(frame.readText(kLongestText), "");
+    EXPECT_LE(*std::max_element(source.asked.begin(), source.asked.end()), 65536U);
+}
+
+struct AConnectedPair : testing::Test {
+    AConnectedPair() : ours(-1), theirs(-1)
+    {
+        int ends[2];
+        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
+        ours = RawPeer(ends[0]);
+        theirs = RawPeer(ends[1]);
+    }
+
+    RawPeer ours;
+    RawPeer theirs;
+};
+
+using ASocketSource = AConnectedPair;
+
+TEST_F(ASocketSource, GivesWhatHasCome)
+{
+    theirs.send("hello");
+    SocketSource source(ours.fd(), Seconds(5), kNever);
+    char bytes[10];
+    EXPECT_EQ(source.read(bytes, sizeof bytes), 5);
+}
+
+TEST_F(ASocketSource, EndsWhenThePeerCloses)
+{
+    theirs.close();
+    SocketSource source(ours.fd(), Seconds(5), kNever);
+    char byte;
+    EXPECT_EQ(source.read(&byte, 1), 0);
+}
+
+TEST_F(ASocketSource, EndsWhenItsTimeIsOver)
+{
+    const Deadline end = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
+    SocketSource source(ours.fd(), Seconds(5), end);
+    char byte;
+    EXPECT_EQ(source.read(&byte, 1), -1);
+    EXPECT_GE(std::chrono::steady_clock::now(), end);
+}
+
+using ASentFrame = AConnectedPair;
+
+TEST_F(ASentFrame, IsTheLengthPlusOneAndTheText)
+{
+    EXPECT_TRUE(sendFrame(ours.fd(), "hello", 5, Seconds(5)));
+    ours.close();
+    EXPECT_EQ(theirs.readToEnd(), std::string("\x06\0\0\0hello", 9));  // as little-endian machines write it
+}
+
+TEST_F(ASentFrame, IsContinuedAfterShortWrites)
+{
+    const std::string text(4u << 20, 'x');  // far more than the socket holds
+    std::string received;
+    std::thread reading([&] { received = theirs.readToEnd(1000); });
+    EXPECT_TRUE(sendFrame(ours.fd(), text.data(), text.size(), Seconds(5)));
+    ours.close();
+    reading.join();
+    EXPECT_TRUE(received == frameOf(text));
+}
+
+TEST_F(ASentFrame, FailsWhenThePeerIsGone)
+{
+    theirs.close();
+    EXPECT_FALSE(sendFrame(ours.fd(), "hello", 5, Seconds(5)));
+}
+
+TEST_F(ASentFrame, CannotCarryTwoGibibytes)
+{
+    EXPECT_FALSE(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)));  // refused before the text is looked at
+}
+
+}  // namespace

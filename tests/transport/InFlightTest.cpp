@@ -1,0 +1,168 @@
+#include "transport/InFlight.h"
+
+#include <atomic>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+#include "support/RawPeer.h"
+#include "transport/Socket.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+
+namespace {
+
+bool isOpen(int fd)
+{
+    return fcntl(fd, F_GETFD) >= 0;
+}
+
+struct ExchangesInFlight : testing::Test {
+    ExchangesInFlight() : peer(-1)
+    {
+        int ends[2];
+        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
+        socket = Socket(ends[0]);
+        peer = RawPeer(ends[1]);
+    }
+
+    std::shared_ptr<InFlight> inFlight = std::make_shared<InFlight>();
+    Socket socket;
+    RawPeer peer;
+};
+
+TEST_F(ExchangesInFlight, AreWokenByShuttingTheirSocketsDown)
+{
+    EXPECT_TRUE(inFlight->enter(socket.fd()));
+    inFlight->wakeAll();
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_TRUE(isOpen(socket.fd()));
+}
+
+TEST_F(ExchangesInFlight, AreNotTouchedOnceTheyHaveLeft)
+{
+    inFlight->enter(socket.fd());
+    EXPECT_TRUE(inFlight->leave(socket.fd()));
+    inFlight->wakeAll();
+    peer.send("hello");
+    char bytes[5];
+    EXPECT_EQ(recv(socket.fd(), bytes, sizeof bytes, 0), 5);
+}
+
+TEST_F(ExchangesInFlight, LetNobodyInOnceTheyWereWoken)
+{
+    inFlight->wakeAll();
+    EXPECT_FALSE(inFlight->enter(socket.fd()));
+    inFlight->waitUntilEmpty();  // and whoever was not let in is not waited for
+}
+
+TEST_F(ExchangesInFlight, LearnWhenTheyLeaveThatTheyAreNotWanted)
+{
+    inFlight->enter(socket.fd());
+    inFlight->wakeAll();
+    EXPECT_FALSE(inFlight->leave(socket.fd()));
+}
+
+TEST_F(ExchangesInFlight, AreWaitedFor)
+{
+    std::atomic<bool> left{false};
+    inFlight->enter(socket.fd());
+    std::thread exchange([&] {
+        char byte;
+        EXPECT_EQ(recv(socket.fd(), &byte, 1, 0), 0);  // until it is woken
+        left = true;
+        inFlight->leave(socket.fd());
+    });
+    inFlight->wakeAll();
+    inFlight->waitUntilEmpty();
+    EXPECT_TRUE(left);
+    exchange.join();
+}
+
+TEST_F(ExchangesInFlight, LeaveByTheirConnection)
+{
+    const int fd = socket.fd();
+    {
+        const Connection connection(std::move(socket), inFlight);
+        EXPECT_TRUE(connection);
+    }
+    EXPECT_FALSE(isOpen(fd));
+    inFlight->waitUntilEmpty();
+}
+
+TEST_F(ExchangesInFlight, CloseAConnectionThatIsNotLetIn)
+{
+    const int fd = socket.fd();
+    inFlight->wakeAll();
+    const Connection connection(std::move(socket), inFlight);
+    EXPECT_FALSE(connection);
+    EXPECT_FALSE(isOpen(fd));
+}
+
+TEST_F(ExchangesInFlight, GiveADescriptorAwayAfterItLeft)
+{
+    Connection connection(std::move(socket), inFlight);
+    EXPECT_TRUE(connection.leave());
+    socket = Socket(connection.release());
+    connection.close();
+    EXPECT_TRUE(isOpen(socket.fd()));
+}
+
+TEST_F(ExchangesInFlight, MoveWithTheirConnection)
+{
+    Connection first(std::move(socket), inFlight);
+    const int fd = first.fd();
+    {
+        const Connection second(std::move(first));
+        EXPECT_EQ(second.fd(), fd);
+    }
+    EXPECT_FALSE(isOpen(fd));
+    inFlight->waitUntilEmpty();
+}
+
+TEST(ASocket, ClosesItsDescriptorOnce)
+{
+    int fd;
+    {
+        Socket first = Socket::stream();
+        fd = first.fd();
+        const Socket second(std::move(first));
+        EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): which is what is tested
+        EXPECT_TRUE(isOpen(fd));
+    }
+    EXPECT_FALSE(isOpen(fd));
+}
+
+TEST(ASocket, ClosesWhatItHadWhenItIsGivenAnother)
+{
+    Socket socket = Socket::stream();
+    const int old = socket.fd();
+    Socket other = Socket::stream();
+    const int fresh = other.fd();
+    socket = std::move(other);
+    EXPECT_FALSE(isOpen(old));
+    EXPECT_EQ(socket.fd(), fresh);
+    EXPECT_TRUE(isOpen(fresh));
+}
+
+TEST(ASocket, NeverTakesAStandardDescriptor)
+{
+    const RawPeer input(dup(STDIN_FILENO));
+    close(STDIN_FILENO);
+    const Socket socket = Socket::stream();
+    EXPECT_GE(socket.fd(), 3);
+    EXPECT_FALSE(isOpen(STDIN_FILENO));
+    dup2(input.fd(), STDIN_FILENO);
+}
+
+TEST(ASocket, IsClosedByExec)
+{
+    EXPECT_EQ(fcntl(Socket::stream().fd(), F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+}
+
+}  // namespace
