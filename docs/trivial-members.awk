@@ -1,20 +1,32 @@
-# Doxygen's input filter. Members that say all with their names (fields, their accessors, constructors that take the fields,
-# assignments) need no comment of their own: this gives those that have none an empty one, so that only a missing
-# description of a class or of another function is an error.
-function mark(line) { print line "  ///< &zwj;" }
+# Doxygen's input filter. Members that say all with their names need no comment of their own: fields, what gets, sets, adds or
+# tells a value, constructors that take the fields, assignments. This gives those that have none an empty one, so that only
+# a missing description of a class or of another function is an error. What takes a pointer has an owner to tell of.
 
-/^class |^struct / {
-    match($0, /[A-Za-z_]+( final)?( :|;| \{)/)
-    owner = substr($0, RSTART, RLENGTH)
-    sub(/( final)?( :|;| \{)$/, "", owner)
+function isField(line)
+{
+    return line ~ /^ +[A-Za-z_:][A-Za-z0-9_:<>,* ]* [*&]?[A-Za-z_]+( = [^;()]+)?; *(\/\/.*)?$/ &&
+           line !~ /(^| )(using|friend|class|return) /
 }
 
-previous ~ /^ *\/\/\// || /\/\/\/</ || !/^    / { print; previous = $0; next }
+function isPlain(line)
+{
+    return line ~ / (get|is)[A-Z][A-Za-z]*\([^()*]*\)( const)?( \{ return [a-zA-Z_]+; \}|;)$/ ||
+           line ~ / void (set|add)[A-Z][A-Za-z]*\([^()*]*\)( \{ [a-zA-Z_]+ = [^;]+; \}|;)$/ ||
+           line ~ / operator=\(const [A-Za-z]+&[a-z ]*\)( \{ return \*this; \}| = default;)$/ ||
+           line ~ ("^    (explicit )?" owner "\\([^()]*\\)(;| : .*\\{\\})$")
+}
 
-/^ +[A-Za-z_:][A-Za-z0-9_:<>,* ]* [*&]?[A-Za-z_]+( = [^;()]+)?; *(\/\/.*)?$/ && !/using |friend |class |return / { sub(/ *\/\/.*/, ""); mark($0); previous = $0; next }
-/ (get|is)[A-Z][A-Za-z]*\(\) const( \{ return [a-zA-Z_]+; \}|;)$/ { mark($0); previous = $0; next }
-/ void set[A-Z][A-Za-z]*\([^()]*\)( \{ [a-zA-Z_]+ = [^;]+; \}|;)$/ { mark($0); previous = $0; next }
-/ operator=\(const [A-Za-z]+&\) \{ return \*this; \}$/ { mark($0); previous = $0; next }
-$0 ~ "^    (explicit )?" owner "\\([^()]*\\)(;| : .*\\{\\})$" { mark($0); previous = $0; next }
+/^(class|struct) / {
+    owner = $0
+    sub(/( final)?( :.*|;| \{)$/, "", owner)
+    sub(/.* /, "", owner)
+}
+
+previous !~ /^ *\/\/\// && !/\/\/\/</ && /^    / && (isField($0) || isPlain($0)) {
+    previous = $0
+    sub(/ *\/\/.*/, "")
+    print $0 "  ///< &zwj;"
+    next
+}
 
 { print; previous = $0 }
