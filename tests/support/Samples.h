@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace OrvuTests {
+
+/// One message class, as new and with every field filled in.
+struct Sample {
+    std::string name;  ///< The wire name of its type; the class's name where two classes share a type.
+    std::function<std::unique_ptr<Orvu::Serializable>()> empty;
+    std::function<std::unique_ptr<Orvu::Serializable>()> filled;
+};
+
+/// Every message class of the library, plausible for an ISDB-Tb receiver, in the order of the catalogue.
+const std::vector<Sample>& samples();
+
+/// A text that a message writes beside its own, such as the answer to a listing.
+struct SecondText {
+    std::string name;  ///< The sample's and the text's, such as "file-response".
+    std::function<std::string()> empty;
+    std::function<std::string()> filled;
+};
+const std::vector<SecondText>& secondTexts();
+
+}  // namespace OrvuTests
