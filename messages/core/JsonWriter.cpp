@@ -103,8 +103,9 @@ bool JsonWriter::embed(Serializable& child, const Contract& contract, Mark mark)
 {
     bool hasText = true;
     if (isExactly(child, *contract.type)) {
+        const bool holderGaveUp = std::exchange(gaveUp_, false);
         message(child, contract);
-        hasText = !std::exchange(gaveUp_, false);
+        hasText = !std::exchange(gaveUp_, holderGaveUp);
     } else {
         const JsonText text(child.serialize());
         const JsonTree parsed = parseJson(text.get());
