@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/TestMessages.h"
+#include "messages/core/Forms.h"
+#include "messages/core/JsonWriter.h"
+#include "messages/services/Services.h"
+#include "orvu/Services.h"
+#include "support/Children.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+namespace OrvuTests {
+namespace {
+
+std::string compact(Scripted::Writes writes)
+{
+    return written(PrintStyle::Compact, std::move(writes));
+}
+
+std::string formatted(Scripted::Writes writes)
+{
+    return written(PrintStyle::Formatted, std::move(writes));
+}
+
+constexpr const char* kTimeWithHeader = R"({"HEADER":"serviceTime","time":""})";
+
+TEST(TheWritersVerbs, WriteNull)
+{
+    EXPECT_EQ(compact([](JsonWriter& json) { json.putNull("a"); }), R"({"a":null})");
+}
+
+TEST(TheWritersVerbs, WriteListsOfTextsAndNumbers)
+{
+    const auto writes = [](JsonWriter& json) {
+        json.list("texts", std::vector<std::string>{"a", "", std::string("b\0c", 3)});
+        json.list("numbers", std::vector<int>{-1, 0, 2147483647});
+        json.list("shorts", std::vector<unsigned short>{0, 65535});
+        json.list("none", std::vector<int>{});
+    };
+    EXPECT_EQ(compact(writes), R"({"texts":["a","","b"],"numbers":[-1,0,2147483647],"shorts":[0,65535],"none":[]})");
+    EXPECT_EQ(
+        formatted(writes),
+        "{\n\t\"texts\":\t[\"a\", \"\", \"b\"],\n\t\"numbers\":\t[-1, 0, 2147483647],\n\t\"shorts\":\t[0, 65535],\n"
+        "\t\"none\":\t[]\n}");
+}
+
+TEST(TheWritersVerbs, WriteObjectsInObjects)
+{
+    const auto writes = [](JsonWriter& json) {
+        json.object("outer", [&] {
+            json.put("a", 1);
+            json.object("inner", [] {});
+            json.put("b", 2);
+        });
+        json.put("c", 3);
+    };
+    EXPECT_EQ(compact(writes), R"({"outer":{"a":1,"inner":{},"b":2},"c":3})");
+    EXPECT_EQ(formatted(writes),
+              "{\n\t\"outer\":\t{\n\t\t\"a\":\t1,\n\t\t\"inner\":\t{\n\t\t},\n\t\t\"b\":\t2\n\t},\n\t\"c\":\t3\n}");
+}
+
+TEST(TheWritersVerbs, LeaveAChildsHeaderFlagAlone)
+{
+    ServiceTime time;
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putAsIs("a", &time); }),
+              R"({"a":)" + std::string(kTimeWithHeader) + "}");
+    EXPECT_EQ(compact([&](JsonWriter& json) {
+                  json.listAsIs("a", std::vector<ServiceTime*>{&time, nullptr, &time});
+              }),
+              R"({"a":[)" + std::string(kTimeWithHeader) + "," + kTimeWithHeader + "]}");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putAsIsOrNull("a", &time); }),
+              R"({"a":)" + std::string(kTimeWithHeader) + "}");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putOrGiveUp("a", &time); }),
+              R"({"a":)" + std::string(kTimeWithHeader) + "}");
+}
+
+TEST(TheWritersVerbs, SwitchAChildsHeaderFlagOff)
+{
+    ServiceTime time;
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.put("a", &time); }), R"({"a":{"time":""}})");
+    ServiceTime other;
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.list("a", std::vector<ServiceTime*>{&other}); }),
+              R"({"a":[{"time":""}]})");
+}
+
+TEST(TheWritersVerbs, TellNoChildFromAChildWithoutAText)
+{
+    Silent<ServiceTime> silent;
+    ServiceTime* const none = nullptr;
+    ServiceTime* const child = &silent;
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putAsIs("a", none); }), "{}");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putAsIs("a", child); }), "{}");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putAsIsOrNull("a", none); }), R"({"a":null})");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putAsIsOrNull("a", child); }), "{}");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putOrGiveUp("a", none); }), "{}");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putOrGiveUp("a", child); }), "(null)");
+}
+
+TEST(GivingUp, LeavesAMessageWithoutATextWhateverItWritesBehind)
+{
+    Silent<ServiceTime> silent;
+    ServiceTime* const child = &silent;
+    ServiceTime other;
+    EXPECT_EQ(compact([&](JsonWriter& json) {
+                  json.put("before", 1);
+                  json.putOrGiveUp("child", child);
+                  json.put("behind", 2);
+                  json.put("other", &other);
+                  json.list("others", std::vector<ServiceTime*>{&other, &other});
+              }),
+              "(null)");
+}
+
+TEST(GivingUp, LeavesOutTheChildThatDoes)
+{
+    Silent<ServiceTime> silent;
+    ServiceTime* const without = &silent;
+    ServiceTime with;
+    Scripted child([&](JsonWriter& json) {
+        json.putOrGiveUp("a", without);
+        json.put("b", &with);
+    });
+    EXPECT_EQ(compact([&](JsonWriter& json) {
+                  json.put("before", 1);
+                  json.put("child", &child);
+                  json.list("children", std::vector<Scripted*>{&child, &child});
+                  json.put("behind", 2);
+              }),
+              R"({"before":1,"children":[],"behind":2})");
+}
+
+TEST(GivingUp, GoesUpToWhereAChildMayBeLeftOut)
+{
+    Silent<ServiceTime> silent;
+    ServiceTime* const without = &silent;
+    Scripted inner([&](JsonWriter& json) { json.putOrGiveUp("a", without); });
+    Scripted outer([&](JsonWriter& json) { json.putOrGiveUp("inner", &inner); });
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.putOrGiveUp("outer", &outer); }), "(null)");
+    EXPECT_EQ(compact([&](JsonWriter& json) { json.put("outer", &outer); }), "{}");
+}
+
+enum Colour : int { Red, Green };
+constexpr Word<Colour> kColourWords[] = {{Red, "red"}, {Green, "green", WrittenOnly}};
+constexpr Vocabulary<Colour> kColours = vocabulary(kColourWords, Red);
+
+TEST(TheForms, WriteFieldsInAnotherForm)
+{
+    Colour colour = Green;
+    Colour stranger = static_cast<Colour>(7);
+    std::vector<Colour> colours = {Red, static_cast<Colour>(-1), Green};
+    EXPECT_EQ(compact([&](JsonWriter& json) {
+                  json.put("colour", asWord(colour, kColours));
+                  json.put("stranger", asWord(stranger, kColours));
+                  json.put("colours", asWords(colours, kColours));
+                  json.put("empty", asNullWhenEmpty(""));
+                  json.put("text", asNullWhenEmpty("a"));
+                  json.put("zero", asNullBelowOne(0));
+                  json.put("negative", asNullBelowOne(-5));
+                  json.put("one", asNullBelowOne(1));
+              }),
+              R"({"colour":"green","stranger":"","colours":["red","","green"],"empty":null,"text":"a",)"
+              R"("zero":null,"negative":null,"one":1})");
+}
+
+}  // namespace
+}  // namespace OrvuTests
