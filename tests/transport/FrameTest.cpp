@@ -1,5 +1,3 @@
-#include "transport/Frame.h"
-
 #include <algorithm>
 #include <cstring>
 #include <gmock/gmock.h>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "support/RawPeer.h"
+#include "transport/Frame.h"
 
 using namespace Orvu;
 using namespace OrvuTests;
@@ -22,8 +21,7 @@ class MemorySource : public ByteSource {
 public:
     explicit MemorySource(std::string bytes, std::size_t step = 1000000, ssize_t last = 0)
         : bytes_(std::move(bytes)), step_(step), last_(last)
-    {
-    }
+    {}
     ssize_t read(char* to, std::size_t size) override
     {
         asked.push_back(size);

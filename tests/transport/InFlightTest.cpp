@@ -1,5 +1,3 @@
-#include "transport/InFlight.h"
-
 #include <atomic>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,6 +8,7 @@
 #include <unistd.h>
 
 #include "support/RawPeer.h"
+#include "transport/InFlight.h"
 #include "transport/Socket.h"
 
 using namespace Orvu;

@@ -72,8 +72,8 @@ TEST(TheLog, KeepsLinesWholeFromManyThreads)
     for (std::string line; std::getline(lines, line); ++count) {
         ASSERT_EQ(line.substr(0, 9), "I/OrVU: <");
         const int thread = line[9] - '0';
-        ASSERT_EQ(line.substr(10), " " + std::string(static_cast<std::size_t>(500 * thread),
-                                                     static_cast<char>('a' + thread)) + ">");
+        ASSERT_EQ(line.substr(10),
+                  " " + std::string(static_cast<std::size_t>(500 * thread), static_cast<char>('a' + thread)) + ">");
     }
     EXPECT_EQ(count, 8 * 500);
 }
