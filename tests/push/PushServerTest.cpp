@@ -1,0 +1,316 @@
+#include <fcntl.h>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+#include "push/PushServers.h"
+#include "wire/Receiver.h"
+#include "wire/Sockets.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+using testing::Contains;
+
+/// What holds for both kinds of push server.
+
+namespace {
+
+bool isRefused(int port)
+{
+    RawPeer peer = unconnected();
+    try {
+        connectTo(port, peer);
+        return false;
+    } catch (const std::runtime_error&) {
+        return true;
+    }
+}
+
+bool canListenOn(int port)
+{
+    return RawPeer(boundSocket(port, true)).fd() >= 0;
+}
+
+template <class Server>
+struct AnIdlePushServer : testing::Test {
+    static std::string line(const std::string& text) { return std::string(Kind<Server>::kName) + "::" + text; }
+
+    LogCapture log;
+    PortLease lease;
+    Server server;
+};
+TYPED_TEST_SUITE(AnIdlePushServer, BothKinds, NameOfKind);
+
+TYPED_TEST(AnIdlePushServer, CannotStartBeforeItIsConfigured)
+{
+    EXPECT_FALSE(this->server.start());
+    EXPECT_THAT(this->log.lines(), testing::ElementsAre(this->line("start: ERROR configure before start!")));
+}
+
+TYPED_TEST(AnIdlePushServer, CannotHaveAPortWhereSomebodyElseListens)
+{
+    const RawPeer taken(boundSocket(this->lease.port(), true));
+    EXPECT_FALSE(this->server.configure(this->lease.port()));
+    EXPECT_THAT(this->log.lines(), testing::ElementsAre(this->line("configure: ERROR binding server socket!")));
+    EXPECT_FALSE(this->server.start());
+    EXPECT_THAT(this->log.lines(), Contains(this->line("start: ERROR configure before start!")));
+}
+
+TYPED_TEST(AnIdlePushServer, KeepsNoSocketAfterAFailedBind)
+{
+    const RawPeer taken(boundSocket(this->lease.port(), true));
+    const std::size_t before = openSockets().size();
+    this->server.configure(this->lease.port());
+    EXPECT_EQ(openSockets().size(), before);
+}
+
+TYPED_TEST(AnIdlePushServer, TakesAFreePortAfterATakenOne)
+{
+    const RawPeer taken(boundSocket(this->lease.port(), true));
+    ASSERT_FALSE(this->server.configure(this->lease.port()));
+    const PortLease other;
+    EXPECT_TRUE(this->server.configure(other.port()));
+    EXPECT_TRUE(this->server.start());
+    EXPECT_FALSE(isRefused(other.port()));
+}
+
+TYPED_TEST(AnIdlePushServer, RefusesWhatIsNoPort)
+{
+    EXPECT_FALSE(this->server.configure(-1));
+    EXPECT_FALSE(this->server.configure(65536 + this->lease.port()));
+    EXPECT_EQ(this->log.count(this->line("configure: ERROR binding server socket!")), 2);
+}
+
+TYPED_TEST(AnIdlePushServer, CannotBeConfiguredWithoutADescriptor)
+{
+    {
+        const NoDescriptorsLeft none;
+        EXPECT_FALSE(this->server.configure(this->lease.port()));
+    }
+    EXPECT_THAT(this->log.lines(), testing::ElementsAre(this->line("configure: ERROR opening server socket!")));
+    EXPECT_TRUE(this->server.configure(this->lease.port()));
+}
+
+TYPED_TEST(AnIdlePushServer, CannotStartWithoutAThreadButLater)
+{
+    ASSERT_TRUE(this->server.configure(this->lease.port()));
+    {
+        const NoThreadsLeft none;
+        EXPECT_FALSE(this->server.start());
+    }
+    EXPECT_THAT(this->log.lines(), testing::ElementsAre(this->line("start: ERROR run the server thread!")));
+    EXPECT_TRUE(this->server.start());
+    EXPECT_FALSE(isRefused(this->lease.port()));
+}
+
+TYPED_TEST(AnIdlePushServer, CanBeConfiguredTwice)
+{
+    ASSERT_TRUE(this->server.configure(this->lease.port()));
+    ASSERT_TRUE(this->server.configure(this->lease.port()));
+    const PortLease other;
+    ASSERT_TRUE(this->server.configure(other.port()));
+    EXPECT_TRUE(canListenOn(this->lease.port()));
+    EXPECT_TRUE(this->server.start());
+    EXPECT_FALSE(isRefused(other.port()));
+}
+
+TYPED_TEST(AnIdlePushServer, CanBeStopped)
+{
+    this->server.stop();
+    ASSERT_TRUE(this->server.configure(this->lease.port()));
+    this->server.stop();
+    EXPECT_TRUE(canListenOn(this->lease.port()));
+    EXPECT_FALSE(this->server.start());
+}
+
+TYPED_TEST(AnIdlePushServer, PushesToNobody)
+{
+    EXPECT_FALSE(push(this->server, "hello"));
+}
+
+TEST(AnIdleTcpPushServer, DoesNotListenWhenItIsOnlyConfigured)
+{
+    const PortLease lease;
+    OrvuRestServerTcpSocket server;
+    ASSERT_TRUE(server.configure(lease.port()));
+    EXPECT_TRUE(isRefused(lease.port()));
+}
+
+TEST(AnIdleTcpPushServer, CannotStartWhereSomebodyElseBeganToListen)
+{
+    LogCapture log;
+    const PortLease lease;
+    OrvuRestServerTcpSocket server;
+    ASSERT_TRUE(server.configure(lease.port()));
+    const RawPeer taken(boundSocket(lease.port(), true));
+    ASSERT_GE(taken.fd(), 0);
+    EXPECT_FALSE(server.start());
+    EXPECT_THAT(log.lines(), Contains("OrvuRestServerTcpSocket::start: ERROR listening on server socket!"));
+}
+
+TEST(AnIdleTcpPushServer, LogsThatItStops)
+{
+    LogCapture log;
+    OrvuRestServerTcpSocket().stop();
+    EXPECT_THAT(log.lines(), testing::ElementsAre("OrvuRestServerTcpSocket::stop: Stopping server",
+                                                  "OrvuRestServerTcpSocket::stop: Stopping server"));
+}
+
+TEST(AnIdleWebSocketPushServer, ListensWhenItIsConfigured)
+{
+    const PortLease lease;
+    OrvuRestServerWebSocket server;
+    ASSERT_TRUE(server.configure(lease.port()));
+    RawPeer early = RawPeer::connectedTo(lease.port());
+    ASSERT_TRUE(server.start());
+    EXPECT_TRUE(shakesHands(early));
+}
+
+TEST(AnIdleWebSocketPushServer, LogsThatItStops)
+{
+    LogCapture log;
+    OrvuRestServerWebSocket().stop();
+    const std::string line = "OrvuRestServerWebSocket::stop: Stopping server ";
+    EXPECT_THAT(log.lines(), testing::ElementsAre(line + "-->>", line + "<<--", line + "-->>", line + "<<--"));
+}
+
+template <class Server>
+struct APushServer : testing::Test {
+    static std::string line(const std::string& text) { return std::string(Kind<Server>::kName) + "::" + text; }
+
+    Running<Server> running;
+};
+TYPED_TEST_SUITE(APushServer, BothKinds, NameOfKind);
+
+TYPED_TEST(APushServer, LogsTheBeginningAndTheEndOfItsLoop)
+{
+    EXPECT_TRUE(this->running.log.waitFor(this->line("serverThread: Server loop start!")));
+    EXPECT_EQ(this->running.log.count(this->line("serverThread: Server loop end!")), 0);
+    this->running.server().stop();
+    EXPECT_EQ(this->running.log.count(this->line("serverThread: Server loop start!")), 1);
+    EXPECT_EQ(this->running.log.count(this->line("serverThread: Server loop end!")), 1);
+}
+
+TYPED_TEST(APushServer, ChangesNothingWhenItIsStartedAgain)
+{
+    RawPeer client = this->running.attach();
+    EXPECT_TRUE(this->running.server().start());
+    EXPECT_TRUE(this->running.push("hello"));
+    const std::string head = Kind<TypeParam>::head(0).empty() ? "" : "\x82\x05";
+    EXPECT_EQ(client.receive(head.size() + 5), head + "hello");
+    EXPECT_LE(this->running.log.count(this->line("serverThread: Server loop start!")), 1);
+}
+
+TYPED_TEST(APushServer, IsStoppedByBeingConfigured)
+{
+    RawPeer client = this->running.attach();
+    const PortLease other;
+    EXPECT_TRUE(this->running.server().configure(other.port()));
+    EXPECT_EQ(client.readToEnd(), "");
+    EXPECT_TRUE(isRefused(this->running.port()));
+    EXPECT_EQ(this->running.log.count(this->line("serverThread: Server loop end!")), 1);
+    EXPECT_TRUE(this->running.server().start());
+    EXPECT_FALSE(isRefused(other.port()));
+}
+
+TYPED_TEST(APushServer, CanHaveItsOwnPortAgain)
+{
+    RawPeer client = this->running.attach();
+    EXPECT_TRUE(this->running.server().configure(this->running.port()));
+    EXPECT_TRUE(this->running.server().start());
+    EXPECT_FALSE(isRefused(this->running.port()));
+}
+
+TYPED_TEST(APushServer, ClosesItsClientWhenItStops)
+{
+    RawPeer client = this->running.attach();
+    this->running.server().stop();
+    EXPECT_EQ(client.readToEnd(), "");
+    EXPECT_TRUE(isRefused(this->running.port()));
+    EXPECT_FALSE(this->running.push("hello"));
+    EXPECT_FALSE(this->running.server().start());
+}
+
+TYPED_TEST(APushServer, StartsAgainOnTheSamePortAtOnce)
+{
+    for (int round = 0; round < 20; ++round) {
+        RawPeer client = RawPeer::connectedTo(this->running.port());
+        this->running.server().stop();
+        ASSERT_TRUE(canListenOn(this->running.port())) << round;
+        ASSERT_TRUE(this->running.server().configure(this->running.port())) << round;
+        ASSERT_TRUE(this->running.server().start()) << round;
+        EXPECT_EQ(client.readToEnd(), "");
+    }
+}
+
+TYPED_TEST(APushServer, GivesItsPortBackWhenItIsDestroyed)
+{
+    for (int round = 0; round < 20; ++round) {
+        const PortLease lease;
+        auto server = std::make_unique<TypeParam>();
+        ASSERT_TRUE(server->configure(lease.port()) && server->start()) << round;
+        RawPeer client = RawPeer::connectedTo(lease.port());
+        server.reset();
+        EXPECT_EQ(client.readToEnd(), "");
+        ASSERT_TRUE(canListenOn(lease.port())) << round;
+    }
+}
+
+TYPED_TEST(APushServer, HasTheLongestBacklogThatTheSystemGives)
+{
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    ASSERT_EQ(getsockopt(listenerOn(this->running.port()), IPPROTO_TCP, TCP_INFO, &info, &size), 0);
+    unsigned longest = 0;
+    std::ifstream("/proc/sys/net/core/somaxconn") >> longest;
+    EXPECT_EQ(info.tcpi_sacked, std::min<unsigned>(SOMAXCONN, longest));  // of a listener: the length of its backlog
+}
+
+TYPED_TEST(APushServer, HasNoDescriptorThatAProgramItStartsWouldInherit)
+{
+    const RawPeer client = this->running.attach();
+    for (const int fd : {listenerOn(this->running.port()), otherEndOf(client)}) {
+        ASSERT_GE(fd, 3);
+        EXPECT_NE(fcntl(fd, F_GETFD) & FD_CLOEXEC, 0);
+    }
+}
+
+TYPED_TEST(APushServer, SendsWithoutWaitingForTheClientToConfirm)
+{
+    const RawPeer client = this->running.attach();
+    int on = 0;
+    socklen_t size = sizeof on;
+    ASSERT_EQ(getsockopt(otherEndOf(client), IPPROTO_TCP, TCP_NODELAY, &on, &size), 0);
+    EXPECT_EQ(on, 1);
+}
+
+TYPED_TEST(APushServer, NamesItsThreadsAndBlocksTheirSignals)
+{
+    const RawPeer client = this->running.attach();
+    const bool reads = std::string(Kind<TypeParam>::kProtocol) == "websocket";
+    ASSERT_TRUE(eventually([&] { return threadsNamed("self", "orvu-reader").size() == (reads ? 1 : 0); }));
+    ASSERT_EQ(threadsNamed("self", "orvu-accept").size(), 1u);
+    for (const char* const name : {"orvu-accept", "orvu-reader"})
+        for (const int thread : threadsNamed("self", name))
+            EXPECT_TRUE(hasSignalsBlocked("self", thread)) << name;
+}
+
+TYPED_TEST(APushServer, LeavesNothingBehind)
+{
+    this->running.server().stop();
+    ASSERT_TRUE(eventually([] { return threadsNamed("self", "orvu-accept").empty(); }));
+    const std::size_t descriptors = openDescriptors().size();
+    const int threads = threadCount();
+    for (int round = 0; round < 10; ++round) {
+        Running<TypeParam> another;
+        const RawPeer client = another.attach();
+        const RawPeer second = RawPeer::connectedTo(another.port());
+        another.push("hello");
+    }
+    EXPECT_EQ(openDescriptors().size(), descriptors);
+    EXPECT_TRUE(eventually([&] { return threadCount() == threads; }));
+}
+
+}  // namespace
