@@ -162,6 +162,8 @@ bool OrvuRestServerWebSocket::doHanshake(const Client& client)
         "------------------------------------\n%s------------------------------------\n",
         response->c_str());
 
+    sendAtOnce(*client);
+    watch(*client);
     const std::lock_guard<std::mutex> lock(writing_);
     Outgoing answer(response->data(), response->size());
     if (!answer.finish(client->fd(), kFrameTime) || !attach(client)) return false;
@@ -172,8 +174,6 @@ bool OrvuRestServerWebSocket::doHanshake(const Client& client)
 /// False once the server is being stopped.
 bool OrvuRestServerWebSocket::attach(const Client& client)
 {
-    sendAtOnce(*client);
-    watch(*client);
     const std::lock_guard<std::mutex> lock(clientMutex_);
     candidate_.reset();
     if (running_) client_ = client;
