@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <new>
 #include <poll.h>
 #include <sys/socket.h>
@@ -15,6 +14,7 @@ namespace Orvu {
 namespace {
 
 constexpr Seconds kPushTime(5);
+constexpr unsigned kMostLogged = 4096;  // no log line holds more
 
 short statesOf(const Socket& socket, short wanted)
 {
@@ -169,7 +169,7 @@ bool OrvuRestServerTcpSocket::send(unsigned char* data, unsigned int size)
     const std::lock_guard<std::mutex> lock(sending_);
     if (!data) size = 0;
     OrvuRestInterface::log("OrvuRestServerTcpSocket::send: Send to client: %.*s",
-                           static_cast<int>(std::min<unsigned>(size, INT_MAX)),
+                           static_cast<int>(std::min<unsigned>(size, kMostLogged)),
                            data ? reinterpret_cast<char*>(data) : "");
     try {
         return deliver(data, size);
