@@ -92,6 +92,9 @@ public:
     DisplayLayer(const DisplayLayer&) = delete;
     DisplayLayer& operator=(const DisplayLayer&) = delete;
 
+    DisplayLayerType getType() const { return type; }
+    void setType(DisplayLayerType value) { type = value; }
+
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* layerToString(DisplayLayerType value);
     /// The value of a word, compared exactly; unknown for any other text.
@@ -112,6 +115,11 @@ public:
 
     NetworkInterface();
     ~NetworkInterface() override;
+
+    NetworkInterfaceType getType() const { return type; }
+    void setType(NetworkInterfaceType value) { type = value; }
+    bool isActive() const { return active; }
+    void setActive(bool value) { active = value; }
 
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* typeToString(NetworkInterfaceType value);
@@ -168,6 +176,7 @@ public:
     static const char* inputDeviceToString(InputDevices value);
     /// The value of a word, compared exactly; unknown for any other text, "touchscreen" among them.
     static InputDevices stringToInputDevice(std::string word);
+
     /// Appends `layer` and takes it; null is ignored.
     void addDisplayLayer(DisplayLayer* layer);
     void addColorimetryType(ColorimetryType colorimetry);
