@@ -32,7 +32,7 @@ public:
     char* serialize() override;
     /// Every key is optional, a number of pixels or a percentage of the virtual display such as "12.5%". Numbers are taken as
     /// they are; false for a negative percentage, which the field keeps, and for what is neither. Throws
-    /// std::invalid_argument for a percentage without a number.
+    /// std::invalid_argument for a percentage without a number and std::out_of_range for one beyond a double.
     bool deserialize(const char* text) override;
     /// The same; `error` becomes 1 for a text that is null or no JSON, 2 for a member that cannot be read.
     bool deserialize(const char* text, unsigned char& error) override;

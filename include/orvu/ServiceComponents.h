@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,8 @@ public:
     /// Formatted.
     char* serialize() override;
     /// Every key is optional. Hexadecimal and decimal number texts are read, malformed ones as -1. Throws
-    /// std::invalid_argument for a number text without digits and std::out_of_range for one above 2147483647.
+    /// std::invalid_argument for a number text without digits, std::out_of_range for one above 2147483647, and what Position
+    /// throws.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -135,6 +137,11 @@ public:
     /// Reads the message; "pids" is required. False with `error` 101 for a text that is no JSON or whose "pids" is no array, 105
     /// without "pids", and `error` unchanged for a null text. Appends to the PIDs held.
     bool deserializeObject(const char* text, unsigned char& error);
+    /// A literal null is a null text.
+    bool deserializeObject(std::nullptr_t, unsigned char& error)
+    {
+        return deserializeObject(static_cast<const char*>(nullptr), error);
+    }
     using Serializable::deserializeObject;
 
     /// Formatted, always with "HEADER".
