@@ -85,11 +85,11 @@ void JsonWriter::message(Serializable& message, const Contract& contract)
     endObject();
 }
 
-bool JsonWriter::embedMember(const char* key, Serializable& child, const Contract& contract)
+bool JsonWriter::embedMember(const char* key, Serializable& child, const Contract& contract, TextOfChild how)
 {
     const Mark mark = here();
     member(key);
-    return embed(child, contract, mark);
+    return embed(child, contract, mark, how);
 }
 
 bool JsonWriter::embedElement(Serializable& child, const Contract& contract)
@@ -99,7 +99,7 @@ bool JsonWriter::embedElement(Serializable& child, const Contract& contract)
     return embed(child, contract, mark);
 }
 
-bool JsonWriter::embed(Serializable& child, const Contract& contract, Mark mark)
+bool JsonWriter::embed(Serializable& child, const Contract& contract, Mark mark, TextOfChild how)
 {
     bool hasText = true;
     if (isExactly(child, *contract.type)) {
@@ -108,6 +108,7 @@ bool JsonWriter::embed(Serializable& child, const Contract& contract, Mark mark)
         hasText = !std::exchange(gaveUp_, holderGaveUp);
     } else {
         const JsonText text(child.serialize());
+        if (how == TextOfChild::Minified) cJSON_Minify(text.get());
         const JsonTree parsed = parseJson(text.get());
         if (parsed) tree(*parsed);
         hasText = parsed != nullptr;

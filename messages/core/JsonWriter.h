@@ -72,6 +72,14 @@ public:
     {
         child ? putAsIs(key, child) : putNull(key);
     }
+    /// The same, but the text that a child of an application's class gives is minified before it is parsed: comments may
+    /// stand in it.
+    template <class Message>
+    void putMinifiedOrNull(const char* key, Message* child)
+    {
+        if (!child) return putNull(key);
+        embedMember(key, *child, contractOf<Message>(), TextOfChild::Minified);
+    }
     /// The same, but a child without a JSON text leaves this message without one.
     template <class Message>
     void putOrGiveUp(const char* key, Message* child)
@@ -172,9 +180,11 @@ private:
     void backTo(Mark mark);
 
     // False when the child has no JSON text; nothing is written then.
-    bool embedMember(const char* key, Serializable& child, const Contract& contract);
+    enum class TextOfChild { AsIs, Minified };
+    bool embedMember(const char* key, Serializable& child, const Contract& contract,
+                     TextOfChild how = TextOfChild::AsIs);
     bool embedElement(Serializable& child, const Contract& contract);
-    bool embed(Serializable& child, const Contract& contract, Mark mark);
+    bool embed(Serializable& child, const Contract& contract, Mark mark, TextOfChild how = TextOfChild::AsIs);
 
     void beginObject();
     void endObject();

@@ -59,9 +59,9 @@ void write(JsonWriter& json, EventInfo& event)
     json.put("contentDescription", AsBareNibbles{event.contentDescription});  // its reader expects an object around it
     json.putAsIsOrNull("linkage", event.linkage);
     json.putAsIsOrNull("hyperlink", event.hyperlink);
-    json.putAsIsOrNull("series", event.series);
-    json.putAsIsOrNull("eventGroup", event.eventGroup);
-    json.putAsIsOrNull("componentGroup", event.componentGroup);
+    json.putMinifiedOrNull("series", event.series);
+    json.putMinifiedOrNull("eventGroup", event.eventGroup);
+    json.putMinifiedOrNull("componentGroup", event.componentGroup);
 }
 
 void read(JsonReader& json, EventInfo& event)
