@@ -1,7 +1,6 @@
 #include "orvu/ServiceComponents.h"
 
-#include <cstdio>
-#include <memory>
+#include <new>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
@@ -17,7 +16,12 @@ namespace {
 struct AsHex {
     int& field;
 
-    void write(JsonWriter& json) const { json.value(JsonText(convertIntToStringHex(field)).get()); }
+    void write(JsonWriter& json) const
+    {
+        const JsonText text(convertIntToStringHex(field));
+        if (!text) throw std::bad_alloc();
+        json.value(text.get());
+    }
     bool read(JsonReader& json, const cJSON& item) const
     {
         if (json.integer(item, field)) return true;
