@@ -89,6 +89,7 @@ public:
     static const char* imageCodecToString(ImageCodec value);
     /// The value of a word, compared exactly; unknown for any other text.
     static ImageCodec stringToImageCodec(std::string word);
+
     void addVideoCodec(VideoCodec codec);
     void addAudioCodec(AudioCodec codec);
     void addSubtitleCodec(SubtitleCodec codec);
@@ -128,6 +129,7 @@ public:
     static const char* schemeToString(DrmScheme value);
     /// The value of a word, compared exactly; the last value for any other text.
     static DrmScheme stringToScheme(std::string word);
+
     void addFormatSupported(DrmFormat format);
     void addSchemeSupported(DrmScheme scheme);
 

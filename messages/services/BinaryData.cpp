@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "codecs/Base64.h"
-#include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/services/EventInformation.h"
 #include "orvu/EventInformation.h"

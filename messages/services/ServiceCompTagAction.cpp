@@ -1,5 +1,5 @@
 #include <cstdio>
-#include <memory>
+#include <utility>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
