@@ -1,4 +1,5 @@
-# What `cmake --install` puts in place: the library, its headers, the CMake package, the pkg-config file and the papers.
+# What `cmake --install` puts in place: the library, its headers, the CMake package, the pkg-config file, the
+# schemas and the papers.
 include(CMakePackageConfigHelpers)
 
 set(ORVU_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Orvu)
@@ -18,4 +19,5 @@ string(REGEX REPLACE "/$" "" ORVU_PC_PREFIX ${ORVU_PC_PREFIX})
 configure_file(cmake/orvu.pc.in orvu.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/orvu FILES_MATCHING PATTERN "*.schema.json")
+install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md docs/messages.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
