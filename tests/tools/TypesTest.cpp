@@ -48,6 +48,32 @@ TEST(TheTypes, AreATable)
     EXPECT_EQ(lines[96], "95     siCacheUnavailable        yes       no       -");
 }
 
+TEST(TheTypes, HaveTheClassesThatOnlyApplicationsMake)
+{
+    const std::vector<std::string> lines = linesOf(run(orvu({"types"})).out);
+    ASSERT_EQ(lines.size(), 98u);
+    EXPECT_EQ(lines[20], "19     pos                       no        no       Position");
+    EXPECT_EQ(lines[44], "43     codecsSupported           no        no       Codecs");
+    EXPECT_EQ(lines[52], "51     persistentVariableValue   no        no       PersistentVariableValue");
+    EXPECT_EQ(lines[74], "73     contentDescription        no        no       ContentDescriptor");
+    EXPECT_EQ(lines[75], "74     linkageDescriptor         no        no       LinkageDescriptor");
+    EXPECT_EQ(lines[76], "75     hyperlinkDescriptor       no        no       HyperlinkDescriptor");
+    EXPECT_EQ(lines[77], "76     seriesDescriptor          no        no       SeriesDescriptor");
+    EXPECT_EQ(lines[78], "77     eventGroupDescriptor      no        no       EventGroupDescriptor");
+    EXPECT_EQ(lines[79], "78     eventGroup                no        no       EventGroup");
+    EXPECT_EQ(lines[80], "79     componentGroup            no        no       ComponentGroup");
+    EXPECT_EQ(lines[81], "80     componentGroupDescriptor  no        no       ComponentGroupDescriptor");
+    EXPECT_EQ(lines[82], "81     cAUnit                    no        no       CAUnit");
+}
+
+TEST(TheTypes, AllHaveAClassButOne)
+{
+    std::vector<std::string> without;
+    for (const std::string& line : linesOf(run(orvu({"types"})).out))
+        if (line.back() == '-') without.push_back(line);
+    EXPECT_EQ(without, std::vector<std::string>{"95     siCacheUnavailable        yes       no       -"});
+}
+
 TEST(TheTypes, AreAJsonArrayWhenAsked)
 {
     const Ended ended = run(orvu({"types", "--json"}));

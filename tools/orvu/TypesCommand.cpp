@@ -9,6 +9,10 @@
 #include "JsonText.h"
 #include "Output.h"
 #include "Types.h"
+#include "orvu/Codecs.h"
+#include "orvu/EventDescriptors.h"
+#include "orvu/Position.h"
+#include "orvu/Properties.h"
 #include "orvu/Results.h"
 
 namespace OrvuTool {
@@ -29,15 +33,40 @@ struct Row {
     std::string type;    // the class, "-" when the library has none
 };
 
-/// A message of a type that the factory leaves to applications; null when the library has no class for it.
+/// A type that the factory leaves to applications, and its message as they make it.
+struct Maker {
+    DataType type;
+    std::unique_ptr<Serializable> (*make)();
+};
+
+template <class Message>
+std::unique_ptr<Serializable> make()
+{
+    return std::make_unique<Message>();
+}
+
+constexpr Maker kMadeByApplications[] = {
+    {Orvu::DataTypeEmptyData, make<Orvu::EmptyData>},
+    {Orvu::DataTypePos, make<Orvu::Position>},
+    {Orvu::DataTypeCodecsSupported, make<Orvu::Codecs>},
+    {Orvu::DataTypePersistentVariableValue, make<Orvu::PersistentVariableValue>},
+    {Orvu::DataTypeContentDescription, make<Orvu::ContentDescriptor>},
+    {Orvu::DataTypeLinkageDescriptor, make<Orvu::LinkageDescriptor>},
+    {Orvu::DataTypeHyperlinkDescriptor, make<Orvu::HyperlinkDescriptor>},
+    {Orvu::DataTypeSeriesDescriptor, make<Orvu::SeriesDescriptor>},
+    {Orvu::DataTypeEventGroupDescriptor, make<Orvu::EventGroupDescriptor>},
+    {Orvu::DataTypeEventGroup, make<Orvu::EventGroup>},
+    {Orvu::DataTypeComponentGroup, make<Orvu::ComponentGroup>},
+    {Orvu::DataTypeComponentGroupDescriptor, make<Orvu::ComponentGroupDescriptor>},
+    {Orvu::DataTypeCAUnit, make<Orvu::CAUnit>},
+};
+
+/// Null when the library has no class for the type.
 std::unique_ptr<Serializable> madeByApplications(DataType type)
 {
-    switch (type) {
-        case Orvu::DataTypeEmptyData:
-            return std::make_unique<Orvu::EmptyData>();
-        default:
-            return nullptr;
-    }
+    for (const Maker& maker : kMadeByApplications)
+        if (maker.type == type) return maker.make();
+    return nullptr;
 }
 
 std::string readFromHeader(DataType type)
