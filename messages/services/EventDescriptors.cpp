@@ -1,8 +1,6 @@
 #include "orvu/EventDescriptors.h"
 
-#include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "messages/core/Ownership.h"
 #include "messages/services/EventDescriptors.h"
 
 // Descriptors travel inside an event: none of them ever writes a header.
@@ -18,7 +16,11 @@ struct AsNibbles {
     {
         if (cJSON_GetArraySize(&item) != 4) return true;  // another length changes nothing, and is no fault
         int* next = nibbles;
-        return eachNumber([&next](int nibble) { *next++ = nibble; }).read(json, item);
+        for (const cJSON* nibble = item.child; nibble; nibble = nibble->next) {
+            *next = 0;  // what neither is a number nor a boolean
+            json.integer(*nibble, *next++);
+        }
+        return true;
     }
 };
 
