@@ -154,6 +154,39 @@ TEST(Checking, SaysWhenTheMessageRefusesTheText)
            "read     no: QrCodeScreen refuses the text\n");
 }
 
+TEST(Checking, SaysWhenANumberCannotBeConverted)
+{
+    expect(check(R"({"HEADER":"serviceComponent","componentTag":"0xffffffff"})"), 2,
+           "type     serviceComponent (20), class ServiceComponent\n"
+           "read     no: std::out_of_range from stoi\n");
+    expect(check(R"({"HEADER":"serviceComponent","componentTag":"0x"})"), 2,
+           "type     serviceComponent (20), class ServiceComponent\n"
+           "read     no: std::invalid_argument from stoi\n");
+}
+
+TEST(Checking, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
+{
+    expect(check(R"({"HEADER":"serviceCompTagAction","componentTag":1,"localAssociatedAccess":false,)"
+                 R"("pos":{"x":0,"y":0,"w":640,"h":"50%"}})"),
+           1,
+           "type     serviceCompTagAction (23), class ServiceCompTagAction\n"
+           "read     yes\n"
+           "written  with 1 difference\n"
+           "  pos.h: \"50%\" becomes 360\n"
+           "\n"
+           "{\n"
+           "\t\"HEADER\":\t\"serviceCompTagAction\",\n"
+           "\t\"componentTag\":\t1,\n"
+           "\t\"localAssociatedAccess\":\tfalse,\n"
+           "\t\"pos\":\t{\n"
+           "\t\t\"x\":\t0,\n"
+           "\t\t\"y\":\t0,\n"
+           "\t\t\"w\":\t640,\n"
+           "\t\t\"h\":\t360\n"
+           "\t}\n"
+           "}\n");
+}
+
 TEST(Checking, SaysWhenTheFileCannotBeRead)
 {
     const Folder folder;

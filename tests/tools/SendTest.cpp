@@ -58,6 +58,22 @@ TEST(Sending, PrintsTheAnswerAndItsExitCode)
     EXPECT_EQ(ended.code, 2);
 }
 
+TEST(Sending, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
+{
+    const std::string action =
+        "{\n\t\"HEADER\":\t\"serviceCompTagAction\",\n\t\"componentTag\":\t1,\n"
+        "\t\"localAssociatedAccess\":\tfalse,\n\t\"pos\":\t{\n\t\t\"x\":\t0,\n"
+        "\t\t\"y\":\t0,\n\t\t\"w\":\t640,\n\t\t\"h\":\t360\n\t}\n}";
+    Receiver receiver;
+    receiver.answers().write("serviceCompTagAction.json", action);
+    ProcessOptions how;
+    how.input = action;
+    const Ended ended = run(orvu({"send", "-", "--raw", "--port", receiver.portText()}), how);
+    EXPECT_EQ(ended.out, action);
+    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.code, 0);
+}
+
 TEST(Sending, SendsNothingWhenTheTextIsEmpty)
 {
     Peer peer([] { return frame(headerOnly("success")); });

@@ -164,6 +164,18 @@ TEST(TheReceiver, PrintsOneLineForEachExchange)
                              "serviceSelection -> resourceNotFound 33 bytes" + took));
 }
 
+TEST(TheReceiver, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
+{
+    Receiver receiver;
+    receiver.answers().write("serviceCompTagAction.json", headerOnly("success"));
+    EXPECT_EQ(rawExchange(receiver.port(), frame(R"({"HEADER":"serviceCompTagAction","componentTag":1,)"
+                                                 R"("pos":{"x":0,"y":0,"w":640,"h":"50%"}})")),
+              frame(headerOnly("success")));
+    ASSERT_TRUE(receiver.process().waitForOutput("ms\n"));
+    EXPECT_THAT(receiver.end().out,
+                MatchesRegex("listening [^\n]*\n[^\n]* serviceCompTagAction -> success [^\n]* ms\n"));
+}
+
 TEST(TheReceiver, AnswersManyAtOnce)
 {
     Receiver receiver;
