@@ -32,15 +32,24 @@ struct Key {
     bool isRequired = false;
 };
 
-/// The keys of a message, but for those of its children.
+/// The keys of a message, but for those of its children and lists.
 struct MessageKeys {
     std::string name;
     std::function<std::unique_ptr<Orvu::Serializable>()> make;
     std::vector<Key> keys;
+    std::vector<std::string> lists;  ///< Lists that must stand beside them; empty ones will do.
+    std::string inside;  ///< The object in which all of them stand; "" when they stand in the message itself.
 };
 
-template <class Message>
-Key text(const std::string& name, std::string Message::*field)
+inline std::string inOtherLetterCase(std::string name)
+{
+    for (char& c : name)
+        c = static_cast<char>(std::islower(static_cast<unsigned char>(c)) ? std::toupper(c) : std::tolower(c));
+    return name;
+}
+
+/// A key that is read as a text; `field` shows what became of it.
+inline Key textShownBy(const std::string& name, std::function<std::string(Orvu::Serializable&)> field)
 {
     return {name,
             R"("Canal 1")",
@@ -50,11 +59,23 @@ Key text(const std::string& name, std::string Message::*field)
              {R"("before\u0000behind")", R"("before")"},
              {"\"\x01\xff\"", "\"\x01\xff\""}},
             {"null", "true", "7", R"(["a"])", R"({"a": "b"})"},
-            [field](Orvu::Serializable& message) { return '"' + static_cast<Message&>(message).*field + '"'; }};
+            std::move(field)};
+}
+
+inline std::string inQuotes(const std::string& text)
+{
+    return '"' + text + '"';
 }
 
 template <class Message>
-Key number(const std::string& name, int Message::*field)
+Key text(const std::string& name, std::string Message::*field)
+{
+    return textShownBy(
+        name, [field](Orvu::Serializable& message) { return inQuotes(static_cast<Message&>(message).*field); });
+}
+
+/// A key that is read as a number; `field` shows what became of it.
+inline Key numberShownBy(const std::string& name, std::function<std::string(Orvu::Serializable&)> field)
 {
     return {name,
             "17",
@@ -72,7 +93,21 @@ Key number(const std::string& name, int Message::*field)
              {"1e400", "2147483647"},
              {"-1e400", "-2147483648"}},
             {"null", R"("5")", "[5]", R"({"a": 5})"},
-            [field](Orvu::Serializable& message) { return std::to_string(static_cast<Message&>(message).*field); }};
+            std::move(field)};
+}
+
+template <class Message>
+Key number(const std::string& name, int Message::*field)
+{
+    return numberShownBy(
+        name, [field](Orvu::Serializable& message) { return std::to_string(static_cast<Message&>(message).*field); });
+}
+
+/// The same key where a message has use for it only from 0 on.
+inline Key fromZero(Key key)
+{
+    key.otherValue = "4";
+    return key;
 }
 
 /// A key that is read as a boolean; `field` shows what became of it.
@@ -94,6 +129,24 @@ Key boolean(const std::string& name, bool Message::*field)
     });
 }
 
+/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other text.
+inline Key wordShownBy(const std::string& name, const std::string& value, const std::string& otherValue,
+                       const std::string& stranger, std::function<std::string(Orvu::Serializable&)> field)
+{
+    const std::string none = inQuotes(stranger);
+    return {name,
+            inQuotes(value),
+            inQuotes(otherValue),
+            {{R"("")", none},
+             {inQuotes(inOtherLetterCase(value)), none},
+             {inQuotes(" " + value), none},
+             {inQuotes(value + "s"), none},
+             {inQuotes(value.substr(1)), none},
+             {inQuotes(value + "\\u0000s"), inQuotes(value)}},
+            {"null", "true", "2", "[" + inQuotes(value) + "]", R"({"a": "b"})"},
+            [field](Orvu::Serializable& message) { return inQuotes(field(message)); }};
+}
+
 inline Key required(Key key)
 {
     key.isRequired = true;
@@ -102,7 +155,8 @@ inline Key required(Key key)
 
 /// The keys of a message class, made as the factory makes it: with empty texts where it takes texts.
 template <class Message>
-MessageKeys keysOf(const std::string& name, std::vector<Key> keys)
+MessageKeys keysOf(const std::string& name, std::vector<Key> keys, std::vector<std::string> lists = {},
+                   const std::string& inside = "")
 {
     const auto make = []() -> std::unique_ptr<Orvu::Serializable> {
         if constexpr (std::is_default_constructible_v<Message>) {
@@ -113,7 +167,7 @@ MessageKeys keysOf(const std::string& name, std::vector<Key> keys)
             return std::make_unique<Message>("", "");
         }
     };
-    return {name, make, std::move(keys)};
+    return {name, make, std::move(keys), std::move(lists), inside};
 }
 
 inline std::ostream& operator<<(std::ostream& out, const MessageKeys& message)
@@ -141,6 +195,7 @@ protected:
 
     bool requiresKeys() const
     {
+        if (!GetParam().lists.empty() || !GetParam().inside.empty()) return true;
         for (const Key& key : keys()) {
             if (key.isRequired) return true;
         }
@@ -153,7 +208,7 @@ protected:
         std::string members;
         for (const Key& key : keys())
             members += (members.empty() ? "" : ", ") + member(key.name, key.*value);
-        return "{" + members + "}";
+        return whole(members);
     }
 
     /// Just what must stand there beside `key`, then `members`.
@@ -163,7 +218,18 @@ protected:
         for (const Key& other : keys()) {
             if (other.isRequired && other.name != key.name) others += member(other.name, other.otherValue) + ", ";
         }
-        return "{" + others + (members.empty() ? R"("stranger": 1)" : members) + "}";
+        return whole(others + (members.empty() ? R"("stranger": 1)" : members));
+    }
+
+    /// A text with these members and those that must stand there too, the names of which may be spelt in another way.
+    std::string whole(
+        std::string members, std::string (*spelt)(std::string) = [](std::string name) { return name; }) const
+    {
+        for (const std::string& list : GetParam().lists)
+            members += (members.empty() ? "" : ", ") + member(spelt(list), "[]");
+        members = "{" + members + "}";
+        const std::string& inside = GetParam().inside;
+        return inside.empty() ? members : R"({"HEADER": "whatever", )" + member(spelt(inside), members) + "}";
     }
 
     static std::string member(const std::string& name, const std::string& value) { return '"' + name + "\": " + value; }
@@ -181,13 +247,6 @@ protected:
     }
 };
 
-inline std::string inOtherLetterCase(std::string name)
-{
-    for (char& c : name)
-        c = static_cast<char>(std::islower(static_cast<unsigned char>(c)) ? std::toupper(c) : std::tolower(c));
-    return name;
-}
-
 TEST_P(AMessage, ReadsEachOfItsKeys)
 {
     const auto message = filled();
@@ -201,7 +260,7 @@ TEST_P(AMessage, ReadsItsKeysInAnyOrderAmongStrangers)
     for (auto key = keys().rbegin(); key != keys().rend(); ++key)
         members += R"(, "stranger": {"a": 1}, )" + member(key->name, key->value);
     const auto message = filled();
-    EXPECT_TRUE(message->deserialize(("{" + members + "}").c_str()));
+    EXPECT_TRUE(message->deserialize(whole(members).c_str()));
     expectValues(*message);
 }
 
@@ -211,7 +270,7 @@ TEST_P(AMessage, FindsItsKeysInAnyLetterCase)
     for (const Key& key : keys())
         members += ", " + member(inOtherLetterCase(key.name), key.value);
     const auto message = filled();
-    EXPECT_TRUE(message->deserialize(("{" + members + "}").c_str()));
+    EXPECT_TRUE(message->deserialize(whole(members, inOtherLetterCase).c_str()));
     expectValues(*message);
 }
 
