@@ -3,10 +3,14 @@
 const kFocusable = "button, input, summary";
 const kDirections = { ArrowUp: "up", ArrowDown: "down", ArrowLeft: "left", ArrowRight: "right" };
 
+// Where the focus was: what had it may since have been hidden.
+let place = null;
+
 export function moveFocusWithArrows() {
+    document.addEventListener("focusin", ({ target }) => (place = target.getBoundingClientRect()));
     document.addEventListener("keydown", (event) => {
         const direction = kDirections[event.key];
-        if (!direction || event.defaultPrevented || event.altKey || event.ctrlKey || event.metaKey || event.shiftKey) return;
+        if (!direction || event.altKey || event.ctrlKey || event.metaKey || event.shiftKey) return;
         if (isForTheCaret(event.target, direction)) return;
         event.preventDefault();
         if (!scrollsOn(document.activeElement, direction)) nextIn(direction)?.focus();
@@ -44,22 +48,29 @@ function viewOf(scroller) {
 }
 
 function nextIn(direction) {
-    const all = [...document.querySelectorAll(kFocusable)].filter((one) => !one.disabled && one.checkVisibility());
-    if (!all.includes(document.activeElement)) return all[0];
-    const from = document.activeElement.getBoundingClientRect();
+    const all = [...document.querySelectorAll(kFocusable)].filter(canHaveFocus);
+    const active = document.activeElement;
+    const from = all.includes(active) ? active.getBoundingClientRect() : place;
+    if (!from) return all[0];
     const ways = all.map((one) => ({ one, way: wayTo(one.getBoundingClientRect(), from, direction) }));
     return ways.filter(({ way }) => way < Infinity).sort((a, b) => a.way - b.way)[0]?.one;
 }
 
-// How far `to` lies in the direction, what lies aside counting thrice; Infinity when it does not lie there.
-function wayTo(to, from, direction) {
-    const ahead = { up: from.top - to.bottom, down: to.top - from.bottom, left: from.left - to.right, right: to.left - from.right };
-    if (ahead[direction] < -1) return Infinity;
-    const upright = direction === "up" || direction === "down";
-    const aside = upright ? gap(from.left, from.right, to.left, to.right) : gap(from.top, from.bottom, to.top, to.bottom);
-    return ahead[direction] + 3 * aside;
+function canHaveFocus(one) {
+    const folded = one.tagName !== "SUMMARY" && one.closest("details:not([open])");
+    return !one.disabled && !folded && one.getClientRects().length > 0;
 }
 
-function gap(start, end, otherStart, otherEnd) {
-    return Math.max(0, otherStart - end, start - otherEnd);
+// How far `to` lies in the direction, what lies aside counting thrice; Infinity when it does not lie there.
+function wayTo(to, from, direction) {
+    const ahead = {
+        up: from.top - to.bottom,
+        down: to.top - from.bottom,
+        left: from.left - to.right,
+        right: to.left - from.right,
+    };
+    if (ahead[direction] < -1) return Infinity;
+    const isUpright = direction === "up" || direction === "down";
+    const aside = isUpright ? Math.max(ahead.left, ahead.right) : Math.max(ahead.up, ahead.down);
+    return ahead[direction] + 3 * Math.max(0, aside);
 }

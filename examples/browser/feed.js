@@ -49,7 +49,7 @@ export class Feed {
 function entry(message) {
     const details = made("details");
     const body = made("pre", "body");
-    const summary = made("summary", "", head(message), made("span", "preview", oneLine(message.text)));
+    const summary = made("summary", "", head(message), made("span", "preview", preview(message)));
     summary.addEventListener("click", () => (details.dataset.chosen = "yes"));
     details.append(summary, body);
     // Written out when it is first seen: most messages of a busy receiver never are.
@@ -66,15 +66,19 @@ function head({ header, json, size, time }) {
     return made("span", "head", made("span", header ? "kind" : "kind none", kind), bytes, clock);
 }
 
-function oneLine(text) {
-    return text.slice(0, 400).replace(/\s+/g, " ") || "(empty)";
+// One line: the content without the type, which stands above it.
+function preview({ header, json, text }) {
+    const { HEADER, ...rest } = header === undefined ? {} : json;
+    const words = header === undefined ? text : JSON.stringify(rest);
+    return words.slice(0, 400).replace(/\s+/g, " ") || "(empty)";
 }
 
 function written({ text, json }) {
     const whole = json === undefined ? text : JSON.stringify(json, null, 2);
     const shown = whole.slice(0, kMostCharacters);
     const parts = json === undefined ? [shown] : coloured(shown);
-    if (whole.length > shown.length) parts.push(made("span", "rest", `\n… ${whole.length - shown.length} more characters`));
+    const left = whole.length - shown.length;
+    if (left > 0) parts.push(made("span", "rest", `\n… ${left} more characters`));
     return parts;
 }
 
@@ -83,8 +87,8 @@ function coloured(text) {
     let end = 0;
     for (const match of text.matchAll(kTokens)) {
         const [whole, words, colon = ""] = match;
-        const token = words ?? whole;
-        parts.push(text.slice(end, match.index), made("span", words ? (colon ? "key" : "words") : "value", token), colon);
+        const kind = words ? (colon ? "key" : "words") : "value";
+        parts.push(text.slice(end, match.index), made("span", kind, words ?? whole), colon);
         end = match.index + whole.length;
     }
     return [...parts, text.slice(end)];

@@ -1,4 +1,4 @@
-/** Where a connection stands. A browser cannot tell a server that refuses a second client from one that is not there. */
+/** Where a connection stands. A browser cannot tell a server that refuses it from one that is not there. */
 export type OrvuState =
     | "closed"                  // before open(), and for good after close()
     | "connecting"              // an attempt is under way
@@ -34,7 +34,6 @@ export interface OrvuPushOptions {
 
 export type OrvuPushErrorCode =
     | "empty"         // the server echoes no empty text
-    | "nul"           // the server takes a text to end at U+0000
     | "too-long"      // the frame of the text is longer than 2048 bytes: the text than 2040 in UTF-8
     | "not-attached"  // no connection stands
     | "queue-full"    // queueLimit texts wait for their echoes
@@ -103,15 +102,15 @@ export class OrvuPush extends EventTarget {
     /** The state in words. */
     readonly description: string;
 
-    /** Begins to attach, and keeps at it until close(). Without effect when it has begun. Throws what WebSocket throws. */
+    /** Begins to attach, and keeps at it until close(). Without effect once begun. Throws what WebSocket throws. */
     open(): void;
 
     /** Ends a pause: the next attempt begins at once. Without effect in other states. */
     retryNow(): void;
 
     /**
-     * Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for what is no text. Texts go
-     * out one by one, each after the echo of the one before.
+     * Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for what is no text. Texts
+     * go out one by one, each after the echo of the one before.
      */
     send(text: string): Promise<string>;
 

@@ -12,6 +12,9 @@
 // The server takes one receive of this many bytes for one frame.
 const kReceiveBytes = 2048;
 
+// How long closing waits for the echo of the text that is on its way.
+const kLastEchoSeconds = 1;
+
 const kDefaults = {
     firstPauseSeconds: 1,
     longestPauseSeconds: 30,
@@ -120,7 +123,7 @@ export class OrvuPush extends EventTarget {
         }
     }
 
-    /** Begins to attach, and keeps at it until close(). Without effect when it has begun. Throws what WebSocket throws. */
+    /** Begins to attach, and keeps at it until close(). Without effect once begun. Throws what WebSocket throws. */
     open() {
         if (this.#state !== "closed") return;
         this.#failures = 0;
@@ -133,8 +136,8 @@ export class OrvuPush extends EventTarget {
     }
 
     /**
-     * Sends one text. Resolves with the echo; rejects with an OrvuPushError. Texts go out one by one, each after the echo
-     * of the one before, since the server would take two that arrive together for one.
+     * Sends one text. Resolves with the echo; rejects with an OrvuPushError. Texts go out one by one, each after the
+     * echo of the one before, since the server would take two that arrive together for one.
      */
     async send(text) {
         this.#check(text);
@@ -147,7 +150,9 @@ export class OrvuPush extends EventTarget {
     /** Detaches and stays so until open() is called again. Texts without an echo are rejected. */
     close() {
         if (this.#state === "closed") return;
-        this.#leaveSocket();
+        const socket = this.#leaveSocket();
+        if (this.#texts.length > 0) this.#closeAfterEcho(socket);
+        else socket?.close();
         this.#enter("closed");
     }
 
@@ -177,13 +182,24 @@ export class OrvuPush extends EventTarget {
     #leaveSocket() {
         const socket = this.#socket;
         this.#socket = null;
-        if (!socket) return;
-        socket.onopen = socket.onmessage = socket.onclose = null;
-        socket.close();
+        if (socket) socket.onopen = socket.onmessage = socket.onclose = null;
+        return socket;
+    }
+
+    // Right behind a text the close frame would be taken for a part of it, and the place stay taken for a minute.
+    #closeAfterEcho(socket) {
+        const { clock } = this.#options;
+        const close = () => {
+            clock.clearTimeout(timer);
+            socket.onmessage = null;
+            socket.close();
+        };
+        const timer = clock.setTimeout(close, kLastEchoSeconds * 1000);
+        socket.onmessage = ({ data }) => typeof data === "string" && close();
     }
 
     #fail() {
-        this.#leaveSocket();
+        this.#leaveSocket().close();
         this.#enter(this.#state === "attached" ? "lost" : "refused-or-unreachable");
     }
 
@@ -246,9 +262,9 @@ export class OrvuPush extends EventTarget {
         const { queueLimit } = this.#options;
         if (typeof text !== "string") throw new TypeError("Only a text can be sent.");
         if (text === "") throw new OrvuPushError("empty", "An empty text would have no echo.");
-        if (text.includes("\0")) throw new OrvuPushError("nul", "The server would take the text to end at its U+0000.");
         if (frameBytes(text) > kReceiveBytes) {
-            throw new OrvuPushError("too-long", `The text makes a frame of ${frameBytes(text)} bytes; ${kReceiveBytes} are taken.`);
+            const words = `The text makes a frame of ${frameBytes(text)} bytes; the server takes ${kReceiveBytes}.`;
+            throw new OrvuPushError("too-long", words);
         }
         if (this.#state !== "attached") throw new OrvuPushError("not-attached", "There is no connection to send on.");
         if (this.#texts.length >= queueLimit) {

@@ -13,6 +13,8 @@ const kStateNames = {
     lost: "Connection lost",
 };
 
+const kToggleNames = { closed: "Attach", attached: "Detach" };
+
 const element = (id) => document.getElementById(id);
 const textField = element("send").elements.namedItem("text");
 const sendButton = element("send").querySelector("button");
@@ -55,7 +57,7 @@ function showState({ state, description }) {
     element("hint").hidden = state !== "refused-or-unreachable";
     element("retry").hidden = push.retryInSeconds === undefined;
     element("toggle").hidden = false;
-    element("toggle").textContent = state === "closed" ? "Attach" : "Detach";
+    element("toggle").textContent = kToggleNames[state] ?? "Stop trying";
     showCountdown();
     showRoom();
 }

@@ -1,0 +1,180 @@
+import assert from "node:assert/strict";
+import { beforeEach, describe, it } from "node:test";
+
+import { OrvuPush, OrvuPushError } from "../../examples/browser/orvu-push.js";
+import { FakeClock, fakeWebSocket } from "./fakes.js";
+
+let clock;
+let Socket;
+let push;
+
+const failsWith = (code) => (error) => error instanceof OrvuPushError && error.code === code;
+
+beforeEach(() => {
+    clock = new FakeClock();
+    Socket = fakeWebSocket();
+    push = new OrvuPush("ws://receiver:1", { clock, WebSocket: Socket, random: () => 0, queueLimit: 3 });
+    push.open();
+    Socket.last.accept();
+});
+
+describe("A sent text", () => {
+    it("goes out as it is and resolves with its echo", async () => {
+        const sent = push.send("olá");
+        assert.deepEqual(Socket.last.sent, ["olá"]);
+        Socket.last.echo();
+        assert.equal(await sent, "olá");
+    });
+
+    it("is told of as an echo, not as a message", async () => {
+        const heard = [];
+        push.addEventListener("echo", ({ text }) => heard.push(text));
+        push.addEventListener("message", () => heard.push("a message"));
+        push.send("hello");
+        Socket.last.echo();
+        assert.deepEqual(heard, ["hello"]);
+    });
+
+    it("waits for the echo of the one before", async () => {
+        const sent = [push.send("one"), push.send("two"), push.send("three")];
+        assert.deepEqual(Socket.last.sent, ["one"]);
+        Socket.last.echo();
+        assert.deepEqual(Socket.last.sent, ["one", "two"]);
+        Socket.last.echo();
+        Socket.last.echo();
+        assert.deepEqual(await Promise.all(sent), ["one", "two", "three"]);
+    });
+
+    it("does not take a pushed message for its echo", () => {
+        push.send("one");
+        push.send("two").catch(() => {});
+        Socket.last.push("one");
+        assert.deepEqual(Socket.last.sent, ["one"]);
+    });
+
+    it("is refused when as many as may wait are waiting, until an echo has come", async () => {
+        const sent = [push.send("1"), push.send("2"), push.send("3")];
+        await assert.rejects(push.send("4"), failsWith("queue-full"));
+        Socket.last.echo();
+        sent.push(push.send("5"));
+        for (let i = 0; i < 3; ++i) Socket.last.echo();
+        assert.deepEqual(await Promise.all(sent), ["1", "2", "3", "5"]);
+    });
+
+    it("may be as long as its frame can be", async () => {
+        for (const text of ["a".repeat(2040), "ã".repeat(1020)]) {
+            const sent = push.send(text);
+            Socket.last.echo();
+            assert.equal(await sent, text);
+        }
+    });
+
+    for (const [why, text, code] of [
+        ["its frame is too long", "a".repeat(2041), "too-long"],
+        ["its UTF-8 is too long", "ã".repeat(1021), "too-long"],
+        ["it is empty", "", "empty"],
+    ]) {
+        it(`is refused when ${why}`, async () => {
+            await assert.rejects(push.send(text), failsWith(code));
+            assert.deepEqual(Socket.last.sent, []);
+        });
+    }
+
+    it("is refused when it is no text", async () => {
+        for (const value of [undefined, null, 7, { a: 1 }]) await assert.rejects(push.send(value), TypeError);
+        assert.deepEqual(Socket.last.sent, []);
+    });
+
+    it("is refused without a connection", async () => {
+        Socket.last.end();
+        await assert.rejects(push.send("hello"), failsWith("not-attached"));
+        push.retryNow();
+        await assert.rejects(push.send("hello"), failsWith("not-attached"));
+        push.close();
+        await assert.rejects(push.send("hello"), failsWith("not-attached"));
+    });
+
+    for (const [how, end] of [["is lost", () => Socket.last.end()], ["is closed", () => push.close()]]) {
+        it(`fails when the connection ${how} before its echo, and those behind it`, async () => {
+            const sent = [push.send("one"), push.send("two")];
+            const socket = Socket.last;
+            end();
+            for (const text of sent) await assert.rejects(text, failsWith("lost"));
+            assert.deepEqual(socket.sent, ["one"]);
+        });
+    }
+
+    it("on its way holds the close frame back until its echo has come", async () => {
+        const sent = push.send("one");
+        push.close();
+        await assert.rejects(sent, failsWith("lost"));
+        const socket = Socket.last;
+        assert.equal(push.state, "closed");
+        assert.equal(socket.closeCalls, 0);
+        socket.push("one");
+        assert.equal(socket.closeCalls, 0);
+        socket.echo();
+        assert.equal(socket.closeCalls, 1);
+        socket.echo("late");
+        clock.advance(10);
+        assert.equal(socket.closeCalls, 1);
+        assert.equal(clock.waiting, 0);
+    });
+
+    it("on its way holds the close frame back for a second at most", async () => {
+        const sent = push.send("one");
+        push.close();
+        await assert.rejects(sent, failsWith("lost"));
+        clock.advance(0.9);
+        assert.equal(Socket.last.closeCalls, 0);
+        clock.advance(0.1);
+        assert.equal(Socket.last.closeCalls, 1);
+        assert.equal(push.state, "closed");
+    });
+
+    it("is not sent again on the next connection", async () => {
+        const sent = push.send("one");
+        Socket.last.end();
+        await assert.rejects(sent, failsWith("lost"));
+        clock.advance(1);
+        Socket.last.accept();
+        assert.deepEqual(Socket.last.sent, []);
+        const next = push.send("two");
+        Socket.last.echo();
+        assert.equal(await next, "two");
+    });
+
+    it("whose echo stays away for ten seconds shows that the connection is lost", async () => {
+        const sent = push.send("one");
+        clock.advance(9.9);
+        assert.equal(push.state, "attached");
+        clock.advance(0.1);
+        assert.equal(push.state, "lost");
+        assert.equal(Socket.last.closeCalls, 1);
+        await assert.rejects(sent, failsWith("lost"));
+    });
+
+    it("has the ten seconds from its own sending", () => {
+        push.send("one");
+        push.send("two").catch(() => {});
+        clock.advance(8);
+        Socket.last.echo();
+        clock.advance(8);
+        assert.equal(push.state, "attached");
+        clock.advance(2);
+        assert.equal(push.state, "lost");
+    });
+
+    it("leaves no timer behind once it is echoed", () => {
+        push.send("one");
+        Socket.last.echo();
+        assert.equal(clock.waiting, 0);
+    });
+
+    it("may be sent by who hears an echo", async () => {
+        push.addEventListener("echo", ({ text }) => text === "ping" && push.send("pong"));
+        push.send("ping");
+        Socket.last.echo();
+        assert.deepEqual(Socket.last.sent, ["ping", "pong"]);
+    });
+});
