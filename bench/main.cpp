@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "bench/PlainSockets.h"
 #include "bench/Rows.h"
 
 /// Runs the rows with Google Benchmark's options. ORVU_LOG=none gives all of them but those of the library with its log,
@@ -12,6 +13,9 @@ int main(int argc, char** argv)
     const bool logging = !log || std::string_view(log) != "none";
     OrvuBench::addExchangeRows(logging);
     if (!logging) OrvuBench::addMessageRows();
+
+    // Memory costs more in a process with several threads, as every receiver is.
+    const OrvuBench::PlainServer anotherThread([](int, const char*) {});
 
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 64;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -20,25 +21,9 @@
 
 namespace {
 
-/// One row: what was done, with how many clients at once, and by which program.
-struct Row {
-    std::string subject;
-    int clients;
-    std::string program;
-
-    bool operator<(const Row& other) const
-    {
-        return std::tie(subject, clients, program) < std::tie(other.subject, other.clients, other.program);
-    }
-};
-
-/// What was measured of a row, in microseconds, one number a repetition.
-struct Samples {
-    std::vector<double> processor;
-    std::vector<double> wall;
-};
-
-using Rows = std::map<Row, Samples>;
+// In the order of the report.
+const std::vector<std::string> kSubjects = {"tiny exchange", "list exchange", "reading a list", "writing a list"};
+const std::vector<std::string> kPrograms = {"limit", "cJSON", "orvu", "orvu, logging"};
 
 /// Two programs to compare.
 struct Comparison {
@@ -48,13 +33,47 @@ struct Comparison {
     double toReach;  // the ratio of the processor times; 0 where none is set
 };
 
+// clang-format off
 constexpr Comparison kComparisons[] = {
-    {"tiny exchange", "orvu", "cJSON", 1.15},  {"tiny exchange", "orvu, logging", "cJSON", 0},
-    {"tiny exchange", "orvu", "limit", 0},     {"tiny exchange", "cJSON", "limit", 0},
-    {"list exchange", "orvu", "limit", 5.5},   {"list exchange", "orvu, logging", "limit", 0},
-    {"list exchange", "cJSON", "limit", 0},    {"reading a list", "orvu", "cJSON", 1.15},
-    {"writing a list", "orvu", "cJSON", 0.30},
+    {"tiny exchange",  "orvu",          "cJSON", 1.15},
+    {"tiny exchange",  "orvu, logging", "cJSON", 0},
+    {"tiny exchange",  "orvu",          "limit", 0},
+    {"tiny exchange",  "cJSON",         "limit", 0},
+    {"list exchange",  "orvu",          "limit", 5.5},
+    {"list exchange",  "orvu, logging", "limit", 0},
+    {"list exchange",  "cJSON",         "limit", 0},
+    {"reading a list", "orvu",          "cJSON", 1.15},
+    {"writing a list", "orvu",          "cJSON", 0.30},
 };
+// clang-format on
+
+/// One row: what was done, with how many clients at once (0 where there are none), and by which program.
+struct Row {
+    std::string subject;
+    int clients;
+    std::string program;
+};
+
+std::ptrdiff_t placeIn(const std::vector<std::string>& names, const std::string& name)
+{
+    return std::find(names.begin(), names.end(), name) - names.begin();
+}
+
+bool operator<(const Row& a, const Row& b)
+{
+    const auto key = [](const Row& row) {
+        return std::make_tuple(placeIn(kSubjects, row.subject), row.clients, placeIn(kPrograms, row.program));
+    };
+    return key(a) < key(b);
+}
+
+/// What was measured of a row, in microseconds, one number a repetition.
+struct Samples {
+    std::vector<double> processor;
+    std::vector<double> wall;
+};
+
+using Rows = std::map<Row, Samples>;
 
 double median(std::vector<double> values)
 {
@@ -76,12 +95,15 @@ double number(const cJSON* run, const char* key)
     return item->valuedouble;
 }
 
-/// From "subject/program/process_time/real_time/threads:4".
-Row rowNamed(const std::string& name, int clients)
+/// From "subject/program" or "subject/program/process_time/real_time/threads:4".
+Row rowNamed(const std::string& name)
 {
-    const std::size_t subject = name.find('/');
-    const std::size_t program = name.find('/', subject + 1);
-    return {name.substr(0, subject), clients, name.substr(subject + 1, program - subject - 1)};
+    const std::string kClients = "/threads:";
+    const std::size_t program = name.find('/') + 1;
+    const std::size_t clients = name.rfind(kClients);
+    return {name.substr(0, program - 1),
+            clients == std::string::npos ? 0 : std::atoi(name.c_str() + clients + kClients.size()),
+            name.substr(program, name.find('/', program) - program)};
 }
 
 void add(Rows& rows, const cJSON* run)
@@ -90,7 +112,7 @@ void add(Rows& rows, const cJSON* run)
     const std::string name = text(run, "run_name");
     if (cJSON_GetObjectItem(run, "error_occurred")) throw std::runtime_error(name + ": " + text(run, "error_message"));
     constexpr double kMicroseconds = 1e-3;  // in a nanosecond
-    Samples& samples = rows[rowNamed(name, static_cast<int>(number(run, "threads")))];
+    Samples& samples = rows[rowNamed(name)];
     samples.processor.push_back(number(run, "cpu_time") * kMicroseconds);
     samples.wall.push_back(number(run, "real_time") * kMicroseconds);
 }
@@ -108,6 +130,7 @@ void addFile(Rows& rows, const char* path)
 
 std::string titleOf(const Row& row)
 {
+    if (row.clients == 0) return row.subject;
     return row.subject + ", " + std::to_string(row.clients) + (row.clients == 1 ? " client" : " clients");
 }
 
@@ -115,17 +138,17 @@ std::string spread(const std::vector<double>& values)
 {
     const auto [least, most] = std::minmax_element(values.begin(), values.end());
     char line[80];
-    std::snprintf(line, sizeof line, "%8.1f (%.1f to %.1f)", median(values), *least, *most);
+    std::snprintf(line, sizeof line, "%7.1f (%.1f to %.1f)", median(values), *least, *most);
     return line;
 }
 
 void printRows(const Rows& rows)
 {
-    std::printf("Microseconds for one, median (least to most)\n\n%-28s%-16s%-32s%s\n", "", "", "   processor time",
-                "   wall time");
+    std::printf("Microseconds for one: the median (the least to the most), of so many samples\n\n");
+    std::printf("%-28s%-15s%-30s%-30s%s\n", "", "", "processor time", "wall time", "samples");
     for (const auto& [row, samples] : rows) {
-        std::printf("%-28s%-16s%-32s%s\n", titleOf(row).c_str(), row.program.c_str(), spread(samples.processor).c_str(),
-                    spread(samples.wall).c_str());
+        std::printf("%-28s%-15s%-30s%-30s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
+                    spread(samples.processor).c_str(), spread(samples.wall).c_str(), samples.wall.size());
     }
 }
 
@@ -133,32 +156,32 @@ void printRatio(const Comparison& wanted, const Row& row, const Samples& samples
 {
     const double processor = median(samples.processor) / median(beside.processor);
     const double wall = median(samples.wall) / median(beside.wall);
-    std::printf("%-28s%-26s%8.2f%8.2f", titleOf(row).c_str(), (row.program + " / " + wanted.beside).c_str(), processor,
+    std::printf("%-28s%-26s%9.2f%9.2f", titleOf(row).c_str(), (row.program + " / " + wanted.beside).c_str(), processor,
                 wall);
     if (wanted.toReach > 0)
-        std::printf("   %.2f  %s", wanted.toReach, processor <= wanted.toReach ? "reached" : "missed");
+        std::printf("   %.2f: %s", wanted.toReach, processor <= wanted.toReach ? "reached" : "missed");
     std::printf("\n");
 }
 
-/// Prints the comparison for every number of clients; how many those are.
-int compare(const Rows& rows, const Comparison& wanted)
+/// Prints the comparison for every number of clients; false without any.
+bool compare(const Rows& rows, const Comparison& wanted)
 {
-    int found = 0;
+    bool found = false;
     for (const auto& [row, samples] : rows) {
         if (row.subject != wanted.subject || row.program != wanted.program) continue;
         const auto beside = rows.find({row.subject, row.clients, wanted.beside});
         if (beside == rows.end()) continue;
         printRatio(wanted, row, samples, beside->second);
-        ++found;
+        found = true;
     }
     return found;
 }
 
 void printRatios(const Rows& rows)
 {
-    std::printf("\nRatios of the medians\n\n%-28s%-26s%8s%8s   to reach\n", "", "", "proc.", "wall");
+    std::printf("\nRatios of the medians\n\n%-54s%9s%9s   to reach, in processor time\n", "", "processor", "wall");
     for (const Comparison& wanted : kComparisons) {
-        if (compare(rows, wanted) == 0)
+        if (!compare(rows, wanted))
             throw std::runtime_error(std::string(wanted.subject) + ", " + wanted.program + ": no such rows");
     }
 }
