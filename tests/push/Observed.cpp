@@ -72,6 +72,12 @@ double processorTimeOf(const std::string& process)
     return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
+bool hasDescriptor(const std::string& process, int descriptor)
+{
+    char target[64];
+    return readlink(("/proc/" + process + "/fd/" + std::to_string(descriptor)).c_str(), target, sizeof target) > 0;
+}
+
 bool hasSignalsBlocked(const std::string& process, int thread)
 {
     const std::string blocked = statusOf(process, thread, "SigBlk:");

@@ -35,6 +35,9 @@ long waitsOf(const std::string& process, int thread);
 /// The processor time that a process has used, in seconds.
 double processorTimeOf(const std::string& process);
 
+/// Whether a process has this descriptor open.
+bool hasDescriptor(const std::string& process, int descriptor);
+
 /// Whether a thread has all signals blocked that can be.
 bool hasSignalsBlocked(const std::string& process, int thread);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <netinet/in.h>
 #include <ostream>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <tuple>
@@ -64,6 +65,12 @@ RawPeer connectedWithLittleRoom(int port)
     setsockopt(peer.fd(), SOL_SOCKET, SO_RCVBUF, &room, sizeof room);
     connectTo(port, peer);
     return peer;
+}
+
+bool hasBytes(const RawPeer& peer)
+{
+    pollfd wanted{peer.fd(), POLLIN, 0};
+    return poll(&wanted, 1, 0) > 0;
 }
 
 int otherEndOf(const RawPeer& peer)

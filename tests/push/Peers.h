@@ -19,6 +19,9 @@ void connectTo(int port, RawPeer& peer);
 /// Has room for a few kilobytes that it has not read: whoever sends it much more has to wait until it reads.
 RawPeer connectedWithLittleRoom(int port);
 
+/// Whether something can be read, the end of the stream included.
+bool hasBytes(const RawPeer& peer);
+
 /// The descriptor of this process at the other end of the connection; -1 without one.
 int otherEndOf(const RawPeer& peer);
 
