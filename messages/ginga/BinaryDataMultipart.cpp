@@ -38,7 +38,9 @@ void read(JsonReader& json, BinaryDataMultipart& message)
 {
     const auto newPart = [] { return std::make_unique<BinaryData>(DataTypeBinaryDataMultipart); };
     const auto keep = [&](std::unique_ptr<BinaryData> part) {
-        if (hasBytes(*part)) take(message.parts, part.release());
+        if (!hasBytes(*part)) return;
+        message.parts.push_back(part.get());
+        part.release();
     };
     json.optional("serviceContextId", message.serviceContextId);
     json.required("binaryDataMultipart", eachChild(newPart, keep));

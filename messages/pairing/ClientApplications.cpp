@@ -76,11 +76,12 @@ ENTRY_POINTS(ClientApplicationList, Formatted)
 ServiceBindTokens::ServiceBindTokens() : Serializable(DataTypeServiceBindTokens), service(new Service) {}
 
 ServiceBindTokens::ServiceBindTokens(const ServiceBindTokens& other)
-    : Serializable(other),
-      service(other.service ? other.service->clone() : nullptr),
-      bindTokens(other.bindTokens),
-      fullService(other.fullService)
-{}
+    : Serializable(other), bindTokens(other.bindTokens), fullService(other.fullService)
+{
+    if (!other.service) return;
+    service = other.service->clone();  // last: nobody would delete it if another field could not be copied
+    if (!service) throw std::bad_alloc();
+}
 
 ServiceBindTokens::~ServiceBindTokens()
 {

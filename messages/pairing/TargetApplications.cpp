@@ -118,6 +118,7 @@ TargetApp* TargetApp::clone()
         copy->priority = priority;
         copy->writeCanonicalName = writeCanonicalName;
         copy->writeRunningState = writeRunningState;
+        copy->filters.reserve(filters.size());  // else one could be lost for want of memory
         for (const TargetAppFilter* filter : filters) {
             if (filter) take(copy->filters, new TargetAppFilter(*filter));
         }
