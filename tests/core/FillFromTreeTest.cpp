@@ -1,60 +1,99 @@
+#include <algorithm>
+#include <cctype>
+#include <functional>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <typeinfo>
+#include <vector>
 
-#include "core/CatalogueTable.h"
 #include "core/RandomJson.h"
 #include "messages/core/Catalogue.h"
 #include "messages/core/Json.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
+#include "support/Samples.h"
 
 using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
 
-/// An object with keys that messages of all families know, and values of any kind.
-std::string anyMessage(RandomJson& random)
+/// What came of a read.
+std::string outcomeOf(const std::function<bool()>& read)
 {
-    static constexpr const char* kKeys[] = {
-        "HEADER",      "serviceList", "serviceName", "serviceId", "time",      "displayName",
-        "qrCodeData",  "pin",         "success",     "dispose",   "type",      "screen_items",
-        "contentList", "content",     "focused",     "checked",   "confirmed", "serviceContextId"};
-    const Tree object(cJSON_CreateObject());
-    for (unsigned left = random.below(12); left > 0; --left)
-        cJSON_AddItemToObject(object.get(), kKeys[random.below(std::size(kKeys))], random.tree(3).release());
-    return taken(cJSON_PrintUnformatted(object.get()));
+    try {
+        return read() ? "true" : "false";
+    } catch (const std::invalid_argument&) {
+        return "invalid argument";
+    } catch (const std::out_of_range&) {
+        return "out of range";
+    }
 }
 
-void expectTheSame(DataType type, const char* text)
+/// That two messages which hold the same read the same, one from the text and one from its tree.
+void expectTheSame(Serializable& byTree, Serializable& byText, const char* text)
 {
-    const std::unique_ptr<Serializable> byText(Serializable::factory(type));
-    const std::unique_ptr<Serializable> byTree(Serializable::factory(type));
     const JsonTree tree = parseJson(text);
-    EXPECT_EQ(fillFromTree(*byTree, tree.get(), text), byText->deserialize(text)) << text;
-    EXPECT_EQ(textOf(*byTree), textOf(*byText)) << text;
+    EXPECT_EQ(outcomeOf([&] { return fillFromTree(byTree, tree.get(), text); }),
+              outcomeOf([&] { return byText.deserialize(text); }))
+        << text;
+    EXPECT_EQ(textOf(byTree), textOf(byText)) << text;
+}
+
+/// The value with some of its parts dropped, doubled, replaced, or with keys in another letter case.
+Tree disturbed(RandomJson& random, const cJSON& value)
+{
+    if (random.once(20)) return random.tree(2);
+    if (!cJSON_IsArray(&value) && !cJSON_IsObject(&value)) return Tree(cJSON_Duplicate(&value, true));
+    Tree copy(cJSON_IsObject(&value) ? cJSON_CreateObject() : cJSON_CreateArray());
+    for (const cJSON* item = value.child; item; item = item->next) {
+        for (unsigned times = random.once(12) ? random.below(3) : 1; times > 0; --times) {
+            cJSON* const part = disturbed(random, *item).release();
+            if (!item->string) {
+                cJSON_AddItemToArray(copy.get(), part);
+                continue;
+            }
+            std::string key = item->string;
+            if (random.once(10)) std::transform(key.begin(), key.end(), key.begin(), ::toupper);
+            cJSON_AddItemToObject(copy.get(), key.c_str(), part);
+        }
+    }
+    return copy;
+}
+
+/// The messages that the factory makes, as samples.
+std::vector<const Sample*> receivedSamples()
+{
+    std::vector<const Sample*> received;
+    for (const Sample& sample : samples()) {
+        const std::unique_ptr<Serializable> made(Serializable::factory(sample.empty()->getDataType()));
+        if (made && typeid(*made) == typeid(*sample.empty())) received.push_back(&sample);
+    }
+    return received;
 }
 
 TEST(FillingFromATree, DoesWhatReadingTheTextDoes)
 {
     RandomJson random(1);
-    for (const CatalogueRow& row : kCatalogue) {
-        if (!row.makes) continue;
-        SCOPED_TRACE(row.wireName);
-        for (int i = 0; i < 100; ++i)
-            expectTheSame(row.type, anyMessage(random).c_str());
+    for (const Sample* sample : receivedSamples()) {
+        SCOPED_TRACE(sample->name);
+        const Tree tree = treeOf(textOf(*sample->filled()));
+        for (int i = 0; i < 100; ++i) {
+            const std::unique_ptr<Serializable> byTree = sample->filled();
+            const std::unique_ptr<Serializable> byText = sample->filled();
+            expectTheSame(*byTree, *byText, taken(cJSON_PrintUnformatted(disturbed(random, *tree).get())).c_str());
+        }
     }
 }
 
 TEST(FillingFromATree, DoesWhatReadingTheTextDoesForWhatIsNoObject)
 {
-    for (const CatalogueRow& row : kCatalogue) {
-        if (!row.makes) continue;
-        SCOPED_TRACE(row.wireName);
+    for (const Sample* sample : receivedSamples()) {
+        SCOPED_TRACE(sample->name);
         for (const char* text : {"{}", "[]", "5", "null", R"("text")", "", "{", "no JSON", R"({"time": "1"} and more)"})
-            expectTheSame(row.type, text);
+            expectTheSame(*sample->filled(), *sample->filled(), text);
     }
 }
 

@@ -127,6 +127,14 @@ TEST(AWrittenTree, HasNullForNumbersThatJsonDoesNotKnow)
     EXPECT_EQ(writtenTree(*array, PrintStyle::Compact), "[null,null]");
 }
 
+TEST(AWrittenTree, HasEmptyTextsWhereTheTreeHasNone)
+{
+    const Tree object(cJSON_CreateObject());
+    cJSON_AddItemToArray(object.get(), cJSON_CreateStringReference(nullptr));  // a member without a key
+    EXPECT_EQ(writtenTree(*object, PrintStyle::Compact), R"({"":""})");
+    expectAsCJson(object);
+}
+
 TEST(AWrittenTree, GrowsWithItsTexts)
 {
     const Tree array(cJSON_CreateArray());

@@ -6,11 +6,11 @@
 #include "core/TestMessages.h"
 #include "messages/core/Catalogue.h"
 #include "messages/core/Json.h"
-#include "orvu/PairingScreens.h"
-#include "orvu/Services.h"
+#include "orvu/Orvu.h"
 #include "support/Children.h"
 #include "support/FailingMemory.h"
 #include "support/Messages.h"
+#include "support/Samples.h"
 
 using namespace Orvu;
 
@@ -166,14 +166,27 @@ TEST(WithoutMemory, TheFactoryMakesNothing)
     }
 }
 
-TEST(WithoutMemory, ACloneIsNone)
+/// That a clone of a filled message is whole, or none.
+template <class Message>
+void expectCloneOrNone(Message& message)
 {
-    Service service;
-    service.serviceContextId = service.serviceName = kLong;
-    const int refusals =
-        withMemoryRefused([&] { return std::unique_ptr<Service>(service.clone()); },
-                          [](const auto& clone, bool refused) { EXPECT_EQ(clone == nullptr, refused); });
-    EXPECT_EQ(refusals, 3);  // the service and its two texts
+    const std::string whole = textOf(message);
+    const int refusals = withMemoryRefused([&] { return std::unique_ptr<Message>(message.clone()); },
+                                           [&](const auto& clone, bool refused) {
+                                               EXPECT_EQ(clone == nullptr, refused);
+                                               EXPECT_EQ(clone ? textOf(*clone) : whole, whole);
+                                           });
+    EXPECT_GT(refusals, 0);
+}
+
+TEST(WithoutMemory, ACloneIsWholeOrNone)
+{
+    for (const Sample& sample : samples()) {
+        const std::unique_ptr<Serializable> message = sample.filled();
+        if (auto* const service = dynamic_cast<Service*>(message.get())) expectCloneOrNone(*service);
+        if (auto* const tokens = dynamic_cast<ServiceBindTokens*>(message.get())) expectCloneOrNone(*tokens);
+        if (auto* const target = dynamic_cast<TargetApp*>(message.get())) expectCloneOrNone(*target);
+    }
 }
 
 TEST(WithoutMemory, AnAddedElementIsDeleted)
