@@ -267,12 +267,14 @@ TEST(ARunningServer, HasTheLongestBacklogThatTheSystemGives)
 TEST(ARunningServer, HasNoDescriptorThatAProgramItStartsWouldInherit)
 {
     std::vector<int> inherited;
-    const Receiver receiver([&](OrvuRestRequest* request) {
-        for (const int fd : openSockets())
-            if (fd > STDERR_FILENO && (fcntl(fd, F_GETFD) & FD_CLOEXEC) == 0) inherited.push_back(fd);
-        answerWithSuccess(request);
-    });
-    receiver.ask(kSuccess);
+    {
+        const Receiver receiver([&](OrvuRestRequest* request) {
+            for (const int fd : openSockets())
+                if (fd > STDERR_FILENO && (fcntl(fd, F_GETFD) & FD_CLOEXEC) == 0) inherited.push_back(fd);
+            answerWithSuccess(request);
+        });
+        receiver.ask(kSuccess);
+    }
     EXPECT_THAT(inherited, testing::IsEmpty());
 }
 

@@ -63,11 +63,13 @@ MATCHER_P(isNamed, name, "")
 TEST(AThreadOfTheLibrary, HasANameAndBlocksAllSignals)
 {
     std::vector<ThreadState> seen;
-    const Receiver receiver([&](OrvuRestRequest* request) {
-        seen = threads();
-        answerWithSuccess(request);
-    });
-    receiver.ask(kRequest);
+    {
+        const Receiver receiver([&](OrvuRestRequest* request) {
+            seen = threads();
+            answerWithSuccess(request);
+        });
+        receiver.ask(kRequest);
+    }
     EXPECT_THAT(seen, Contains(isNamed("orvu-accept")));
     EXPECT_THAT(seen, Contains(isNamed("orvu-worker")));
     for (const ThreadState& thread : seen)
@@ -138,7 +140,7 @@ TEST(AThreadOfTheLibrary, LeavesNoSignalBehindWhenItsPeerIsGone)
 
 struct ACallbackThatThrows : testing::Test {
     LogCapture log;
-    OrvuRestRequest* kept = nullptr;
+    std::atomic<OrvuRestRequest*> kept{nullptr};
 };
 
 TEST_F(ACallbackThatThrows, IsLoggedAndLeavesTheRequestToTheApplication)

@@ -1,4 +1,4 @@
-#include <cstdio>
+#include <atomic>
 #include <fcntl.h>
 #include <memory>
 #include <string>
@@ -67,7 +67,7 @@ int leaveMain()
 /// Started without a standard input: no descriptor may take its place, or it would count as none.
 int withoutInput(int port)
 {
-    bool isFree = false;
+    std::atomic<bool> isFree{false};
     const RegisteredHandler handler([&](OrvuRestRequest* request) {
         isFree = fcntl(STDIN_FILENO, F_GETFD) < 0;
         answerWithSuccess(request);
