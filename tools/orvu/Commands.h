@@ -18,6 +18,8 @@ struct Chosen {
 void addServe(CLI::App& app, Chosen& chosen);
 void addAsk(CLI::App& app, Chosen& chosen);
 void addSend(CLI::App& app, Chosen& chosen);
+void addPush(CLI::App& app, Chosen& chosen);
+void addWatch(CLI::App& app, Chosen& chosen);
 void addTypes(CLI::App& app, Chosen& chosen);
 void addCheck(CLI::App& app, Chosen& chosen);
 

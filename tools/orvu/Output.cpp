@@ -1,11 +1,14 @@
 #include "Output.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include "Ending.h"
 #include "ExitCode.h"
 
 namespace OrvuTool {
@@ -50,6 +53,30 @@ void Output::write(std::string_view text)
         if (!writeSome(text)) error_ = errno;
         if (error_ != 0 && error_ != EPIPE) complain(std::string("standard output: ") + std::strerror(error_));
     }
+}
+
+bool Output::hasFailed()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return error_ != 0;
+}
+
+/// Where there is room, PIPE_BUF bytes fit in. False when a signal came first.
+bool Output::waitForRoom(Ending& ending) const
+{
+    pollfd room{descriptor_, POLLOUT, 0};
+    if (descriptor_ < 0) return true;  // writing tells why there is none
+    return ending.waitFor({&room}) == Ending::Awaited::Ready || poll(&room, 1, 0) > 0;
+}
+
+bool Output::write(std::string_view text, Ending& ending)
+{
+    while (!text.empty() && !hasFailed()) {
+        if (!waitForRoom(ending)) return false;
+        write(text.substr(0, PIPE_BUF));
+        text.remove_prefix(std::min<std::size_t>(text.size(), PIPE_BUF));
+    }
+    return !hasFailed();
 }
 
 int Output::result(int code)

@@ -6,6 +6,8 @@
 
 namespace OrvuTool {
 
+class Ending;
+
 /// Standard output, kept for what the tool itself says.
 ///
 /// Some of the library's messages print lines of their own; from construction on descriptor 1 leads nowhere, and only
@@ -21,10 +23,19 @@ public:
     /// and ends all writing. Any thread.
     void write(std::string_view text);
 
+    /// The same, but once a signal came only what the reader takes at once: one that does not read holds nobody up. False
+    /// when not all was written.
+    bool write(std::string_view text, Ending& ending);
+
+    /// The descriptor of the standard output, to wait for what happens there; below 0 without one.
+    int descriptor() const { return descriptor_; }
+
     /// The exit code of the process: `code`, or ExitNoOutput when something could not be written.
     int result(int code);
 
 private:
+    bool hasFailed();
+    bool waitForRoom(Ending& ending) const;
     bool writeSome(std::string_view& text);
 
     std::mutex mutex_;

@@ -1,5 +1,4 @@
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <memory>
@@ -7,6 +6,7 @@
 
 #include "Answers.h"
 #include "Commands.h"
+#include "Ending.h"
 #include "ExitCode.h"
 #include "Output.h"
 #include "orvu/OrvuRestInterface.h"
@@ -68,24 +68,6 @@ void* answerRequest(OrvuRestRequest* received)
     return nullptr;
 }
 
-sigset_t endingSignals()
-{
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    struct sigaction hangUp {};
-    sigaction(SIGHUP, nullptr, &hangUp);
-    if (hangUp.sa_handler != SIG_IGN) sigaddset(&signals, SIGHUP);  // ignored under nohup: so it stays
-    return signals;
-}
-
-void waitForTheEnd(const sigset_t& signals)
-{
-    int signal = 0;
-    sigwait(&signals, &signal);
-}
-
 int serve(const ServeOptions& options, Output& output)
 {
     receiver = new Receiver{Answers(options.folder), output};
@@ -94,8 +76,7 @@ int serve(const ServeOptions& options, Output& output)
         complain(options.folder + ": " + fault);
         return ExitNoInput;
     }
-    const sigset_t signals = endingSignals();
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // from now on they wait for waitForTheEnd()
+    Ending ending;
     OrvuRestInterface& library = *OrvuRestInterface::getInstance();
     library.registerRequestCallback(answerRequest);
     if (!library.startListenRequests(options.port)) {
@@ -103,7 +84,7 @@ int serve(const ServeOptions& options, Output& output)
         return ExitNoPort;
     }
     output.write("listening on port " + std::to_string(options.port) + ", answers from " + options.folder + "\n");
-    waitForTheEnd(signals);
+    ending.wait();
     OrvuRestInterface::destroyInstance();
     return ExitOk;
 }

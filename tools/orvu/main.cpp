@@ -29,6 +29,8 @@ void declare(CLI::App& app, Chosen& chosen)
     OrvuTool::addServe(app, chosen);
     OrvuTool::addAsk(app, chosen);
     OrvuTool::addSend(app, chosen);
+    OrvuTool::addPush(app, chosen);
+    OrvuTool::addWatch(app, chosen);
     OrvuTool::addTypes(app, chosen);
     OrvuTool::addCheck(app, chosen);
 }
@@ -50,7 +52,9 @@ int main(int argc, char** argv)
 {
     std::signal(SIGPIPE, SIG_IGN);
     static Output output;
-    CLI::App app("Talks the JSON messages of a digital-TV receiver: asks a request server, or is one.");
+    CLI::App app(
+        "Talks the JSON messages of a digital-TV receiver: asks a request server, or is one; pushes to listeners, or "
+        "is one.");
     Chosen chosen;
     declare(app, chosen);
     try {
