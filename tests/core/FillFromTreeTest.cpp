@@ -5,11 +5,11 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <typeinfo>
 #include <vector>
 
 #include "core/RandomJson.h"
 #include "messages/core/Catalogue.h"
+#include "messages/core/Exact.h"
 #include "messages/core/Json.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
@@ -32,14 +32,16 @@ std::string outcomeOf(const std::function<bool()>& read)
     }
 }
 
-/// That two messages which hold the same read the same, one from the text and one from its tree.
-void expectTheSame(Serializable& byTree, Serializable& byText, const char* text)
+/// That a message reads the same from a text and from its tree.
+void expectTheSame(const Sample& sample, const char* text)
 {
+    const std::unique_ptr<Serializable> byTree = sample.empty();
+    const std::unique_ptr<Serializable> byText = sample.empty();
     const JsonTree tree = parseJson(text);
-    EXPECT_EQ(outcomeOf([&] { return fillFromTree(byTree, tree.get(), text); }),
-              outcomeOf([&] { return byText.deserialize(text); }))
+    EXPECT_EQ(outcomeOf([&] { return fillFromTree(*byTree, tree.get(), text); }),
+              outcomeOf([&] { return byText->deserialize(text); }))
         << text;
-    EXPECT_EQ(textOf(byTree), textOf(byText)) << text;
+    EXPECT_EQ(withoutBornTimes(textOf(*byTree)), withoutBornTimes(textOf(*byText))) << text;
 }
 
 /// The value with some of its parts dropped, doubled, replaced, or with keys in another letter case.
@@ -68,8 +70,9 @@ std::vector<const Sample*> receivedSamples()
 {
     std::vector<const Sample*> received;
     for (const Sample& sample : samples()) {
-        const std::unique_ptr<Serializable> made(Serializable::factory(sample.empty()->getDataType()));
-        if (made && typeid(*made) == typeid(*sample.empty())) received.push_back(&sample);
+        const std::unique_ptr<Serializable> own = sample.empty();
+        const std::unique_ptr<Serializable> made(Serializable::factory(own->getDataType()));
+        if (made && *typeOf(*made) == *typeOf(*own)) received.push_back(&sample);
     }
     return received;
 }
@@ -80,11 +83,8 @@ TEST(FillingFromATree, DoesWhatReadingTheTextDoes)
     for (const Sample* sample : receivedSamples()) {
         SCOPED_TRACE(sample->name);
         const Tree tree = treeOf(textOf(*sample->filled()));
-        for (int i = 0; i < 100; ++i) {
-            const std::unique_ptr<Serializable> byTree = sample->filled();
-            const std::unique_ptr<Serializable> byText = sample->filled();
-            expectTheSame(*byTree, *byText, taken(cJSON_PrintUnformatted(disturbed(random, *tree).get())).c_str());
-        }
+        for (int i = 0; i < 100; ++i)
+            expectTheSame(*sample, taken(cJSON_PrintUnformatted(disturbed(random, *tree).get())).c_str());
     }
 }
 
@@ -93,7 +93,7 @@ TEST(FillingFromATree, DoesWhatReadingTheTextDoesForWhatIsNoObject)
     for (const Sample* sample : receivedSamples()) {
         SCOPED_TRACE(sample->name);
         for (const char* text : {"{}", "[]", "5", "null", R"("text")", "", "{", "no JSON", R"({"time": "1"} and more)"})
-            expectTheSame(*sample->filled(), *sample->filled(), text);
+            expectTheSame(*sample, text);
     }
 }
 

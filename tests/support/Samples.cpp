@@ -1,5 +1,7 @@
 #include "support/Samples.h"
 
+#include <regex>
+
 #include "support/Messages.h"
 #include "support/SampleFields.h"
 
@@ -157,6 +159,12 @@ const std::vector<SecondText>& secondTexts()
         second("persistProperty-properties", &PersistProperty::serializeProperties),
     };
     return kTexts;
+}
+
+std::string withoutBornTimes(const std::string& text)
+{
+    static const std::regex kTime("(\"bornTime\":\\s*)-?[0-9]+");
+    return std::regex_replace(text, kTime, "$010");
 }
 
 }  // namespace OrvuTests

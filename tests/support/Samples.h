@@ -27,4 +27,7 @@ struct SecondText {
 };
 const std::vector<SecondText>& secondTexts();
 
+/// The text with 0 for the times at which client applications were made: those of new ones are the clock's.
+std::string withoutBornTimes(const std::string& text);
+
 }  // namespace OrvuTests
