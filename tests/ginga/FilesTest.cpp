@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+#include <type_traits>
+
+#include "orvu/Files.h"
+#include "support/Children.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+namespace OrvuTests {
+namespace {
+
+TEST(AFile, IsMadeInThreeWays)
+{
+    const File empty;
+    EXPECT_EQ(empty.name + empty.mimeType + empty.payload + empty.path, "");
+    EXPECT_EQ(empty.size, 0);
+    const File listed("a.ncl", 7);
+    EXPECT_EQ(listed.name, "a.ncl");
+    EXPECT_EQ(listed.size, 7);
+    EXPECT_EQ(listed.payload, "");
+    const File carried(std::string("text/css"), std::string("body {}"));
+    EXPECT_EQ(carried.mimeType, "text/css");
+    EXPECT_EQ(carried.payload, "body {}");
+    EXPECT_EQ(carried.name, "");
+    EXPECT_EQ(carried.size, 0);
+}
+
+TEST(AFile, WritesItsPathOnlyWhenItHasOne)
+{
+    File file("a.ncl", 7);
+    file.mimeType = "m";
+    file.payload = "p";
+    EXPECT_EQ(textOf(file),
+              "{\n\t\"HEADER\":\t\"file\",\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t7,\n\t\"mimeType\":\t\"m\",\n"
+              "\t\"payload\":\t\"p\"\n}");
+    file.serializeHeader(false);
+    file.path = "/";
+    EXPECT_EQ(textOf(file),
+              "{\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t7,\n\t\"mimeType\":\t\"m\",\n\t\"payload\":\t\"p\",\n"
+              "\t\"path\":\t\"/\"\n}");
+}
+
+TEST(AFile, AnswersWithNameAndSize)
+{
+    File file("a.ncl", -7);
+    file.payload = "p";
+    EXPECT_EQ(taken(file.serializeResponse()), "{\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t-7\n}");
+}
+
+TEST(ADirectory, WritesItsName)
+{
+    Directory empty;
+    EXPECT_EQ(empty.getDataType(), 53u);
+    EXPECT_EQ(textOf(empty), "{\n\t\"HEADER\":\t\"directory\",\n\t\"name\":\t\"\"\n}");
+    Directory directory("media");
+    directory.serializeHeader(false);
+    EXPECT_EQ(textOf(directory), "{\n\t\"name\":\t\"media\"\n}");
+}
+
+TEST(AGingaFileList, WritesAllItsKeysAlways)
+{
+    GingaFileList list;
+    list.serializeHeader(false);
+    EXPECT_EQ(textOf(list),
+              "{\n\t\"HEADER\":\t\"gingaFileList\",\n\t\"appid\":\t\"\",\n\t\"path\":\t\"\",\n\t\"files\":\t[],\n"
+              "\t\"dirs\":\t[]\n}");
+}
+
+TEST(ADsmccFileList, WritesWhatIsGiven)
+{
+    DsmccFileList list;
+    list.componentTag = 0;
+    list.carouselId = -1;
+    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"dsmccFileList\",\n\t\"files\":\t[],\n\t\"dirs\":\t[]\n}");
+    list.componentTag = 1;
+    list.carouselId = 2;
+    list.path = "/";
+    EXPECT_EQ(
+        textOf(list),
+        "{\n\t\"HEADER\":\t\"dsmccFileList\",\n\t\"componentTag\":\t1,\n\t\"carouselId\":\t2,\n\t\"path\":\t\"/\",\n"
+        "\t\"files\":\t[],\n\t\"dirs\":\t[]\n}");
+}
+
+/// What both lists of files do.
+template <class List>
+class AFileList : public testing::Test {};
+using FileLists = testing::Types<GingaFileList, DsmccFileList>;
+TYPED_TEST_SUITE(AFileList, FileLists);
+
+TYPED_TEST(AFileList, NeedsFilesAndDirectories)
+{
+    TypeParam list;
+    EXPECT_FALSE(list.deserialize(R"({"path": "/", "dirs": []})"));
+    EXPECT_EQ(list.path, "/");
+    EXPECT_FALSE(list.deserialize(R"({"files": [{"name": "a"}]})"));
+    ASSERT_EQ(list.files.size(), 1u);  // stays, though the directories are missing
+    EXPECT_TRUE(list.deserialize(R"({"files": [], "dirs": [{"name": "d"}]})"));
+    ASSERT_EQ(list.dirs.size(), 1u);
+    EXPECT_EQ(list.dirs[0]->name, "d");
+}
+
+TYPED_TEST(AFileList, AnswersAListingWithoutContents)
+{
+    TypeParam list;
+    list.path = "/";
+    EXPECT_EQ(taken(list.serializeResponse(false)), "{\n\t\"files\":\t[]\n}");
+    list.addFile(new File("a", 1));
+    list.files.push_back(nullptr);
+    list.addFile(new Silent<File>);  // its response is no virtual matter
+    EXPECT_EQ(taken(list.serializeResponse(false)),
+              "{\n\t\"files\":\t[{\n\t\t\t\"name\":\t\"a\",\n\t\t\t\"size\":\t1\n\t\t}, {\n\t\t\t\"name\":\t\"\",\n"
+              "\t\t\t\"size\":\t0\n\t\t}]\n}");
+    list.addDir(new Directory("d"));
+    EXPECT_EQ(taken(list.serializeResponse(false)),
+              "{\n\t\"files\":\t[{\n\t\t\t\"name\":\t\"a\",\n\t\t\t\"size\":\t1\n\t\t}, {\n\t\t\t\"name\":\t\"\",\n"
+              "\t\t\t\"size\":\t0\n\t\t}],\n\t\"dirs\":\t[{\n\t\t\t\"name\":\t\"d\"\n\t\t}]\n}");
+}
+
+TYPED_TEST(AFileList, AnswersWithThePayloadOfItsFirstFileAsItIs)
+{
+    TypeParam list;
+    EXPECT_EQ(list.serializeResponse(true), nullptr);
+    list.addFile(new File(std::string("text/plain"), std::string("say \"x\"\n")));
+    list.addFile(new File(std::string("text/plain"), std::string("second")));
+    EXPECT_EQ(taken(list.serializeResponse(true)), "say \"x\"\n");
+}
+
+TYPED_TEST(AFileList, HasNoPayloadInAFileThatIsNull)
+{
+    TypeParam list;
+    list.files.push_back(nullptr);
+    EXPECT_EQ(list.serializeResponse(true), nullptr);
+}
+
+TYPED_TEST(AFileList, CannotBeCopied)
+{
+    EXPECT_FALSE(std::is_copy_constructible_v<TypeParam>);
+    EXPECT_FALSE(std::is_copy_assignable_v<TypeParam>);
+}
+
+}  // namespace
+}  // namespace OrvuTests

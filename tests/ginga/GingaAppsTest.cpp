@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+#include <type_traits>
+
+#include "orvu/GingaApps.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+namespace OrvuTests {
+namespace {
+
+TEST(AGingaApp, StartsWithoutAnything)
+{
+    RestGingaApp app;
+    EXPECT_EQ(app.getDataType(), 35u);
+    EXPECT_EQ(app.type, GingaAppTypeUnknown);
+    EXPECT_EQ(app.controlCode, GingaControlCodeUnknown);
+    EXPECT_EQ(app.state, GingaStateUnknown);
+    EXPECT_EQ(textOf(app),
+              "{\n\t\"HEADER\":\t\"gingaApp\",\n\t\"appid\":\t\"\",\n\t\"name\":\t\"\",\n\t\"type\":\t\"unknown\",\n"
+              "\t\"controlCode\":\t\"unknown\",\n\t\"state\":\t\"unknown\",\n\t\"entryPoint\":\t\"\"\n}");
+}
+
+TEST(AGingaApp, WritesItsKeysInTheAgreedOrder)
+{
+    RestGingaApp app;
+    app.serviceContextId = "1.2.01";
+    app.appid = "0.1.1";
+    app.name = "Enquete";
+    app.type = GingaAppTypeGingaHTML5;
+    app.controlCode = GingaControlCodeStoredAutostart;
+    app.state = GingaStateUnloaded;
+    app.entryPoint = "index.html";
+    app.serializeHeader(false);
+    EXPECT_EQ(textOf(app),
+              "{\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"appid\":\t\"0.1.1\",\n\t\"name\":\t\"Enquete\",\n"
+              "\t\"type\":\t\"Ginga-HTML5\",\n\t\"controlCode\":\t\"STORED_AUTOSTART\",\n\t\"state\":\t\"unloaded\",\n"
+              "\t\"entryPoint\":\t\"index.html\"\n}");
+}
+
+TEST(AGingaApp, WritesValuesBeyondItsWordsAsEmptyTexts)
+{
+    RestGingaApp app;
+    app.type = static_cast<GingaAppType>(7);
+    app.controlCode = static_cast<GingaControlCode>(8);
+    app.state = static_cast<GingaState>(-1);
+    const std::string text = textOf(app);
+    EXPECT_NE(text.find("\"type\":\t\"\""), std::string::npos);
+    EXPECT_NE(text.find("\"controlCode\":\t\"\""), std::string::npos);
+    EXPECT_NE(text.find("\"state\":\t\"\""), std::string::npos);
+}
+
+TEST(AGingaAppList, WritesItsHeaderWhateverTheFlagSays)
+{
+    GingaAppList list;
+    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"gingaAppList\",\n\t\"apps\":\t[]\n}");
+    list.serializeHeader(false);
+    list.serviceContextId = "1.2.01";
+    EXPECT_EQ(textOf(list),
+              "{\n\t\"HEADER\":\t\"gingaAppList\",\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"apps\":\t[]\n}");
+}
+
+TEST(AGingaAppList, KeepsItsServiceWhenItsAppsAreMissing)
+{
+    GingaAppList list;
+    EXPECT_FALSE(list.deserialize(R"({"serviceContextId": "1.2.01"})"));
+    EXPECT_EQ(list.serviceContextId, "1.2.01");
+}
+
+TEST(AGingaAppList, CannotBeCopied)
+{
+    EXPECT_FALSE(std::is_copy_constructible_v<GingaAppList>);
+    EXPECT_FALSE(std::is_copy_assignable_v<GingaAppList>);
+}
+
+TEST(AGingaAppAction, WritesItsActionAsAWord)
+{
+    GingaAppAction action;
+    EXPECT_EQ(action.getDataType(), 37u);
+    EXPECT_EQ(textOf(action),
+              "{\n\t\"HEADER\":\t\"gingaAppAction\",\n\t\"appid\":\t\"\",\n\t\"action\":\t\"unknown\"\n}");
+    action.appid = "0.1.1";
+    action.action = StatusTypeStart;
+    action.serializeHeader(false);
+    EXPECT_EQ(textOf(action), "{\n\t\"appid\":\t\"0.1.1\",\n\t\"action\":\t\"start\"\n}");
+}
+
+TEST(AGingaAppAction, AcceptsStartAndStopOnly)
+{
+    for (int value = -1; value <= 26; ++value) {
+        GingaAppAction action;
+        action.action = static_cast<StatusType>(value);
+        unsigned char code = 77;
+        const bool accepted = value == StatusTypeStart || value == StatusTypeStop;
+        EXPECT_EQ(action.checkArguments(code), accepted) << value;
+        EXPECT_EQ(code, accepted ? 77 : 3) << value;
+    }
+}
+
+struct Refusal {
+    const char* text;
+    int code;
+};
+
+TEST(AGingaAppAction, TellsWhyItCannotBeRead)
+{
+    for (const Refusal& refusal : {Refusal{nullptr, 1}, Refusal{"", 1}, Refusal{"{", 1}, Refusal{"no JSON", 1},
+                                   Refusal{"{}", 2}, Refusal{"5", 2}, Refusal{"[]", 2}, Refusal{R"({"action": 3})", 2},
+                                   Refusal{R"({"action": null})", 2}, Refusal{R"({"action": ["start"]})", 2},
+                                   Refusal{R"({"action": "pause"})", 3}, Refusal{R"({"action": "Start"})", 3},
+                                   Refusal{R"({"action": ""})", 3}, Refusal{R"({"action": "requesting"})", 3}}) {
+        GingaAppAction action;
+        unsigned char code = 77;
+        EXPECT_FALSE(action.deserialize(refusal.text, code)) << refusal.text;
+        EXPECT_EQ(code, refusal.code) << refusal.text;
+        EXPECT_FALSE(action.deserialize(refusal.text)) << refusal.text;
+    }
+}
+
+TEST(AGingaAppAction, LeavesTheCodeAloneWhenItIsRead)
+{
+    GingaAppAction action;
+    unsigned char code = 77;
+    EXPECT_TRUE(action.deserialize(R"({"HEADER": "other", "APPID": "a", "Action": "stop"} more)", code));
+    EXPECT_EQ(code, 77);
+    EXPECT_EQ(action.appid, "a");
+    EXPECT_EQ(action.action, StatusTypeStop);
+    EXPECT_TRUE(action.deserialize(R"({"appid": 5, "action": "start", "action": "stop"})"));
+    EXPECT_EQ(action.appid, "a");
+    EXPECT_EQ(action.action, StatusTypeStart);
+}
+
+TEST(AGingaAppAction, KeepsWhatItReadBeforeItFailed)
+{
+    GingaAppAction action;
+    EXPECT_FALSE(action.deserialize(R"({"appid": "a", "action": "pause"})"));
+    EXPECT_EQ(action.appid, "a");
+    EXPECT_EQ(action.action, StatusTypePause);
+    EXPECT_FALSE(action.deserialize(R"({"appid": "b", "action": "nonsense"})"));
+    EXPECT_EQ(action.action, StatusTypeUnknown);
+    EXPECT_FALSE(action.deserialize(R"({"appid": "c"})"));
+    EXPECT_EQ(action.appid, "c");
+}
+
+}  // namespace
+}  // namespace OrvuTests

@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+
+#include "orvu/Ncl.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+namespace OrvuTests {
+namespace {
+
+std::string withoutHeader(GingaEditCommand& command)
+{
+    command.serializeHeader(false);
+    return textOf(command);
+}
+
+TEST(AGingaEditCommand, WritesNothingThatIsEmpty)
+{
+    GingaEditCommand command;
+    EXPECT_EQ(command.getDataType(), 64u);
+    EXPECT_EQ(textOf(command), "{\n\t\"HEADER\":\t\"gingaEditCommand\"\n}");
+    EXPECT_EQ(withoutHeader(command), "{\n}");
+}
+
+TEST(AGingaEditCommand, WritesItsKeysInTheAgreedOrder)
+{
+    GingaEditCommand command;
+    command.appid = "a";
+    command.documentId = "d";
+    command.command = EditCommandAddNode;
+    command.elementId = "e";
+    command.parentId = "p";
+    command.xml = "<media/>";
+    command.nodeId = "n";
+    command.propertyId = "q";
+    command.value = "v";
+    EXPECT_EQ(
+        textOf(command),
+        "{\n\t\"HEADER\":\t\"gingaEditCommand\",\n\t\"appid\":\t\"a\",\n\t\"documentId\":\t\"d\",\n"
+        "\t\"command\":\t\"addNode\",\n\t\"parentId\":\t\"p\",\n\t\"elementId\":\t\"e\",\n\t\"xml\":\t\"<media/>\",\n"
+        "\t\"nodeId\":\t\"n\",\n\t\"propertyId\":\t\"q\",\n\t\"value\":\t\"v\"\n}");
+}
+
+TEST(AGingaEditCommand, WritesAWordBeyondItsVocabularyAsAnEmptyText)
+{
+    GingaEditCommand command;
+    command.command = static_cast<EditCommand>(38);
+    EXPECT_EQ(withoutHeader(command), "{\n\t\"command\":\t\"\"\n}");
+}
+
+TEST(AGingaEditCommand, WritesTheAttributesOfAnElementWithoutAnId)
+{
+    GingaEditCommand command;
+    command.fontFamily = "Tiresias";
+    EXPECT_EQ(withoutHeader(command), "{\n\t\"elementId\":\t{\n\t\t\"fontFamily\":\t\"Tiresias\"\n\t}\n}");
+    command.alias = "a";
+    command.documentURI = "u";
+    command.fontStyle = "s";
+    command.fontWeight = "w";
+    EXPECT_EQ(withoutHeader(command),
+              "{\n\t\"elementId\":\t{\n\t\t\"alias\":\t\"a\",\n\t\t\"documentURI\":\t\"u\",\n"
+              "\t\t\"fontFamily\":\t\"Tiresias\",\n\t\t\"fontStyle\":\t\"s\",\n\t\t\"fontWeight\":\t\"w\"\n\t}\n}");
+}
+
+TEST(AGingaEditCommand, DropsTheAttributesOfAnElementWithAnId)
+{
+    GingaEditCommand command;
+    command.elementId = "e";
+    command.fontFamily = "Tiresias";
+    EXPECT_EQ(withoutHeader(command), "{\n\t\"elementId\":\t\"e\"\n}");
+}
+
+TEST(AGingaEditCommand, ReadsTheAttributesOfAnElement)
+{
+    GingaEditCommand command;
+    command.elementId = "kept";
+    command.fontStyle = "kept";
+    EXPECT_TRUE(command.deserialize(R"({"ELEMENTID": {"alias": "a", "documentURI": "u", "fontFamily": "f",
+                                        "fontStyle": 5, "FONTWEIGHT": "w", "fontWeight": "x"}, "xml": "<a/>"})"));
+    EXPECT_EQ(command.elementId, "kept");
+    EXPECT_EQ(command.alias, "a");
+    EXPECT_EQ(command.documentURI, "u");
+    EXPECT_EQ(command.fontFamily, "f");
+    EXPECT_EQ(command.fontStyle, "kept");
+    EXPECT_EQ(command.fontWeight, "w");
+    EXPECT_EQ(command.xml, "<a/>");
+}
+
+TEST(AGingaEditCommand, ReadsNoAttributesBesideAnId)
+{
+    GingaEditCommand command;
+    EXPECT_TRUE(command.deserialize(R"({"elementId": "e", "elementId": {"alias": "a"}})"));
+    EXPECT_EQ(command.elementId, "e");
+    EXPECT_EQ(command.alias, "");
+    for (const char* value : {"null", "5", "true", "[]", R"(["alias"])"}) {
+        EXPECT_TRUE(command.deserialize((std::string(R"({"elementId": )") + value + "}").c_str())) << value;
+        EXPECT_EQ(command.elementId, "e") << value;
+        EXPECT_EQ(command.alias, "") << value;
+    }
+}
+
+TEST(AGingaEditCommand, KnowsItsWordsByTheirExactSpelling)
+{
+    GingaEditCommand command;
+    EXPECT_TRUE(command.deserialize(R"({"command": "removeFont"})"));
+    EXPECT_EQ(command.command, 23);
+    EXPECT_TRUE(command.deserialize(R"({"command": "RemoveFont"})"));
+    EXPECT_EQ(command.command, 0);
+}
+
+}  // namespace
+}  // namespace OrvuTests
