@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <poll.h>
 #include <sys/socket.h>
 
@@ -50,19 +52,31 @@ std::optional<std::uint32_t> FrameReader::readLength()
     return length;
 }
 
-std::string FrameReader::readText(std::size_t size)
+FrameText FrameReader::readText(std::size_t size)
 {
-    std::size_t have = std::min(filled_ - kLengthSize, size);
-    std::string text(early_ + kLengthSize, have);
-    while (have < size) {
-        // One byte more than the text: a peer's NUL left unread would make closing reset the connection.
-        if (have == text.size()) text.resize(std::min(size + 1, std::max(2 * have, kFirstStep)));
-        const ssize_t got = source_.read(&text[have], text.size() - have);
+    FrameText text;
+    text.size_ = std::min(filled_ - kLengthSize, size);
+    text.reserve(text.size_);
+    std::memcpy(text.bytes_.get(), early_ + kLengthSize, text.size_);
+    while (text.size_ < size) {
+        if (text.size_ >= text.reserved_) text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)));
+        // The place of the NUL as well: if a peer's own follows, left unread it would make closing reset the connection.
+        const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + 1);
         if (got <= 0) break;
-        have += static_cast<std::size_t>(got);
+        text.size_ += static_cast<std::size_t>(got);
     }
-    text.resize(std::min(have, size));
+    text.size_ = std::min(text.size_, size);
+    text.bytes_.get()[text.size_] = '\0';
     return text;
+}
+
+void FrameText::reserve(std::size_t size)
+{
+    char* const bytes = static_cast<char*>(std::realloc(bytes_.get(), size + 1));
+    if (!bytes) throw std::bad_alloc();
+    static_cast<void>(bytes_.release());  // it was the old place
+    bytes_.reset(bytes);
+    reserved_ = size;
 }
 
 bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience)

@@ -2,10 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
-#include <string>
 #include <sys/types.h>
 
+#include "messages/core/Json.h"
 #include "transport/Socket.h"
 
 namespace Orvu {
@@ -44,6 +45,24 @@ private:
     const int flags_;
 };
 
+/// The text of a frame, with a NUL behind it. Grows without being cleared or, as far as the system can, copied.
+class FrameText {
+public:
+    const char* c_str() const { return bytes_ ? bytes_.get() : ""; }
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+
+private:
+    friend class FrameReader;
+
+    /// Makes room for `size` bytes and the NUL. Throws std::bad_alloc.
+    void reserve(std::size_t size);
+
+    std::unique_ptr<char, FreeText> bytes_;
+    std::size_t size_ = 0;
+    std::size_t reserved_ = 0;
+};
+
 /// Reads one frame: first the length, then the text.
 class FrameReader {
 public:
@@ -54,7 +73,7 @@ public:
 
     /// The text of `size` bytes; less when the source ends before. Memory follows what arrives, not what was announced.
     /// Throws std::bad_alloc.
-    std::string readText(std::size_t size);
+    FrameText readText(std::size_t size);
 
 private:
     ByteSource& source_;

@@ -83,7 +83,7 @@ bool connectTo(int fd, const in_addr& host, int port, int timeoutSeconds)
 }
 
 /// The text of the answer; none when it does not come whole.
-std::optional<std::string> readResponse(int fd, int timeoutSeconds)
+std::optional<FrameText> readResponse(int fd, int timeoutSeconds)
 {
     SocketSource source(fd, Seconds(timeoutSeconds));
     FrameReader frame(source);
@@ -97,7 +97,7 @@ std::optional<std::string> readResponse(int fd, int timeoutSeconds)
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
         return std::nullopt;
     }
-    std::string text = frame.readText(size);
+    FrameText text = frame.readText(size);
     if (text.empty()) {
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR response data is empty!");
     } else if (text.size() < size) {
@@ -108,7 +108,7 @@ std::optional<std::string> readResponse(int fd, int timeoutSeconds)
     return std::nullopt;
 }
 
-Serializable* answerIn(const std::string& text)
+Serializable* answerIn(const FrameText& text)
 {
     const JsonTree tree = parseJson(text.c_str());
     std::unique_ptr<Serializable> answer(Serializable::factory(headerTypes(tree.get()).mapped));
@@ -243,7 +243,7 @@ Serializable* RequestClient::exchange(Serializable* request, int timeoutSeconds)
         return make<EmptyData>();
     }
     text.reset();
-    const std::optional<std::string> response = readResponse(connection.fd(), timeoutSeconds);
+    const std::optional<FrameText> response = readResponse(connection.fd(), timeoutSeconds);
     connection.close();
     return response ? answerIn(*response) : make<EmptyData>();
 }

@@ -5,7 +5,6 @@
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"
-#include "transport/Frame.h"
 #include "transport/MessageCalls.h"
 #include "transport/RequestCallback.h"
 
@@ -43,7 +42,7 @@ void RequestWorker::run()
 
 void RequestWorker::serve()
 {
-    std::optional<std::string> text = readRequest();
+    std::optional<FrameText> text = readRequest();
     if (!text) return;
     if (text->empty()) {
         OrvuRestInterface::log("OrvuRestServerSocket::workerThread: Server received empty request data");
@@ -56,7 +55,7 @@ void RequestWorker::serve()
 }
 
 /// The text, which may be empty; none when the connection is to be closed without a word.
-std::optional<std::string> RequestWorker::readRequest()
+std::optional<FrameText> RequestWorker::readRequest()
 {
     SocketSource source(connection_.fd(), kPatience, after(kInAll));
     FrameReader frame(source);
@@ -79,7 +78,7 @@ std::optional<std::string> RequestWorker::readRequest()
 }
 
 /// The message that `text` holds; null when there is none for the application. A text that its class cannot read is answered.
-std::unique_ptr<Serializable> RequestWorker::messageOf(const std::string& text)
+std::unique_ptr<Serializable> RequestWorker::messageOf(const FrameText& text)
 {
     const JsonTree tree = parseJson(text.c_str());
     std::unique_ptr<Serializable> message(Serializable::factory(requestedType(tree.get())));

@@ -2,8 +2,8 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 
+#include "transport/Frame.h"
 #include "transport/InFlight.h"
 #include "transport/Threads.h"
 
@@ -21,8 +21,8 @@ public:
 
 private:
     void serve();
-    std::optional<std::string> readRequest();
-    std::unique_ptr<Serializable> messageOf(const std::string& text);
+    std::optional<FrameText> readRequest();
+    std::unique_ptr<Serializable> messageOf(const FrameText& text);
     void handOver(std::unique_ptr<Serializable> message);
     void answer(Serializable&& response);
     bool leave();

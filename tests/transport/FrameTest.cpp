@@ -41,6 +41,13 @@ private:
     const ssize_t last_;
 };
 
+std::string readText(FrameReader& frame, std::size_t size)
+{
+    const FrameText text = frame.readText(size);
+    EXPECT_EQ(text.c_str()[text.size()], '\0');
+    return std::string(text.c_str(), text.size());
+}
+
 /// How many bytes come at a time.
 class AFrameReader : public testing::TestWithParam<std::size_t> {};
 
@@ -49,7 +56,7 @@ TEST_P(AFrameReader, ReadsTheLengthAndTheText)
     MemorySource source(frameOf("hello"), GetParam());
     FrameReader frame(source);
     EXPECT_THAT(frame.readLength(), Optional(6U));
-    EXPECT_EQ(frame.readText(5), "hello");
+    EXPECT_EQ(readText(frame, 5), "hello");
 }
 
 TEST_P(AFrameReader, ReadsATextOfAMebibyte)
@@ -60,7 +67,7 @@ TEST_P(AFrameReader, ReadsATextOfAMebibyte)
     MemorySource source(frameOf(text), GetParam());
     FrameReader frame(source);
     ASSERT_THAT(frame.readLength(), Optional(Eq(text.size() + 1)));
-    EXPECT_TRUE(frame.readText(text.size()) == text);
+    EXPECT_TRUE(readText(frame, text.size()) == text);
 }
 
 TEST_P(AFrameReader, FindsNoLengthInFewerThanFourBytes)
@@ -76,7 +83,7 @@ TEST_P(AFrameReader, GivesWhatHasComeOfATextThatIsCut)
     MemorySource source(lengthBytes(1000001) + "hello", GetParam());
     FrameReader frame(source);
     frame.readLength();
-    EXPECT_EQ(frame.readText(1000000), "hello");
+    EXPECT_EQ(readText(frame, 1000000), "hello");
 }
 
 TEST_P(AFrameReader, IgnoresWhatFollowsTheText)
@@ -84,7 +91,7 @@ TEST_P(AFrameReader, IgnoresWhatFollowsTheText)
     MemorySource source(frameOf("hello") + "and more", GetParam());
     FrameReader frame(source);
     frame.readLength();
-    EXPECT_EQ(frame.readText(5), "hello");
+    EXPECT_EQ(readText(frame, 5), "hello");
 }
 
 TEST_P(AFrameReader, KeepsBytesOfAnyValue)
@@ -93,7 +100,7 @@ TEST_P(AFrameReader, KeepsBytesOfAnyValue)
     MemorySource source(frameOf(text), GetParam());
     FrameReader frame(source);
     frame.readLength();
-    EXPECT_EQ(frame.readText(5), text);
+    EXPECT_EQ(readText(frame, 5), text);
 }
 
 INSTANTIATE_TEST_SUITE_P(AtATime, AFrameReader, testing::Values(1, 3, 4, 5, 4096, 10000000));
@@ -103,7 +110,7 @@ TEST(AFrameReaderOfAFailingSource, TakesAnErrorForTheEnd)
     MemorySource source(lengthBytes(6) + "hel", 1000, -1);
     FrameReader frame(source);
     EXPECT_THAT(frame.readLength(), Optional(6U));
-    EXPECT_EQ(frame.readText(5), "hel");
+    EXPECT_EQ(readText(frame, 5), "hel");
 }
 
 TEST(AFrameReaderOfAShortFrame, ReadsOnce)
@@ -115,13 +122,26 @@ TEST(AFrameReaderOfAShortFrame, ReadsOnce)
     EXPECT_EQ(source.asked.size(), 1U);
 }
 
+TEST(AFrameReaderOfAFrameWithItsNul, ReadsTheNulToo)
+{
+    for (const std::size_t step : {1000000, 65540, 1}) {  // it comes with the text, behind a piece of it, or alone
+        const std::string text(200000, 'x');
+        MemorySource source(frameOf(text) + '\0', step);
+        FrameReader frame(source);
+        frame.readLength();
+        EXPECT_TRUE(readText(frame, text.size()) == text);
+        char left;
+        EXPECT_EQ(source.read(&left, 1), step == 1 ? 1 : 0);  // alone it comes too late
+    }
+}
+
 TEST(AFrameReaderOfAnAnnouncedText, AsksForNoMoreThanASmallPieceUntilSomethingComes)
 {
     MemorySource source(lengthBytes(kLongestText + 1));
     FrameReader frame(source);
     frame.readLength();
-    EXPECT_EQ(frame.readText(kLongestText), "");
-    EXPECT_LE(*std::max_element(source.asked.begin(), source.asked.end()), 65536U);
+    EXPECT_EQ(readText(frame, kLongestText), "");
+    EXPECT_LE(*std::max_element(source.asked.begin(), source.asked.end()), 64U * 1024 + 1);
 }
 
 struct AConnectedPair : testing::Test {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <memory>
 #include <netinet/in.h>
+#include <optional>
 #include <string>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -73,14 +74,17 @@ void* answerWithSuccess(OrvuRestRequest* request)
     return nullptr;
 }
 
+/// False when not even a worker could be made, which is the accept loop's to report.
 bool serve(int connection, const std::shared_ptr<InFlight>& inFlight)
 {
+    std::optional<RequestWorker> worker;
     try {
-        RequestWorker(Connection(Socket(connection), inFlight)).run();
-        return true;
+        worker.emplace(Connection(Socket(connection), inFlight));
     } catch (const std::bad_alloc&) {
-        return false;  // already the accept loop's: there is no worker
+        return false;
     }
+    worker->run();
+    return true;
 }
 
 TEST(AWorkerWithoutMemory, EndsItsExchangeWithALogLine)
