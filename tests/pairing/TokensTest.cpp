@@ -1,0 +1,235 @@
+#include <ctime>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "orvu/ClientApplications.h"
+#include "support/Children.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+namespace OrvuTests {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(AClientApplication, IsBornWhenItIsMade)
+{
+    const std::time_t before = std::time(nullptr);
+    ClientApplication app;
+    const std::time_t after = std::time(nullptr);
+    EXPECT_GE(app.bornTime, static_cast<int>(before));
+    EXPECT_LE(app.bornTime, static_cast<int>(after));
+    app.bornTime = 5;
+    EXPECT_TRUE(app.deserialize("{}"));
+    EXPECT_EQ(app.bornTime, 5);
+}
+
+TEST(AClientApplication, WritesItsKeysInTheAgreedOrder)
+{
+    ClientApplication app;
+    EXPECT_EQ(app.getDataType(), 86u);
+    app.clientId = "c";
+    app.displayName = "d";
+    app.copy = 1;
+    app.pairingState = 2;
+    app.authorized = 1;
+    app.bornTime = 3;
+    app.refreshToken = "r";
+    EXPECT_EQ(textOf(app),
+              "{\n\t\"HEADER\":\t\"clientApplication\",\n\t\"clientId\":\t\"c\",\n\t\"displayName\":\t\"d\","
+              "\n\t\"copy\":\t1,\n"
+              "\t\"pairingState\":\t2,\n\t\"authorized\":\t1,\n\t\"refreshToken\":\t\"r\",\n\t\"bornTime\":\t3\n}");
+}
+
+TEST(AClientApplication, IsCopiedWithEveryField)
+{
+    ClientApplication app;
+    app.clientId = "c";
+    app.bornTime = 3;
+    app.serializeHeader(false);
+    ClientApplication copy(app);
+    EXPECT_EQ(copy.clientId, "c");
+    EXPECT_EQ(copy.bornTime, 3);
+    EXPECT_EQ(textOf(copy).substr(0, 11), "{\n\t\"HEADER\"");  // a copy's flag is set
+}
+
+TEST(AClientApplicationList, WritesIdsForDeletionOnlyWhenThereAreSome)
+{
+    ClientApplicationList list;
+    list.serializeHeader(false);
+    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"clientApplicationList\",\n\t\"clientApplicationList\":\t[]\n}");
+    list.addAppIdToDeletion("a");
+    list.addAppIdToDeletion("");
+    list.addAppIdToDeletion("a");
+    list.addAppIdToDeletion(nullptr);
+    EXPECT_EQ(list.deletionIds, (Texts{"a", "", "a"}));
+    EXPECT_EQ(textOf(list),
+              "{\n\t\"HEADER\":\t\"clientApplicationList\",\n\t\"clientApplicationList\":\t[],\n"
+              "\t\"deletionItens\":\t[\"a\", \"\", \"a\"]\n}");
+}
+
+TEST(AClientApplicationList, AppendsTheIdsThatItReads)
+{
+    ClientApplicationList list;
+    EXPECT_TRUE(list.deserialize(R"({"clientApplicationList": [], "deletionItens": ["a", 5, null, "b"]})"));
+    EXPECT_TRUE(list.deserialize(R"({"clientApplicationList": [], "DELETIONITENS": ["c"], "deletionItems": ["d"]})"));
+    EXPECT_EQ(list.deletionIds, (Texts{"a", "b", "c"}));
+    EXPECT_FALSE(list.deserialize(R"({"deletionItens": ["e"]})"));
+    EXPECT_EQ(list.deletionIds.size(), 3u);
+}
+
+TEST(BindTokens, TakeEachTokenOnce)
+{
+    ServiceBindTokens tokens;
+    tokens.addToken("");
+    tokens.addToken("a");
+    tokens.addToken("a");
+    tokens.addToken("A");
+    EXPECT_EQ(tokens.bindTokens, (Texts{"a", "A"}));
+    EXPECT_TRUE(tokens.deserialize(R"({"bindTokens": ["b", "b", "", "a", 5, null, "c"]})"));
+    EXPECT_EQ(tokens.bindTokens, (Texts{"a", "A", "b", "c"}));
+}
+
+TEST(BindTokens, CarryTheWholeServiceOrItsLocator)
+{
+    ServiceBindTokens tokens;
+    EXPECT_EQ(tokens.getDataType(), 82u);
+    EXPECT_TRUE(tokens.fullService);
+    tokens.serializeHeader(false);
+    tokens.service->serviceContextId = "1.2.01";
+    EXPECT_EQ(textOf(tokens),
+              "{\n\t\"HEADER\":\t\"serviceBindTokens\",\n\t\"service\":\t{\n\t\t\"serviceContextId\":\t\"1.2.01\",\n"
+              "\t\t\"serviceName\":\t\"\",\n\t\t\"transportStreamId\":\t0,\n\t\t\"originalNetworkId\":\t0,\n"
+              "\t\t\"serviceId\":\t0\n\t},\n\t\"bindTokens\":\t[]\n}");
+    EXPECT_EQ(textOf(*tokens.service).find("HEADER"), std::string::npos);
+    tokens.setFullService(false);
+    EXPECT_FALSE(tokens.isFullService());
+    tokens.addToken("a");
+    const std::string text =
+        "{\n\t\"HEADER\":\t\"serviceBindTokens\",\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"bindTokens\":\t[\"a\"]\n}";
+    EXPECT_EQ(textOf(tokens), text);
+
+    ServiceBindTokens read;
+    EXPECT_TRUE(read.deserialize(text.c_str()));
+    EXPECT_EQ(read.service->serviceContextId, "1.2.01");
+    EXPECT_TRUE(read.fullService);  // not changed by reading
+}
+
+TEST(BindTokens, TakeTheServiceBeforeALocator)
+{
+    ServiceBindTokens tokens;
+    EXPECT_TRUE(tokens.deserialize(R"({"serviceContextId": "other", "service": {"serviceName": "A"}})"));
+    EXPECT_EQ(tokens.service->serviceName, "A");
+    EXPECT_EQ(tokens.service->serviceContextId, "");
+    EXPECT_TRUE(tokens.deserialize(R"({"serviceContextId": "other", "service": null})"));
+    EXPECT_EQ(tokens.service->serviceContextId, "");
+    EXPECT_TRUE(tokens.deserialize(R"({"serviceContextId": 5})"));
+    EXPECT_EQ(tokens.service->serviceContextId, "");
+    EXPECT_TRUE(tokens.deserialize(R"({"ServiceContextId": "1.2.01"})"));
+    EXPECT_EQ(tokens.service->serviceContextId, "1.2.01");
+}
+
+TEST(BindTokens, LeaveOutAServiceWithoutAJsonText)
+{
+    ServiceBindTokens tokens;
+    delete tokens.service;
+    tokens.service = new Silent<Service>;
+    EXPECT_EQ(textOf(tokens), "{\n\t\"HEADER\":\t\"serviceBindTokens\",\n\t\"bindTokens\":\t[]\n}");
+    delete tokens.service;
+    tokens.service = nullptr;
+    for (const bool full : {true, false}) {
+        tokens.fullService = full;
+        EXPECT_EQ(textOf(tokens), "{\n\t\"HEADER\":\t\"serviceBindTokens\",\n\t\"bindTokens\":\t[]\n}");
+    }
+}
+
+TEST(BindTokens, MakeTheServiceAnewThatAnApplicationTookAway)
+{
+    for (const char* text : {R"({"service": {"serviceContextId": "1.2.01"}})", R"({"serviceContextId": "1.2.01"})"}) {
+        ServiceBindTokens tokens;
+        delete tokens.service;
+        tokens.service = nullptr;
+        EXPECT_TRUE(tokens.deserialize("{}"));
+        EXPECT_EQ(tokens.service, nullptr);
+        EXPECT_TRUE(tokens.deserialize(text));
+        ASSERT_NE(tokens.service, nullptr);
+        EXPECT_EQ(tokens.service->serviceContextId, "1.2.01");
+    }
+}
+
+TEST(BindTokens, AreCopiedWithAServiceOfTheirOwn)
+{
+    ServiceBindTokens tokens;
+    tokens.service->serviceContextId = "1.2.01";
+    tokens.fullService = false;
+    tokens.addToken("b");
+    tokens.addToken("a");
+    ServiceBindTokens copy(tokens);
+    const std::unique_ptr<ServiceBindTokens> clone(tokens.clone());
+    for (ServiceBindTokens* const other : {&copy, clone.get()}) {
+        EXPECT_NE(other->service, tokens.service);
+        EXPECT_EQ(other->service->serviceContextId, "1.2.01");
+        EXPECT_FALSE(other->fullService);
+        EXPECT_EQ(other->bindTokens, (Texts{"b", "a"}));
+    }
+    delete tokens.service;
+    tokens.service = nullptr;
+    const std::unique_ptr<ServiceBindTokens> without(tokens.clone());
+    EXPECT_EQ(without->service, nullptr);
+    EXPECT_FALSE(std::is_copy_assignable_v<ServiceBindTokens>);
+}
+
+TEST(ABindTokensList, KeepsTheHeadersThatItsElementsAlwaysWrite)
+{
+    ServiceBindTokensList list;
+    list.serializeHeader(false);
+    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"serviceBindTokensList\",\n\t\"boundServices\":\t[]\n}");
+    auto* const tokens = new ServiceBindTokens;
+    tokens->fullService = false;
+    list.addService(tokens);
+    EXPECT_EQ(
+        textOf(list),
+        "{\n\t\"HEADER\":\t\"serviceBindTokensList\",\n\t\"boundServices\":\t[{\n"
+        "\t\t\t\"HEADER\":\t\"serviceBindTokens\",\n\t\t\t\"serviceContextId\":\t\"\",\n\t\t\t\"bindTokens\":\t[]\n"
+        "\t\t}]\n}");
+}
+
+TEST(ABindTokensList, NeedsNoServicesUnlikeABoundTokenList)
+{
+    ServiceBindTokensList bind;
+    EXPECT_TRUE(bind.deserialize("{}"));
+    EXPECT_TRUE(bind.services.empty());
+    EXPECT_EQ(bind.reservedText, "");
+    EXPECT_TRUE(bind.reservedFlag);
+    ServiceBoundTokenList bound;
+    EXPECT_FALSE(bound.deserialize(R"({"token": "a"})"));
+    EXPECT_EQ(bound.token, "a");
+}
+
+TEST(ABoundTokenList, WritesItsTokenOnlyWhenItHasOne)
+{
+    ServiceBoundTokenList list;
+    list.serializeHeader(false);
+    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"ServiceBoundTokenList\",\n\t\"boundServices\":\t[]\n}");
+    list.setToken("a");
+    EXPECT_EQ(textOf(list),
+              "{\n\t\"HEADER\":\t\"ServiceBoundTokenList\",\n\t\"token\":\t\"a\",\n\t\"boundServices\":\t[]\n}");
+}
+
+TEST(ARevokeToken, WritesTokenAndService)
+{
+    RevokeToken revoke;
+    EXPECT_EQ(textOf(revoke),
+              "{\n\t\"HEADER\":\t\"revokeToken\",\n\t\"token\":\t\"\",\n\t\"serviceContextId\":\t\"\"\n}");
+    revoke.serializeHeader(false);
+    revoke.setToken("a");
+    revoke.setServiceContextId("1.2.01");
+    EXPECT_EQ(textOf(revoke), "{\n\t\"token\":\t\"a\",\n\t\"serviceContextId\":\t\"1.2.01\"\n}");
+}
+
+}  // namespace
+}  // namespace OrvuTests
