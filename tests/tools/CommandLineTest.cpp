@@ -11,7 +11,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-const std::vector<std::string> kCommands = {"serve", "ask", "send", "types", "check"};
+const std::vector<std::string> kCommands = {"serve", "ask", "send", "push", "watch", "types", "check"};
 
 TEST(TheTool, HelpsOnEveryLevel)
 {
@@ -53,14 +53,29 @@ TEST_P(WrongArguments, AreRefused)
 using Words = std::vector<std::string>;
 INSTANTIATE_TEST_SUITE_P(
     TheTool, WrongArguments,
-    testing::Values(Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "more"}, Words{"types", "check", "-"},
-                    Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"},
-                    Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
-                    Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
-                    Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"},
-                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"},
-                    Words{"serve", "0", "--answers", "/"}, Words{"serve", "65536", "--answers", "/"},
-                    Words{"serve", "web", "--answers", "/"}, Words{"serve", "9000", "--answers"}));
+    testing::Values(
+        Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "more"}, Words{"types", "check", "-"},
+        Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"},
+        Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
+        Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
+        Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"}, Words{"check"},
+        Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"}, Words{"serve", "0", "--answers", "/"},
+        Words{"serve", "65536", "--answers", "/"}, Words{"serve", "web", "--answers", "/"},
+        Words{"serve", "9000", "--answers"}, Words{"push"}, Words{"push", "tcp"}, Words{"push", "--ports", "9000-9010"},
+        Words{"push", "udp", "--ports", "9000-9010"}, Words{"push", "TCP", "--ports", "9000-9010"},
+        Words{"push", "tcp", "--ports"}, Words{"push", "tcp", "--ports", "9000"},
+        Words{"push", "tcp", "--ports", "9010-9000"}, Words{"push", "tcp", "--ports", "0-9000"},
+        Words{"push", "tcp", "--ports", "9000-65536"}, Words{"push", "tcp", "--ports", "9000-"},
+        Words{"push", "tcp", "--ports", "-9000"}, Words{"push", "tcp", "--ports", "a-b"},
+        Words{"push", "tcp", "--ports", "9000-9010-9020"}, Words{"push", "tcp", "--ports", " 9000-9010"},
+        Words{"push", "tcp", "--ports", "9000-9010", "--file"}, Words{"push", "tcp", "--ports", "9000-9010", "--every"},
+        Words{"push", "tcp", "--ports", "9000-9010", "--every", "0"},
+        Words{"push", "tcp", "--ports", "9000-9010", "--every", "-1"},
+        Words{"push", "tcp", "--ports", "9000-9010", "--every", "1.5"},
+        Words{"push", "tcp", "--ports", "9000-9010", "--every", "86400001"},
+        Words{"push", "tcp", "--ports", "9000-9010", "more"}, Words{"watch"}, Words{"watch", "localhost"},
+        Words{"watch", "localhost", "0"}, Words{"watch", "localhost", "65536"}, Words{"watch", "localhost", "web"},
+        Words{"watch", "localhost", "9000", "more"}, Words{"watch", "localhost", "9000", "--every", "1"}));
 
 TEST(TheTool, EndsQuietlyWhenNobodyReadsItsOutput)
 {
