@@ -33,11 +33,15 @@ void check(bool good, const char* what)
     if (!good) throw std::system_error(errno, std::generic_category(), what);
 }
 
-int portOf(int fd)
+/// The port.
+int listenOnFreePort(int fd)
 {
-    sockaddr_in address{};
+    sockaddr_in address = loopback(0);
     socklen_t size = sizeof address;
-    check(getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0, "getsockname");
+    auto* const plain = reinterpret_cast<sockaddr*>(&address);
+    check(bind(fd, plain, size) == 0, "bind");
+    check(listen(fd, SOMAXCONN) == 0, "listen");
+    check(getsockname(fd, plain, &size) == 0, "getsockname");
     return ntohs(address.sin_port);
 }
 
@@ -96,14 +100,12 @@ std::string_view exchange(int port, std::string_view request, AnswerRoom& room)
     return answer;
 }
 
-PlainServer::PlainServer(Answer answer) : answer_(answer), listener_(streamSocket())
-{
-    const sockaddr_in anyPort = loopback(0);
-    check(bind(listener_, reinterpret_cast<const sockaddr*>(&anyPort), sizeof anyPort) == 0, "bind");
-    check(listen(listener_, SOMAXCONN) == 0, "listen");
-    port_ = portOf(listener_);
-    acceptThread_ = std::thread([this] { acceptConnections(); });
-}
+PlainServer::PlainServer(Answer answer)
+    : answer_(answer),
+      listener_(streamSocket()),
+      port_(listenOnFreePort(listener_)),
+      acceptThread_([this] { acceptConnections(); })
+{}
 
 PlainServer::~PlainServer()
 {

@@ -46,7 +46,7 @@ private:
 
     const Answer answer_;
     const int listener_;
-    int port_ = 0;
+    const int port_;
     std::thread acceptThread_;
 };
 
