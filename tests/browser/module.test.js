@@ -183,6 +183,23 @@ describe("A push connection that failed", () => {
         assert.equal(Socket.made.length, 2);
     });
 
+    it("closes when the browser does not let it try again", () => {
+        let allowed = true;
+        const WebSocket = class extends Socket {
+            constructor(url) {
+                if (!allowed) throw new Error("not allowed any more");
+                super(url);
+            }
+        };
+        const push = anOpenPush({ WebSocket });
+        Socket.last.end();
+        allowed = false;
+        assert.throws(() => clock.advance(1), /not allowed any more/);
+        assert.equal(push.state, "closed");
+        assert.equal(heard.at(-1).state, "closed");
+        assert.equal(clock.waiting, 0);
+    });
+
     it("ignores what the connection before still says", () => {
         const push = anOpenPush();
         const first = Socket.last;

@@ -23,11 +23,13 @@ export class PushServer {
         env: { ORVU_LOG: "none", ...process.env },
         stdio: ["pipe", "pipe", "inherit"],
     });
+    #exit = once(this.#process, "exit");
     #lines = createInterface({ input: this.#process.stdout })[Symbol.asyncIterator]();
     port;
 
     static async start() {
         const server = new PushServer();
+        server.#process.stdin.on("error", () => {});  // a program that ended tells so by its end, in #event() and quit()
         server.port = Number((await server.#event()).replace("listening ", ""));
         return server;
     }
@@ -49,9 +51,8 @@ export class PushServer {
     }
 
     async quit() {
-        const ended = once(this.#process, "exit");
         this.#process.stdin.end("quit\n");
-        const [code, signal] = await ended;
+        const [code, signal] = await this.#exit;
         return signal ?? code;
     }
 
