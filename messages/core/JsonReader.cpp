@@ -9,7 +9,9 @@ namespace {
 
 bool isNamed(const cJSON& item, const char* key)
 {
-    return item.string && (std::strcmp(item.string, key) == 0 || strcasecmp(item.string, key) == 0);
+    constexpr int kLetterCase = 'a' ^ 'A';
+    if (!item.string || ((*item.string ^ *key) & ~kLetterCase) != 0) return false;  // spares most of the calls
+    return std::strcmp(item.string, key) == 0 || strcasecmp(item.string, key) == 0;
 }
 
 /// What `number` reads as once it is printed and parsed again; empty when it prints as no number (infinities).
@@ -67,8 +69,14 @@ const cJSON* JsonReader::member(const char* key)
 {
     if (fault_ != Fault::None) return nullptr;
     if (found_ && isNamed(*found_, key)) return found_;
-    if (next_ && !isNamed(*next_, key) && isNamed(*next_, "HEADER")) next_ = next_->next;
-    if (!next_ || !isNamed(*next_, key)) return search(key);
+    if (next_ && isNamed(*next_, key)) return takeNext();
+    if (!next_ || !isNamed(*next_, "HEADER")) return search(key);
+    next_ = next_->next;
+    return next_ && isNamed(*next_, key) ? takeNext() : search(key);
+}
+
+const cJSON* JsonReader::takeNext()
+{
     found_ = next_;
     next_ = next_->next;
     return found_;

@@ -129,6 +129,7 @@ public:
 
 private:
     const cJSON* member(const char* key);
+    const cJSON* takeNext();
     const cJSON* search(const char* key) const;
     bool missing(const char* key);
     const cJSON* behind(const char* key);
