@@ -8,6 +8,10 @@ JOBS=$(nproc)
 BUILD_PACKAGES=(cmake ninja-build ccache g++ pkg-config binutils libcjson-dev libgtest-dev libgmock-dev libcli11-dev
                 libssl-dev android-liblog-dev doxygen)
 
+# What the tests need beside it: the validator of the schemas, and a browser that a program drives.
+TEST_PACKAGES=(python3-jsonschema chromium)
+command -v npm >/dev/null || TEST_PACKAGES+=(nodejs npm)
+
 as_root()
 {
     if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
