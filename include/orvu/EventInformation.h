@@ -26,7 +26,8 @@ public:
     BinaryData(const BinaryData&) = delete;
     BinaryData& operator=(const BinaryData&) = delete;
 
-    /// Formatted; the bytes as Base64. Of a block that was received, no more than it holds.
+    /// Formatted; the bytes as Base64. Of a block that was received, no more bytes than came, whatever size was announced;
+    /// once the application has set another `bufferSize`, no more than the block has room for.
     char* serialize() override;
     /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new, zeroed block of
     /// 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block unchanged, for more bytes
@@ -38,8 +39,18 @@ private:
     friend void write(JsonWriter& json, BinaryData& data);
     friend void read(JsonReader& json, BinaryData& data);
 
-    const unsigned char* knownBlock_ = nullptr;  // a block of which a read told the size
-    unsigned knownSize_ = 0;                     // what may be sent of it, in bytes
+    /// How many bytes of the block may be sent.
+    unsigned sendable() const
+    {
+        if (buffer != knownBlock_) return bufferSize;
+        const unsigned most = bufferSize == announced_ ? knownSize_ : knownRoom_;
+        return bufferSize < most ? bufferSize : most;
+    }
+
+    const unsigned char* knownBlock_ = nullptr;  // the block that was held when a read last stored `bufferSize`
+    unsigned knownSize_ = 0;                     // the bytes in it
+    unsigned knownRoom_ = 0;                     // the bytes that it has room for
+    unsigned announced_ = 0;                     // the `bufferSize` that the read stored
 };
 
 /// One event of the programme guide. Wire name "eventInfo".

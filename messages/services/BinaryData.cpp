@@ -12,6 +12,7 @@ namespace {
 
 constexpr unsigned kLargest = 64u << 20;  // bytes
 constexpr unsigned kRoom = 4;             // a block has room for so many times the announced size
+constexpr unsigned kUnlimited = ~0u;      // the room of a block of the application, which only that knows
 
 /// Bytes as Base64.
 struct AsBase64 {
@@ -41,31 +42,31 @@ BinaryData::~BinaryData()
 
 void write(JsonWriter& json, BinaryData& data)
 {
-    // Of a block that a read has made, only what was received: the rest is room.
-    const unsigned size =
-        data.buffer == data.knownBlock_ ? std::min(data.bufferSize, data.knownSize_) : data.bufferSize;
     json.headerIfSet(data);
     json.put("serviceContextId", data.serviceContextId);
     json.put("bufferSize", data.bufferSize);
-    json.put("buffer", AsBase64{data.buffer, size});
+    json.put("buffer", AsBase64{data.buffer, data.sendable()});
     json.put("timestamp", data.timestamp);
 }
 
 void read(JsonReader& json, BinaryData& data)
 {
     std::string text;
-    const unsigned heldSize = data.bufferSize;
+    const unsigned heldSize = data.sendable();
     json.required("serviceContextId", data.serviceContextId);
-    if (json.required("bufferSize", data.bufferSize) && data.buffer != data.knownBlock_) {
-        data.knownBlock_ = data.buffer;  // the new size is not that of the block held, should the read end here
-        data.knownSize_ = heldSize;
-    }
+    if (!json.required("bufferSize", data.bufferSize)) return;
+    data.announced_ = data.bufferSize;  // not the size of the block held, should the read end here
+    data.knownSize_ = heldSize;
+    if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
+    data.knownBlock_ = data.buffer;
     if (!json.required("buffer", text)) return;
-    const std::string bytes = data.bufferSize <= kLargest ? Base64::decode(text) : "";
-    unsigned char* const block = data.bufferSize <= kLargest ? blockOf(bytes, data.bufferSize) : nullptr;
+    const bool isTooLarge = data.bufferSize > kLargest;
+    const std::string bytes = isTooLarge ? "" : Base64::decode(text);
+    unsigned char* const block = isTooLarge ? nullptr : blockOf(bytes, data.bufferSize);
     if (!block) return json.fail(JsonReader::Fault::WrongKind);
     data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
     data.knownSize_ = static_cast<unsigned>(bytes.size());
+    data.knownRoom_ = kRoom * data.bufferSize;
     json.optional("timestamp", data.timestamp);
 }
 
