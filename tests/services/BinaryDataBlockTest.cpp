@@ -1,0 +1,270 @@
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "orvu/EventInformation.h"
+#include "support/Messages.h"
+
+using namespace Orvu;
+
+/// \file
+/// What becomes of the block of a BinaryData, whose size a peer announces and an application may change: never is more
+/// written than the block holds, and never anything that nobody put there. The address sanitizer watches.
+
+namespace OrvuTests {
+namespace {
+
+unsigned char* blockOf(std::size_t size, char fill)
+{
+    auto* const block = static_cast<unsigned char*>(std::malloc(size));
+    std::memset(block, fill, size);
+    return block;
+}
+
+std::string textWith(const std::string& bufferSize, const std::string& buffer)
+{
+    return R"({"serviceContextId": "", "bufferSize": )" + bufferSize + R"(, "buffer": ")" + buffer + "\"}";
+}
+
+/// Data of a PMT, and what it writes for its bytes.
+struct Table : BinaryData {
+    Table() : BinaryData(DataTypeBinaryPMT) {}
+
+    bool reads(const std::string& announced, const std::string& base64)
+    {
+        return deserialize(textWith(announced, base64).c_str());
+    }
+
+    std::string written()
+    {
+        const Tree tree = treeOf(textOf(*this));
+        return cJSON_GetObjectItem(tree.get(), "buffer")->valuestring;
+    }
+};
+
+TEST(AReceivedBlock, HasFourTimesTheAnnouncedSizeZeroed)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    EXPECT_EQ(std::memcmp(table.buffer, "\x01\x02\x03\0\0\0\0\0\0\0\0\0", 12), 0);
+    std::memset(table.buffer, 7, 12);
+}
+
+TEST(AReceivedBlock, TakesUpToFourTimesTheAnnouncedBytes)
+{
+    Table table;
+    EXPECT_TRUE(table.reads("1", "AQIDBA=="));
+    EXPECT_EQ(std::memcmp(table.buffer, "\x01\x02\x03\x04", 4), 0);
+    const unsigned char* const block = table.buffer;
+    EXPECT_FALSE(table.reads("1", "AQIDBAU="));
+    EXPECT_EQ(table.buffer, block);
+    EXPECT_FALSE(table.reads("0", "AQ=="));
+    EXPECT_EQ(table.buffer, block);
+    EXPECT_EQ(std::memcmp(table.buffer, "\x01\x02\x03\x04", 4), 0);
+}
+
+TEST(AReceivedBlock, IsMadeAlsoOfNoBytes)
+{
+    Table table;
+    EXPECT_TRUE(table.reads("0", ""));
+    EXPECT_NE(table.buffer, nullptr);
+    EXPECT_EQ(table.written(), "");
+}
+
+TEST(AReceivedBlock, HoldsWhatStandsBeforeTheFirstStrangeCharacter)
+{
+    Table table;
+    EXPECT_TRUE(table.reads("3", "AQ ID"));
+    EXPECT_EQ(std::memcmp(table.buffer, "\x01\0\0", 3), 0);
+    EXPECT_EQ(table.written(), "AQ==");
+}
+
+TEST(AReceivedBlock, IsRefusedAbove64MiB)
+{
+    Table table;
+    for (const char* announced : {"67108865", "2147483647", "2147483648", "1e400", "-1", "-2147483648", "-1e400"}) {
+        EXPECT_FALSE(table.reads(announced, "AQID")) << announced;
+        EXPECT_EQ(table.buffer, nullptr) << announced;
+        EXPECT_EQ(table.written(), "") << announced;
+    }
+    EXPECT_EQ(table.bufferSize, 2147483648u);  // the size stays all the same
+}
+
+TEST(AReceivedBlock, MayHave64MiBAnnouncedAndSendsNoMoreThanCame)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("67108864", "AQID"));
+    EXPECT_EQ(table.bufferSize, 67108864u);
+    EXPECT_EQ(table.written(), "AQID");
+}
+
+TEST(AReceivedBlock, SendsNoMoreThanCameWhateverWasAnnounced)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("10", "AQID"));
+    EXPECT_EQ(table.written(), "AQID");
+    EXPECT_EQ(table.bufferSize, 10u);
+}
+
+TEST(AReceivedBlock, SendsNoMoreThanWasAnnouncedWhateverCame)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("1", "AQID"));
+    EXPECT_EQ(table.written(), "AQ==");
+}
+
+TEST(AReceivedBlock, SendsLessForASmallerSize)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    table.bufferSize = 2;
+    EXPECT_EQ(table.written(), "AQI=");
+    table.bufferSize = 0;
+    EXPECT_EQ(table.written(), "");
+}
+
+TEST(AReceivedBlock, SendsWhatAnApplicationAddedWithinItsRoom)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("2", "AQI="));
+    table.buffer[2] = 3;
+    table.bufferSize = 3;
+    EXPECT_EQ(table.written(), "AQID");
+    table.bufferSize = 8;
+    EXPECT_EQ(table.written(), "AQIDAAAAAAA=");
+    for (const unsigned beyond : {9u, 1000u, 4294967295u}) {
+        table.bufferSize = beyond;
+        EXPECT_EQ(table.written(), "AQIDAAAAAAA=") << beyond;
+    }
+}
+
+TEST(AReceivedBlock, StaysAsItIsWhenALaterReadFails)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    const unsigned char* const block = table.buffer;
+    for (const char* text : {R"({"serviceContextId": "", "bufferSize": 1000})",
+                             R"({"serviceContextId": "", "bufferSize": 5, "buffer": 5})",
+                             R"({"serviceContextId": "", "bufferSize": 4294967295, "buffer": "AAAA"})"}) {
+        EXPECT_FALSE(table.deserialize(text)) << text;
+        EXPECT_EQ(table.buffer, block) << text;
+        EXPECT_EQ(table.written(), "AQID") << text;
+    }
+    EXPECT_FALSE(table.reads("0", "AAAA"));
+    EXPECT_EQ(table.written(), "");
+}
+
+TEST(AReceivedBlock, GivesNoMoreAfterAFailedReadThanBefore)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("10", "AQID"));
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 12})"));
+    EXPECT_EQ(table.written(), "AQID");
+    table.bufferSize = 1000;
+    EXPECT_EQ(table.written().size(), 56u);  // the 40 bytes that it has room for
+}
+
+TEST(AReceivedBlock, IsReplacedByTheNextAndTheCallersThen)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    unsigned char* const first = table.buffer;
+    ASSERT_TRUE(table.reads("1", "BA=="));
+    EXPECT_NE(table.buffer, first);
+    EXPECT_EQ(first[2], 3);
+    std::free(first);
+    EXPECT_EQ(table.written(), "BA==");
+}
+
+TEST(AReceivedBlock, MayBeReplacedByTheApplication)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    unsigned char* const received = table.buffer;
+    table.buffer = blockOf(6, 'a');
+    table.bufferSize = 6;
+    EXPECT_EQ(table.written(), "YWFhYWFh");
+    std::free(received);
+}
+
+// Without a sanitizer the new block mostly lies where the received one lay.
+TEST(AReceivedBlock, MayBeReplacedByTheApplicationInItsOldPlace)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    std::free(table.buffer);
+    table.buffer = blockOf(12, 'a');
+    table.bufferSize = 12;
+    EXPECT_EQ(table.written(), "YWFhYWFhYWFhYWFh");
+}
+
+TEST(AReceivedBlock, MayBeTakenAway)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    std::free(table.buffer);
+    table.buffer = nullptr;
+    EXPECT_EQ(table.written(), "");
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 1000})"));
+    EXPECT_EQ(table.written(), "");
+    ASSERT_TRUE(table.reads("1", "BA=="));
+    EXPECT_EQ(table.written(), "BA==");
+}
+
+/// A table whose six bytes an application has put there.
+struct OwnTable : Table {
+    OwnTable()
+    {
+        buffer = blockOf(6, 'a');
+        bufferSize = 6;
+    }
+};
+
+TEST(ABlockOfTheApplication, IsSentUpToTheSizeThatItSays)
+{
+    OwnTable table;
+    EXPECT_EQ(table.written(), "YWFhYWFh");
+    table.bufferSize = 3;
+    EXPECT_EQ(table.written(), "YWFh");
+    table.bufferSize = 6;
+    EXPECT_EQ(table.written(), "YWFhYWFh");
+}
+
+TEST(ABlockOfTheApplication, IsNotSentBeyondItsSizeAfterAFailedRead)
+{
+    OwnTable table;
+    for (const char* text : {R"({"serviceContextId": "", "bufferSize": 1000})",
+                             R"({"serviceContextId": "", "bufferSize": 2000, "buffer": null})",
+                             R"({"serviceContextId": "", "bufferSize": 4294967295, "buffer": "AAAA"})"}) {
+        EXPECT_FALSE(table.deserialize(text)) << text;
+        EXPECT_EQ(table.written(), "YWFhYWFh") << text;
+    }
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 2})"));
+    EXPECT_EQ(table.written(), "YWE=");
+}
+
+TEST(ABlockOfTheApplication, IsSentUpToASizeThatIsSetAfterAFailedRead)
+{
+    OwnTable table;
+    table.bufferSize = 3;
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 1000})"));
+    EXPECT_EQ(table.written(), "YWFh");
+    table.bufferSize = 6;
+    EXPECT_EQ(table.written(), "YWFhYWFh");
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 2000})"));
+    EXPECT_EQ(table.written(), "YWFhYWFh");
+}
+
+TEST(ABlockOfTheApplication, IsReplacedByAReadAndTheCallersThen)
+{
+    OwnTable table;
+    unsigned char* const own = table.buffer;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    EXPECT_NE(table.buffer, own);
+    std::free(own);
+    EXPECT_EQ(table.written(), "AQID");
+}
+
+}  // namespace
+}  // namespace OrvuTests

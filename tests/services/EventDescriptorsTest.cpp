@@ -1,0 +1,205 @@
+#include <climits>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "orvu/EventDescriptors.h"
+#include "support/Messages.h"
+#include "support/SampleFields.h"
+
+using namespace Orvu;
+
+namespace OrvuTests {
+namespace {
+
+/// The text of a descriptor, which no header flag changes.
+template <class Descriptor>
+std::string textWithAnyFlag(Descriptor& descriptor)
+{
+    const std::string text = textOf(descriptor);
+    descriptor.serializeHeader(false);
+    EXPECT_EQ(textOf(descriptor), text);
+    descriptor.serializeHeader(true);
+    return text;
+}
+
+using Nibbles = std::vector<int>;
+
+Nibbles nibblesOf(const ContentDescriptor& descriptor)
+{
+    return Nibbles(std::begin(descriptor.content), std::end(descriptor.content));
+}
+
+TEST(AContentDescriptor, StartsAsFourZeros)
+{
+    ContentDescriptor descriptor;
+    EXPECT_EQ(descriptor.getDataType(), 73u);
+    EXPECT_EQ(nibblesOf(descriptor), (Nibbles{0, 0, 0, 0}));
+    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"contentDescription":[0,0,0,0]})");
+}
+
+TEST(AContentDescriptor, WritesItsFourNumbers)
+{
+    ContentDescriptor descriptor;
+    for (int i = 0; i < 4; ++i)
+        descriptor.content[i] = i == 3 ? INT_MIN : i;
+    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"contentDescription":[0,1,2,-2147483648]})");
+}
+
+/// What a descriptor of 6, 7, 8, 9 holds once it has read the text.
+Nibbles readInto6789(const std::string& text, bool success)
+{
+    ContentDescriptor descriptor;
+    for (int i = 0; i < 4; ++i)
+        descriptor.content[i] = 6 + i;
+    EXPECT_EQ(descriptor.deserialize(text.c_str()), success) << text;
+    return nibblesOf(descriptor);
+}
+
+TEST(AContentDescriptor, ReadsAListOfFour)
+{
+    EXPECT_EQ(readInto6789(R"({"contentDescription": [1, 2, 3, 4]})", true), (Nibbles{1, 2, 3, 4}));
+    EXPECT_EQ(readInto6789(R"({"HEADER": "x", "CONTENTDESCRIPTION": {"a": 1, "b": 2, "c": 3, "d": 4}} more)", true),
+              (Nibbles{1, 2, 3, 4}));
+    EXPECT_EQ(readInto6789(R"({"contentDescription": [1, 2, 3, 4], "contentDescription": [5, 5, 5, 5]})", true),
+              (Nibbles{1, 2, 3, 4}));
+}
+
+TEST(AContentDescriptor, TakesTheIntegerValueOfEachItem)
+{
+    EXPECT_EQ(readInto6789(R"({"contentDescription": [2.9, true, false, 1e400]})", true), (Nibbles{2, 1, 0, INT_MAX}));
+    EXPECT_EQ(readInto6789(R"({"contentDescription": ["5", null, [5], -2147483649]})", true),
+              (Nibbles{0, 0, 0, INT_MIN}));
+}
+
+TEST(AContentDescriptor, LeavesAListOfAnotherLength)
+{
+    for (const char* value : {"[1, 2, 3]", "[1, 2, 3, 4, 5]", "[]", "{}", "5", "null", R"("1234")", "true"})
+        EXPECT_EQ(readInto6789(R"({"contentDescription": )" + std::string(value) + "}", true), (Nibbles{6, 7, 8, 9}))
+            << value;
+}
+
+TEST(AContentDescriptor, IsNotReadWithoutItsKey)
+{
+    for (const char* text : {"{}", "[1, 2, 3, 4]", "5", "null", R"({"content": [1, 2, 3, 4]})", "", "{", "no JSON"})
+        EXPECT_EQ(readInto6789(text, false), (Nibbles{6, 7, 8, 9})) << text;
+    ContentDescriptor descriptor;
+    EXPECT_FALSE(descriptor.deserialize(nullptr));
+    unsigned char error = 77;
+    EXPECT_FALSE(descriptor.deserialize(R"({"contentDescription": [1, 2, 3, 4]})", error));
+    EXPECT_EQ(error, 77);
+}
+
+TEST(AContentDescriptor, ReadsTwice)
+{
+    ContentDescriptor descriptor;
+    EXPECT_TRUE(descriptor.deserialize(R"({"contentDescription": [1, 2, 3, 4]})"));
+    EXPECT_TRUE(descriptor.deserialize(R"({"contentDescription": [5, 6, 7, 8]})"));
+    EXPECT_EQ(nibblesOf(descriptor), (Nibbles{5, 6, 7, 8}));
+}
+
+TEST(ALinkageDescriptor, WritesItsKeysInTheAgreedOrder)
+{
+    LinkageDescriptor linkage;
+    EXPECT_EQ(linkage.getDataType(), 74u);
+    EXPECT_EQ(textWithAnyFlag(linkage), R"({"tsId":0,"networkId":0,"serviceId":0,"type":0,"data":""})");
+    linkage.tsId = 1;
+    linkage.networkId = 2;
+    linkage.serviceId = 3;
+    linkage.type = -4;
+    linkage.data = "\"5\"";
+    EXPECT_EQ(textWithAnyFlag(linkage), R"({"tsId":1,"networkId":2,"serviceId":3,"type":-4,"data":"\"5\""})");
+}
+
+TEST(ALinkageDescriptor, NeverReadsItsDataBack)
+{
+    LinkageDescriptor linkage;
+    linkage.data = "kept";
+    EXPECT_TRUE(linkage.deserialize(R"({"data": "abc", "type": 2})"));
+    EXPECT_EQ(linkage.type, 2);
+    EXPECT_EQ(linkage.data, "kept");
+}
+
+TEST(AHyperlinkDescriptor, WritesItsKeysInTheAgreedOrder)
+{
+    HyperlinkDescriptor hyperlink;
+    EXPECT_EQ(hyperlink.getDataType(), 75u);
+    EXPECT_EQ(textWithAnyFlag(hyperlink),
+              R"({"type":0,"destinationType":0,"tsId":0,"networkId":0,"eventId":0,"componentTag":0,"moduleId":0,)"
+              R"("serviceId":0,"contentId":0,"url":""})");
+    hyperlink.type = 1;
+    hyperlink.destinationType = 2;
+    hyperlink.tsId = 3;
+    hyperlink.networkId = 4;
+    hyperlink.eventId = 5;
+    hyperlink.componentTag = 6;
+    hyperlink.moduleId = 7;
+    hyperlink.serviceId = 8;
+    hyperlink.contentId = 9;
+    hyperlink.url = "http://a/b";
+    EXPECT_EQ(textWithAnyFlag(hyperlink),
+              R"({"type":1,"destinationType":2,"tsId":3,"networkId":4,"eventId":5,"componentTag":6,"moduleId":7,)"
+              R"("serviceId":8,"contentId":9,"url":"http://a/b"})");
+}
+
+TEST(ASeriesDescriptor, WritesANumberForItsUrl)
+{
+    SeriesDescriptor series;
+    EXPECT_EQ(series.getDataType(), 76u);
+    EXPECT_EQ(
+        textWithAnyFlag(series),
+        R"({"id":0,"url":0,"repeatLabel":0,"programPattern":0,"episodeNumber":0,"lastEpisodeNumber":0,"name":""})");
+    series.id = 1;
+    series.url = 2;
+    series.repeatLabel = 3;
+    series.programPattern = 4;
+    series.episodeNumber = 5;
+    series.lastEpisodeNumber = 6;
+    series.name = "S";
+    EXPECT_EQ(
+        textWithAnyFlag(series),
+        R"({"id":1,"url":2,"repeatLabel":3,"programPattern":4,"episodeNumber":5,"lastEpisodeNumber":6,"name":"S"})");
+}
+
+TEST(ASeriesDescriptor, ReadsNoTextForItsUrl)
+{
+    SeriesDescriptor series;
+    series.url = 5;
+    EXPECT_TRUE(series.deserialize(R"({"url": "http://a/b", "id": 1})"));
+    EXPECT_EQ(series.url, 5);
+    EXPECT_EQ(series.id, 1);
+}
+
+TEST(AnEventGroupDescriptor, WritesItsKeysInTheAgreedOrder)
+{
+    EventGroupDescriptor descriptor;
+    EXPECT_EQ(descriptor.getDataType(), 77u);
+    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"id":0,"tsId":0,"networkId":0,"serviceId":0})");
+    descriptor.id = 1;
+    descriptor.tsId = 2;
+    descriptor.networkId = 3;
+    descriptor.serviceId = 4;
+    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"id":1,"tsId":2,"networkId":3,"serviceId":4})");
+}
+
+template <class Descriptor>
+void expectReadsAnything()
+{
+    Descriptor descriptor;
+    for (const char* text : {"{}", "[]", "5", "null", R"("text")", R"({"url": [1], "type": {}, "id": "x"})"})
+        EXPECT_TRUE(descriptor.deserialize(text)) << text;
+    EXPECT_EQ(textOf(descriptor), textOf(*std::make_unique<Descriptor>()));
+}
+
+TEST(AFlatDescriptor, CanBeReadFromAnyJson)
+{
+    expectReadsAnything<LinkageDescriptor>();
+    expectReadsAnything<HyperlinkDescriptor>();
+    expectReadsAnything<SeriesDescriptor>();
+    expectReadsAnything<EventGroupDescriptor>();
+    expectReadsAnything<ComponentGroupDescriptor>();
+}
+
+}  // namespace
+}  // namespace OrvuTests
