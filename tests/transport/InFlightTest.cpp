@@ -1,5 +1,6 @@
 #include <atomic>
 #include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <stdexcept>
@@ -13,6 +14,23 @@
 
 using namespace Orvu;
 using namespace OrvuTests;
+
+namespace {
+
+std::function<void()> beforeClose;
+
+}  // namespace
+
+extern "C" {
+int __real_close(int fd);
+
+// The linker sends here what the program's own objects, the library's among them, ask of close.
+int __wrap_close(int fd)
+{
+    if (beforeClose) beforeClose();
+    return __real_close(fd);
+}
+}
 
 namespace {
 
@@ -92,6 +110,21 @@ TEST_F(ExchangesInFlight, LeaveByTheirConnection)
     }
     EXPECT_FALSE(isOpen(fd));
     inFlight->waitUntilEmpty();
+}
+
+TEST_F(ExchangesInFlight, LeaveBeforeTheirDescriptorIsClosed)
+{
+    bool wasStillKnown = true;
+    {
+        const Connection connection(std::move(socket), inFlight);
+        beforeClose = [&] {
+            inFlight->wakeAll();
+            char byte;
+            wasStillKnown = recv(peer.fd(), &byte, 1, MSG_DONTWAIT) == 0;  // shut down, as all that are known were
+        };
+    }
+    beforeClose = nullptr;
+    EXPECT_FALSE(wasStillKnown);
 }
 
 TEST_F(ExchangesInFlight, CloseAConnectionThatIsNotLetIn)

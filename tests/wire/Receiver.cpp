@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <dirent.h>
+#include <fstream>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -47,6 +49,19 @@ void end()
     if (--state.running == 0) state.idle.notify_all();
 }
 
+bool hasWorkers()
+{
+    bool found = false;
+    DIR* const folder = opendir("/proc/self/task");
+    while (const dirent* const entry = readdir(folder)) {
+        std::string name;
+        std::ifstream(std::string("/proc/self/task/") + entry->d_name + "/comm") >> name;
+        found = found || name == "orvu-worker";
+    }
+    closedir(folder);
+    return found;
+}
+
 struct Running {
     ~Running() { end(); }
 };
@@ -86,9 +101,13 @@ RegisteredHandler::RegisteredHandler(Handler handler)
 RegisteredHandler::~RegisteredHandler()
 {
     Registration& state = registration();
-    std::unique_lock<std::mutex> lock(state.mutex);
-    state.handler = nullptr;
-    state.idle.wait(lock, [&] { return state.running == 0; });
+    {
+        std::unique_lock<std::mutex> lock(state.mutex);
+        state.handler = nullptr;
+        state.idle.wait(lock, [&] { return state.running == 0; });
+    }
+    while (hasWorkers())  // which may still log
+        std::this_thread::yield();
 }
 
 int RegisteredHandler::calls()

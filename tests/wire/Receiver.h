@@ -25,7 +25,7 @@ void answerWithSuccess(Orvu::OrvuRestRequest* request);
 class RegisteredHandler {
 public:
     explicit RegisteredHandler(Handler handler);
-    /// Waits for the handlers that are running.
+    /// Waits for the handlers that are running, and for the library's threads that ran them.
     ~RegisteredHandler();
     RegisteredHandler(const RegisteredHandler&) = delete;
     RegisteredHandler& operator=(const RegisteredHandler&) = delete;

@@ -1,8 +1,12 @@
+#include <atomic>
 #include <csignal>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 
@@ -185,23 +189,56 @@ private:
     Latch& goOn_;
 };
 
+/// Whether the thread waits for a mutex; also true when the system does not say.
+bool waitsForAMutex(pid_t thread)
+{
+    std::string call;
+    std::ifstream("/proc/self/task/" + std::to_string(thread) + "/syscall") >> call;
+    return call.empty() || call == std::to_string(SYS_futex);
+}
+
+class Deletion {
+public:
+    explicit Deletion(OrvuRestRequest* request)
+        : thread_([this, request] {
+              number_ = static_cast<pid_t>(syscall(SYS_gettid));
+              delete request;
+              done_ = true;
+          })
+    {}
+    ~Deletion() { thread_.join(); }
+
+    /// Waits until it is done, or can go no further.
+    void waitUntilItStands() const
+    {
+        while (!done_ && (number_ == 0 || !waitsForAMutex(number_)))
+            std::this_thread::yield();
+    }
+    bool isDone() const { return done_; }
+
+private:
+    std::atomic<bool> done_{false};
+    std::atomic<pid_t> number_{0};
+    std::thread thread_;
+};
+
 TEST_F(ARequestObject, IsDeletedOnlyAfterTheAnswerThatAnotherThreadIsSending)
 {
     Latch begun;
     Latch goOn;
-    int destroyed = 0;
-    auto* const request = new OrvuRestRequest(connection, new Counted<SuccessResponse>(destroyed));
+    auto* const request = new OrvuRestRequest(connection, new SuccessResponse);
     std::thread answering([&] {
         Slow slow(begun, goOn);
         EXPECT_EQ(request->sendResponse(&slow), 24);
     });
     begun.wait();
-    std::thread deleting([&] { delete request; });
-    EXPECT_EQ(destroyed, 0);
-    goOn.open();
+    {
+        const Deletion deletion(request);
+        deletion.waitUntilItStands();
+        EXPECT_FALSE(deletion.isDone());
+        goOn.open();
+    }
     answering.join();
-    deleting.join();
-    EXPECT_EQ(destroyed, 1);
     EXPECT_EQ(peer.readToEnd(), frameOf(kSuccess));
 }
 
