@@ -138,8 +138,8 @@ void OrvuRestServerWebSocket::admit(Socket socket)
     } catch (const std::bad_alloc&) {
         OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: ERROR out of memory!");
     }
-    setCandidate(nullptr);
     OrvuRestInterface::log("OrvuRestServerWebSocket::serverThread: Handshake fail! Ignoring client.");
+    setCandidate(nullptr);
 }
 
 /// False once the server is being stopped.
