@@ -103,6 +103,8 @@ TEST_F(AWebSocketClient, HearsItsTextsAgain)
 
 TEST_F(AWebSocketClient, IsEchoedWithFiveLogLines)
 {
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerWebSocket: Waiting new client connection...", 2));
+    ASSERT_TRUE(log.waitFor(kReader + ": start"));
     log.clear();
     sendAlone("\x81\x85\x01\x01\x01\x01idmmn");
     EXPECT_THAT(
