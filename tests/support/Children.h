@@ -44,6 +44,24 @@ public:
     char* serialize() override { return nullptr; }
 };
 
+/// Reads nothing, keeps the text that it was given and answers what the test says.
+template <class Message>
+class Listening : public Message {
+public:
+    explicit Listening(bool answer) : answer_(answer) {}
+    bool deserialize(const char* text) override
+    {
+        heard = text;
+        return answer_;
+    }
+    using Message::deserialize;
+
+    std::string heard;
+
+private:
+    const bool answer_;
+};
+
 /// Counts in `destroyed` that it was deleted.
 template <class Message>
 class Counted : public Message {
