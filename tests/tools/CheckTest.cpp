@@ -26,6 +26,7 @@ TEST(Checking, SaysWhenTheSameTextIsWritten)
     const std::string file = folder.write("a.json", "{\n\t\"HEADER\":\t\"serviceTime\",\n\t\"time\":\t\"20:30\"\n}");
     expect(run(orvu({"check", file})), 0,
            "type     serviceTime (24), class ServiceTime\n"
+           "schema   serviceTime.schema.json\n"
            "read     yes\n"
            "written  the same text\n");
 }
@@ -34,6 +35,7 @@ TEST(Checking, SaysWhenOnlyTheLayoutDiffers)
 {
     expect(check("{\"time\":\"20\\u003a30\", \"HEADER\":\"serviceTime\"}\n"), 0,
            "type     serviceTime (24), class ServiceTime\n"
+           "schema   serviceTime.schema.json\n"
            "read     yes\n"
            "written  the same content, laid out differently\n");
 }
@@ -42,6 +44,7 @@ TEST(Checking, ListsTheDifferences)
 {
     expect(check(R"({"HEADER":"serviceList","serviceList":[{"serviceName":"A","serviceId":"5","odd key":[1]},7]})"), 1,
            "type     serviceList (9), class ServiceList\n"
+           "schema   serviceList.schema.json\n"
            "read     yes\n"
            "written  with 6 differences\n"
            "  serviceList[0].serviceId: \"5\" becomes 0\n"
@@ -74,6 +77,7 @@ TEST(Checking, SaysWhatOfAListIsLost)
 {
     expect(check(R"({"HEADER":"screenDescription","screen_items":[null]})"), 1,
            "type     screenDescription (89), class ScreenDescription\n"
+           "schema   screenDescription.schema.json\n"
            "read     yes\n"
            "written  with 1 difference\n"
            "  screen_items[0]: null becomes "
@@ -95,6 +99,7 @@ TEST(Checking, CountsTextBehindTheJsonAsADifference)
 {
     expect(check("{\"HEADER\":\"success\"} }\n"), 1,
            "type     success (7), class SuccessResponse\n"
+           "schema   success.schema.json\n"
            "read     yes\n"
            "written  with 1 difference\n"
            "  (behind the JSON): \"}\\n\" is not read\n"
@@ -129,6 +134,7 @@ TEST(Checking, ReadsTheTypeUnknownItself)
 {
     expect(check("{\n\t\"HEADER\":\t\"unknown\"\n}"), 0,
            "type     unknown (0), class UnknowRequest\n"
+           "schema   unknown.schema.json\n"
            "read     yes\n"
            "written  the same text\n");
 }
@@ -151,6 +157,7 @@ TEST(Checking, SaysWhenTheMessageRefusesTheText)
 {
     expect(check(R"({"HEADER":"qrCodeScreen","displayName":"Celular da Ana"})"), 2,
            "type     qrCodeScreen (27), class QrCodeScreen\n"
+           "schema   qrCodeScreen.schema.json\n"
            "read     no: QrCodeScreen refuses the text\n");
 }
 
@@ -158,9 +165,11 @@ TEST(Checking, SaysWhenANumberCannotBeConverted)
 {
     expect(check(R"({"HEADER":"serviceComponent","componentTag":"0xffffffff"})"), 2,
            "type     serviceComponent (20), class ServiceComponent\n"
+           "schema   serviceComponent.schema.json\n"
            "read     no: std::out_of_range from stoi\n");
     expect(check(R"({"HEADER":"serviceComponent","componentTag":"0x"})"), 2,
            "type     serviceComponent (20), class ServiceComponent\n"
+           "schema   serviceComponent.schema.json\n"
            "read     no: std::invalid_argument from stoi\n");
 }
 
@@ -170,6 +179,7 @@ TEST(Checking, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
                  R"("pos":{"x":0,"y":0,"w":640,"h":"50%"}})"),
            1,
            "type     serviceCompTagAction (23), class ServiceCompTagAction\n"
+           "schema   serviceCompTagAction.schema.json\n"
            "read     yes\n"
            "written  with 1 difference\n"
            "  pos.h: \"50%\" becomes 360\n"

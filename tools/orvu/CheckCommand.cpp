@@ -54,14 +54,15 @@ std::string faultOfReading(Serializable& message, const std::string& text)
     }
 }
 
-std::string typeLine(const cJSON* tree, const Serializable* message)
+std::string typeLines(const cJSON* tree, const Serializable* message)
 {
     const cJSON* header = cJSON_GetStringItem(tree, "HEADER");
     if (header == nullptr) return "type     none\n";
     const std::string name = header->valuestring;
     const std::string line = "type     " + (typeNamed(name) ? name : quoted(name.c_str()));
     if (message == nullptr) return line + "\n";
-    return line + " (" + std::to_string(message->getDataType()) + "), class " + className(*message) + "\n";
+    return line + " (" + std::to_string(message->getDataType()) + "), class " + className(*message) + "\nschema   " +
+           name + ".schema.json\n";
 }
 
 std::vector<std::string> allDifferences(const ParsedText& read, const std::string& written)
@@ -111,7 +112,7 @@ int checkText(const std::string& text, Output& output)
     const ParsedText parsed = parseText(text);
     if (!parsed.tree) return refused("the text " + parsed.fault, output);
     const Made made = madeFrom(parsed.tree.get(), text);
-    output.write(typeLine(parsed.tree.get(), made.message.get()));
+    output.write(typeLines(parsed.tree.get(), made.message.get()));
     if (!made.message) return refused(made.fault, output);
     const std::string fault = faultOfReading(*made.message, text);
     if (!fault.empty()) return refused(fault, output);
@@ -138,8 +139,9 @@ void addCheck(CLI::App& app, Chosen& chosen)
         ->type_name("");
     addLogOption(*command, chosen);
     command->footer(
-        "Prints the type, whether the text reads, and what the message that was read writes: the same text, the same\n"
-        "content laid out differently, or each difference followed by the written text.\n"
+        "Prints the type with the name of its JSON Schema, whether the text reads, and what the message that was read\n"
+        "writes: the same text, the same content laid out differently, or each difference followed by the written "
+        "text.\n"
         "Exit codes:\n"
         "  0   the text reads, and what is written says the same\n"
         "  1   the text reads, but what is written differs\n"
