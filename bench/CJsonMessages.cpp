@@ -1,19 +1,8 @@
 #include "bench/CJsonMessages.h"
 
+#include "bench/CJsonFields.h"
+
 namespace OrvuBench {
-namespace {
-
-void read(const cJSON* tree, const char* key, std::string& field)
-{
-    const cJSON* const item = cJSON_GetObjectItem(tree, key);
-    if (cJSON_IsString(item)) field = item->valuestring;
-}
-
-void read(const cJSON* tree, const char* key, int& field)
-{
-    const cJSON* const item = cJSON_GetObjectItem(tree, key);
-    if (cJSON_IsNumber(item)) field = item->valueint;
-}
 
 Channel readChannel(const cJSON* tree)
 {
@@ -36,8 +25,6 @@ cJSON* channelTree(const Channel& channel)
     cJSON_AddNumberToObject(tree, "serviceId", channel.serviceId);
     return tree;
 }
-
-}  // namespace
 
 std::string typeOf(const cJSON* tree)
 {

@@ -32,6 +32,10 @@ std::string typeOf(const cJSON* tree);
 std::optional<std::string> readTime(const cJSON* tree);
 Text writeTime(const std::string& time);
 
+/// One service, from its own tree and as one, which the caller deletes.
+Channel readChannel(const cJSON* tree);
+cJSON* channelTree(const Channel& channel);
+
 std::optional<std::vector<Channel>> readList(const cJSON* tree);
 Text writeList(const std::vector<Channel>& channels);
 

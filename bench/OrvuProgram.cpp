@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "bench/Channels.h"
+#include "bench/OrvuMessages.h"
 #include "bench/PlainSockets.h"
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/OrvuRestRequest.h"
@@ -11,17 +12,6 @@ namespace OrvuBench {
 namespace {
 
 using Orvu::OrvuRestInterface;
-
-Orvu::Service* orvuService(const Channel& channel)
-{
-    auto service = std::make_unique<Orvu::Service>();
-    service->serviceContextId = channel.locator;
-    service->serviceName = channel.name;
-    service->transportStreamId = channel.transportStreamId;
-    service->originalNetworkId = channel.originalNetworkId;
-    service->serviceId = channel.serviceId;
-    return service.release();
-}
 
 std::unique_ptr<Orvu::Serializable> answerTo(Orvu::DataType type)
 {
@@ -56,7 +46,7 @@ std::unique_ptr<Orvu::ServiceList> orvuList()
 {
     auto list = std::make_unique<Orvu::ServiceList>();
     for (const Channel& channel : channels())
-        list->addService(orvuService(channel));
+        list->addService(orvuService(channel).release());
     return list;
 }
 

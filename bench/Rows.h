@@ -6,7 +6,11 @@ namespace OrvuBench {
 /// name that says so: whether it logs is settled once a process.
 void addExchangeRows(bool logging);
 
-/// Reading and writing the list of 200 services, by the library and by cJSON.
+/// Reading and writing messages, by the library and by cJSON: the list of 200 services, 500 events, capabilities, a tree of
+/// nodes and the tokens of 200 services. Longer lists of events are only read.
 void addMessageRows();
+
+/// Adding 20,000 events one by one to a schedule of the library, in both orders of time.
+void addScheduleRows();
 
 }  // namespace OrvuBench

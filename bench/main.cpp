@@ -12,7 +12,10 @@ int main(int argc, char** argv)
     const char* const log = std::getenv("ORVU_LOG");
     const bool logging = !log || std::string_view(log) != "none";
     OrvuBench::addExchangeRows(logging);
-    if (!logging) OrvuBench::addMessageRows();
+    if (!logging) {
+        OrvuBench::addMessageRows();
+        OrvuBench::addScheduleRows();
+    }
 
     // Memory costs more in a process with several threads, as every receiver is.
     const OrvuBench::PlainServer anotherThread([](int, const char*) {});

@@ -22,7 +22,11 @@
 namespace {
 
 // In the order of the report.
-const std::vector<std::string> kSubjects = {"tiny exchange", "list exchange", "reading a list", "writing a list"};
+const std::vector<std::string> kSubjects = {
+    "tiny exchange",       "list exchange",        "reading a list",          "writing a list",
+    "reading events",      "writing events",       "reading capabilities",    "writing capabilities",
+    "reading nodes",       "writing nodes",        "reading tokens",          "writing tokens",
+    "reading 1000 events", "reading 10000 events", "adding 20000, ascending", "adding 20000, descending"};
 const std::vector<std::string> kPrograms = {"limit", "cJSON", "orvu", "orvu, logging"};
 
 /// Two programs to compare.
@@ -44,6 +48,16 @@ constexpr Comparison kComparisons[] = {
     {"list exchange",  "cJSON",         "limit", 0},
     {"reading a list", "orvu",          "cJSON", 1.15},
     {"writing a list", "orvu",          "cJSON", 0.30},
+    {"reading events", "orvu",          "cJSON", 1.15},
+    {"writing events", "orvu",          "cJSON", 0.30},
+    {"reading capabilities", "orvu",    "cJSON", 1.15},
+    {"writing capabilities", "orvu",    "cJSON", 0.30},
+    {"reading nodes",  "orvu",          "cJSON", 1.15},
+    {"writing nodes",  "orvu",          "cJSON", 0.30},
+    {"reading tokens", "orvu",          "cJSON", 1.15},
+    {"writing tokens", "orvu",          "cJSON", 0.30},
+    {"reading 1000 events", "orvu",     "cJSON", 0},
+    {"reading 10000 events", "orvu",    "cJSON", 0},
 };
 // clang-format on
 
@@ -145,9 +159,9 @@ std::string spread(const std::vector<double>& values)
 void printRows(const Rows& rows)
 {
     std::printf("Microseconds for one: the median (the least to the most), of so many samples\n\n");
-    std::printf("%-28s%-15s%-30s%-30s%s\n", "", "", "processor time", "wall time", "samples");
+    std::printf("%-28s%-15s%-44s%-44s%s\n", "", "", "processor time", "wall time", "samples");
     for (const auto& [row, samples] : rows) {
-        std::printf("%-28s%-15s%-30s%-30s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
+        std::printf("%-28s%-15s%-44s%-44s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
                     spread(samples.processor).c_str(), spread(samples.wall).c_str(), samples.wall.size());
     }
 }
