@@ -179,6 +179,16 @@ TEST(TheFacade, CanBeDestroyedByManyThreadsWhileRequestsCome)
     EXPECT_TRUE(over);
 }
 
+TEST(TheFacade, GivesThePortBackAtOnceWhenItIsDestroyed)
+{
+    for (int round = 0; round < 20; ++round) {
+        const Receiver receiver;
+        const RawPeer idle = receiver.connect();
+        OrvuRestInterface::destroyInstance();
+        ASSERT_GE(RawPeer(boundSocket(receiver.port(), true)).fd(), 0) << round;
+    }
+}
+
 TEST(TheFacade, CanBeDestroyedAndMadeAgain)
 {
     for (int round = 0; round < 20; ++round) {

@@ -1,8 +1,14 @@
 #include <chrono>
 #include <dirent.h>
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <memory>
+#include <stdexcept>
 #include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+#include <vector>
 
 #include "orvu/OrvuRestInterface.h"
 #include "wire/Receiver.h"
@@ -52,6 +58,44 @@ TEST(AnAcceptLoopWithoutDescriptors, PausesAndServesOnOnceThereAreSome)
     }
     EXPECT_THAT(peer.readFrame(), Optional(kSuccess));
     EXPECT_LT(processorTimeOf("orvu-accept") - busyBefore, 50'000'000);
+}
+
+/// Holds the first 1100 descriptors, so that those after them have larger numbers than `select` could wait for.
+class ManyDescriptors {
+public:
+    ManyDescriptors()
+    {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        const rlimit enough{before_.rlim_max, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &enough);
+        while (taken_.empty() || taken_.back() < 1100) {
+            taken_.push_back(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3));
+            if (taken_.back() < 0) throw std::runtime_error("this system gives no process so many descriptors");
+        }
+    }
+    ~ManyDescriptors()
+    {
+        for (const int fd : taken_)
+            close(fd);
+        setrlimit(RLIMIT_NOFILE, &before_);
+    }
+
+private:
+    rlimit before_;
+    std::vector<int> taken_;
+};
+
+TEST(AnExchangeOnLargeDescriptors, IsLikeAnyOther)
+{
+    const ManyDescriptors below;
+    const Receiver receiver;
+    RawPeer slow = receiver.connect();
+    ASSERT_GT(slow.fd(), 1100);
+    ASSERT_TRUE(slow.sendByteByByte(frameOf(kSuccess)));  // so that the server has to wait
+    EXPECT_THAT(slow.readFrame(), Optional(kSuccess));
+    ASSERT_TRUE(OrvuRestInterface::getInstance()->configureClient("127.0.0.1", receiver.port()));
+    const std::unique_ptr<Serializable> answer(OrvuRestInterface::getInstance()->sendRequest(DataTypeSuccess));
+    EXPECT_EQ(answer->getDataType(), DataTypeSuccess);
 }
 
 TEST(AnAcceptLoopWithoutDescriptors, CanBeStopped)

@@ -222,6 +222,13 @@ TEST_F(ARequestClientThatFails, GivesUnknowRequestForAnAnswerThatItsClassCannotR
     EXPECT_THAT(log.lines(), Contains(kSend + "ERROR cannot deserialize response!"));
 }
 
+TEST_F(ARequestClientThatFails, GivesUnknowRequestForANumberThatCannotBeConverted)
+{
+    SuccessResponse request;
+    EXPECT_EQ(typeAnswering(request, frameOf(R"({"HEADER":"serviceComponent","componentTag":"0x"})")), DataTypeUnknown);
+    EXPECT_THAT(log.lines(), Contains(kSend + "ERROR cannot deserialize response!"));
+}
+
 TEST_F(ARequestClientThatFails, ClosesEverySocket)
 {
     SuccessResponse request;
@@ -281,6 +288,19 @@ TEST_F(ARequestClientThatFails, IsWokenByDestructionWhileItConnects)
     while (!isBeingOpened(full.port()))
         std::this_thread::yield();
     OrvuRestClientSocket::destroyInstance();
+    configuring.join();
+}
+
+TEST_F(ARequestClientThatFails, KeepsNoOtherRequestWaitingWhileItConnects)
+{
+    RawListener full(0);
+    const RawPeer waiting = RawPeer::connectedTo(full.port());
+    std::thread configuring([&] { EXPECT_FALSE(client().configureClient("127.0.0.1", full.port())); });
+    while (!isBeingOpened(full.port()))
+        std::this_thread::yield();
+    EXPECT_TRUE(client().configureClient("127.0.0.1", peer.port()));
+    EXPECT_TRUE(isBeingOpened(full.port()));
+    OrvuRestInterface::destroyInstance();
     configuring.join();
 }
 

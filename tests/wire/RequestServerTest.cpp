@@ -167,6 +167,18 @@ TEST(ARequestServer, AnswersWhatItsClassCannotReadWithUnknown)
     EXPECT_EQ(receiver.calls(), 0);
 }
 
+TEST(ARequestServer, AnswersANumberThatCannotBeConvertedWithUnknown)
+{
+    LogCapture log;
+    Receiver receiver;
+    const char* const noNumber = R"({"HEADER":"serviceComponent","componentTag":"0x"})";
+    const char* const tooLarge = R"({"HEADER":"serviceComponent","componentTag":"0x1FFFFFFFF"})";
+    EXPECT_THAT(receiver.ask(noNumber), Optional(kUnknown));
+    EXPECT_THAT(receiver.ask(tooLarge), Optional(kUnknown));
+    EXPECT_EQ(log.count(kWorker + ": Cannot deserialize!"), 2);
+    EXPECT_EQ(receiver.calls(), 0);
+}
+
 class ATextOfNoKnownType : public testing::TestWithParam<const char*> {};
 
 TEST_P(ATextOfNoKnownType, ReachesTheApplicationAsAnUnknowRequest)

@@ -26,6 +26,7 @@ std::map<std::string, std::vector<std::string>> addressesOf;  // of the names th
 addrinfo askedFor;
 std::vector<std::string> interfaceAddresses;  // "" for an interface without an address, "::1" for one that is not IPv4
 bool interfacesAreFake = false;
+bool addressesCannotBeWritten = false;
 
 template <class Function>
 Function* real(const char* name)
@@ -80,6 +81,12 @@ void freeaddrinfo(addrinfo* entry) noexcept
         delete entry;
         entry = next;
     }
+}
+
+const char* inet_ntop(int family, const void* address, char* text, socklen_t size) noexcept
+{
+    if (interfacesAreFake && addressesCannotBeWritten) return nullptr;
+    return real<const char*(int, const void*, char*, socklen_t)>("inet_ntop")(family, address, text, size);
 }
 
 int getifaddrs(ifaddrs** list) noexcept
@@ -210,6 +217,14 @@ TEST_F(ADevice, MayHaveAnotherAddressOfTheLoopback)
 TEST_F(ADevice, PassesOverInterfacesWithoutAnIPv4Address)
 {
     EXPECT_EQ(address({"", "::1", "fe80::1", "10.0.0.7"}), "10.0.0.7");
+}
+
+TEST_F(ADevice, HasTheLoopbacksAddressWhenItsOwnCannotBeWritten)
+{
+    addressesCannotBeWritten = true;
+    EXPECT_EQ(address({"192.168.0.7"}), "127.0.0.1");
+    addressesCannotBeWritten = false;
+    EXPECT_THAT(log.lines(), Contains("Cannot resolve the current IP. Check your network!"));
 }
 
 TEST(TheRealDevice, HasADottedAddress)
