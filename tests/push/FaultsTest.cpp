@@ -32,6 +32,7 @@ std::atomic<int> minutesThatFail{0};           // that fail
 std::atomic<int> sendsThatFindNoRoom{0};       // sends that the system takes nothing of
 std::atomic<int> sendsUntilOneFindsNoRoom{0};  // again and again; 0: none does
 std::atomic<std::size_t> mostThatIsSent{0};    // bytes that it takes at once; 0: all
+std::vector<int>* sentTo = nullptr;            // keeps the descriptors of sends
 std::atomic<bool> libraryHasNoMemory{false};   // its threads, for C++ objects
 thread_local int allocationsLeft = 0;          // of this thread, up to the one that is refused; below 1: none is
 ifaddrs* interfaces = nullptr;
@@ -81,6 +82,7 @@ int __wrap_poll(pollfd* wanted, nfds_t count, int timeout)
 ssize_t __wrap_sendmsg(int fd, const msghdr* message, int flags)
 {
     static std::atomic<int> sends{0};
+    if (sentTo) sentTo->push_back(fd);
     const int period = sendsUntilOneFindsNoRoom;
     if (happens(sendsThatFindNoRoom) || (period > 0 && ++sends % period == 0)) {
         errno = EAGAIN;
@@ -299,6 +301,22 @@ TEST(ATcpServerInTrouble, PushesAllBytesHoweverFewTheSystemTakesAtOnce)
     mostThatIsSent = 0;
     EXPECT_EQ(first.receive(5), "hello");
     EXPECT_EQ(second.receive(5), "hello");
+}
+
+TEST(ATcpServer, OffersAPushInTheOrderOfAcceptance)
+{
+    RunningTcp server;
+    std::vector<RawPeer> clients;
+    std::vector<int> accepted;
+    for (int i = 0; i < 10; ++i) {
+        clients.push_back(server.attach());
+        accepted.push_back(otherEndOf(clients.back()));
+    }
+    std::vector<int> order;
+    sentTo = &order;
+    EXPECT_TRUE(server.push("hello"));
+    sentTo = nullptr;
+    EXPECT_EQ(order, accepted);
 }
 
 TEST(TheFacadeInTrouble, CreatesNoServerWithoutMemory)

@@ -53,6 +53,20 @@ TYPED_TEST(StoppingAPushServer, EndsAPushThatAClientDoesNotTake)
     pusher.join();
 }
 
+TYPED_TEST(StoppingAPushServer, IsNotHinderedByAClientThatCameDuringAPush)
+{
+    this->clients.push_back(this->running.attach(connectedWithLittleRoom));
+    std::thread pusher([this] { this->running.push(tooMuch()); });
+    EXPECT_EQ(this->clients[0].receive(this->begin.size()), this->begin);
+    for (int i = 0; i < 3; ++i) {
+        this->clients.push_back(RawPeer::connectedTo(this->running.port()));
+        const RawPeer& client = this->clients.back();
+        EXPECT_TRUE(eventually([&] { return otherEndOf(client) >= 0 || hasBytes(client); }));  // taken, or refused
+    }
+    this->stopAtOnce();
+    pusher.join();
+}
+
 TYPED_TEST(StoppingAPushServer, EndsThePushesThatWaitForOneAnother)
 {
     this->clients.push_back(this->running.attach(connectedWithLittleRoom));

@@ -1,7 +1,9 @@
+#include <atomic>
 #include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
+#include <thread>
 
 #include "push/PushServers.h"
 #include "wire/Receiver.h"
@@ -49,6 +51,26 @@ TEST_F(AWebSocketPushServer, PushesToAClientAsSoonAsItHasItsAnswer)
         client.send(kCloseFrame);
         ASSERT_EQ(client.readToEnd(), "");
     }
+}
+
+TEST_F(AWebSocketPushServer, AnswersBeforeItPushes)
+{
+    std::atomic<bool> over{false};
+    std::thread pusher([&] {
+        while (!over)
+            server.push("hello");
+    });
+    for (int round = 0; round < 50; ++round) {
+        RawPeer client = server.attach();
+        EXPECT_THAT(readServerFrame(client), Optional(Frame{0x82, "hello"})) << round;
+        client.send(kCloseFrame);
+        std::string rest = client.readToEnd();
+        for (const Frame& frame : takeFrames(rest))
+            EXPECT_EQ(frame, (Frame{0x82, "hello"})) << round;
+        EXPECT_EQ(rest, "") << round;
+    }
+    over = true;
+    pusher.join();
 }
 
 TEST_F(AWebSocketPushServer, TakesTheNextClientAfterACloseFrame)
