@@ -57,6 +57,24 @@ int RandomJson::integer()
     return static_cast<int>(random_());
 }
 
+Tree RandomJson::anyValue()
+{
+    static constexpr const char* kTexts[] = {
+        "1e400", "-1e400", "2.9999999999999996", "2147483648",   "-2147483649", "0.1",
+        "-0.0",  "1e-400", "\"\\u0000\"",        "\"a\\u0000b\""};
+    if (once(3)) return Tree(cJSON_CreateRaw(kTexts[below(std::size(kTexts))]));
+    return tree(1);
+}
+
+Tree RandomJson::anyObject(const std::vector<std::string>& keys)
+{
+    Tree object(cJSON_CreateObject());
+    for (const std::string& key : keys) {
+        if (!once(6)) cJSON_AddItemToObject(object.get(), key.c_str(), anyValue().release());
+    }
+    return object;
+}
+
 cJSON* RandomJson::value(int levels)
 {
     switch (below(levels > 0 ? 10 : 6)) {

@@ -2,6 +2,7 @@
 
 #include <random>
 #include <string>
+#include <vector>
 
 #include "support/Messages.h"
 
@@ -24,6 +25,10 @@ public:
     double number();
     /// At the ends of 32 bits, around 0, and anything between.
     int integer();
+    /// A value such as a peer could send where a message expects a text, a number or a boolean.
+    Tree anyValue();
+    /// An object with any values under most of these keys, in their order.
+    Tree anyObject(const std::vector<std::string>& keys);
 
 private:
     cJSON* value(int levels);

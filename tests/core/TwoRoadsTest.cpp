@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/RandomJson.h"
 #include "core/TestMessages.h"
@@ -126,39 +127,20 @@ TEST(BothRoads, WriteTheSameScreenDescription)
     }
 }
 
-/// A value such as a peer could send where a message expects a text, a number or a boolean.
-cJSON* anyValue(RandomJson& random)
-{
-    static constexpr const char* kTexts[] = {
-        "1e400", "-1e400", "2.9999999999999996", "2147483648",   "-2147483649", "0.1",
-        "-0.0",  "1e-400", "\"\\u0000\"",        "\"a\\u0000b\""};
-    if (random.once(3)) return cJSON_CreateRaw(kTexts[random.below(10)]);
-    return random.tree(1).release();
-}
-
-void addAny(RandomJson& random, cJSON* object, const char* key)
-{
-    if (!random.once(6)) cJSON_AddItemToObject(object, key, anyValue(random));
-}
-
 Tree anyService(RandomJson& random)
 {
-    Tree object(cJSON_CreateObject());
-    for (const char* key : {"HEADER", "serviceContextId", "serviceName", "transportStreamId", "ORIGINALNETWORKID",
-                            "serviceId", "serviceId"})
-        addAny(random, object.get(), key);
-    return object;
+    return random.anyObject({"HEADER", "serviceContextId", "serviceName", "transportStreamId", "ORIGINALNETWORKID",
+                             "serviceId", "serviceId"});
 }
 
 cJSON* anyItems(RandomJson& random, int levels);
 
 Tree anyItem(RandomJson& random, int levels)
 {
-    if (random.once(8)) return Tree(anyValue(random));
-    Tree object(cJSON_CreateObject());
-    for (const char* key : {"HEADER", "type", "visible", "enabled", "focused", "isSelected", "checked"})
-        addAny(random, object.get(), key);
-    if (random.once(4)) addAny(random, object.get(), "content");
+    if (random.once(8)) return random.anyValue();
+    std::vector<std::string> keys = {"HEADER", "type", "visible", "enabled", "focused", "isSelected", "checked"};
+    if (random.once(4)) keys.push_back("content");
+    Tree object = random.anyObject(keys);
     if (levels > 0) cJSON_AddItemToObject(object.get(), "contentList", anyItems(random, levels - 1));
     return object;
 }
