@@ -213,6 +213,8 @@ TEST_F(ASentFrame, FailsWhenThePeerIsGone)
 TEST_F(ASentFrame, CannotCarryTwoGibibytes)
 {
     EXPECT_FALSE(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)));  // refused before the text is looked at
+    ours.close();
+    EXPECT_EQ(theirs.readToEnd(), "");
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 
 using namespace Orvu;
 using namespace OrvuTests;
-using testing::Eq;
 using testing::Optional;
 
 namespace {

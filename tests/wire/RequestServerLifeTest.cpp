@@ -16,7 +16,6 @@
 using namespace Orvu;
 using namespace OrvuTests;
 using testing::Contains;
-using testing::Eq;
 using testing::Optional;
 
 namespace {
