@@ -11,7 +11,6 @@
 namespace OrvuTests {
 namespace {
 
-using testing::HasSubstr;
 using testing::MatchesRegex;
 
 std::string fault(const RawListener& server, const std::string& why)
