@@ -193,6 +193,7 @@ bool JsonReader::keepAll(const char* key, std::vector<Message*>& children)
 template <class Message>
 void JsonReader::takeElements(const cJSON& list, std::vector<Message*>& children, Elements which)
 {
+    children.reserve(children.size() + static_cast<std::size_t>(cJSON_GetArraySize(&list)));
     for (const cJSON* item = list.child; item; item = item->next) {
         auto child = std::make_unique<Message>();
         JsonReader nested(*item, Place::Nested);

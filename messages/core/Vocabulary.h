@@ -33,8 +33,10 @@ struct Vocabulary {
     /// The value of a word that is read back, compared exactly.
     Enum value(std::string_view text) const
     {
+        const char first = text.empty() ? '\0' : text.front();  // spares most of the comparisons
         for (std::size_t i = 0; i < count; ++i) {
-            if (words[i].readability == ReadBack && text == words[i].text) return words[i].value;
+            const bool mayBe = words[i].readability == ReadBack && *words[i].text == first;
+            if (mayBe && text == words[i].text) return words[i].value;
         }
         return stranger;
     }
