@@ -3,8 +3,10 @@
 #include <sstream>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 #include "orvu/OrvuRestInterface.h"
+#include "support/BuiltProgram.h"
 #include "support/LogCapture.h"
 #include "support/Process.h"
 
@@ -19,7 +21,7 @@ Ended child(const char* what, const std::string& place)
 {
     ProcessOptions options;
     options.environment = {"ORVU_LOG=" + place};
-    return run({LOG_CHILD, what}, options);
+    return run(builtProgram(LOG_CHILD, {what}), options);
 }
 
 TEST(TheLog, IsAMarkedLineOnStandardError)
@@ -33,7 +35,9 @@ TEST(TheLog, IsAMarkedLineOnStandardError)
 
 TEST(TheLog, IsOnStandardErrorWhenNoPlaceIsNamed)
 {
-    const Ended ended = run({"env", "-u", "ORVU_LOG", LOG_CHILD, "line"});
+    std::vector<std::string> command = builtProgram(LOG_CHILD, {"line"});
+    command.insert(command.begin(), {"env", "-u", "ORVU_LOG"});
+    const Ended ended = run(command);
     EXPECT_EQ(ended.err, "I/OrVU: a line of 1\n");
 }
 

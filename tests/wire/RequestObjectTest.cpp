@@ -189,12 +189,13 @@ private:
     Latch& goOn_;
 };
 
-/// Whether the thread waits for a mutex; also true when the system does not say.
-bool waitsForAMutex(pid_t thread)
+/// Whether the thread waits for something.
+bool sleeps(pid_t thread)
 {
-    std::string call;
-    std::ifstream("/proc/self/task/" + std::to_string(thread) + "/syscall") >> call;
-    return call.empty() || call == std::to_string(SYS_futex);
+    std::ifstream status("/proc/self/task/" + std::to_string(thread) + "/status");
+    for (std::string word; status >> word;)
+        if (word == "State:" && status >> word) return word == "S";
+    return false;
 }
 
 class Deletion {
@@ -211,7 +212,7 @@ public:
     /// Waits until it is done, or can go no further.
     void waitUntilItStands() const
     {
-        while (!done_ && (number_ == 0 || !waitsForAMutex(number_)))
+        while (!done_ && (number_ == 0 || !sleeps(number_)))
             std::this_thread::yield();
     }
     bool isDone() const { return done_; }

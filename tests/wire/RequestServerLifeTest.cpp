@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "orvu/OrvuRestInterface.h"
+#include "support/BuiltProgram.h"
 #include "transport/OrvuRestServerSocket.h"
 #include "wire/Receiver.h"
 #include "wire/Sockets.h"
@@ -254,6 +255,7 @@ TEST(ARunningServer, CanBeStoppedFromItsCallback)
 
 TEST(ARunningServer, HasTheLongestBacklogThatTheSystemGives)
 {
+    if (kEmulated) GTEST_SKIP() << "the emulator does not tell the backlog";
     const Receiver receiver;
     tcp_info info{};
     socklen_t size = sizeof info;

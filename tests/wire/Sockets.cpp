@@ -14,7 +14,7 @@
 namespace OrvuTests {
 namespace {
 
-constexpr std::size_t kMoreThanThereIs = (static_cast<std::size_t>(1) << (sizeof(void*) == 8 ? 47 : 31));
+constexpr std::size_t kMoreThanThereIs = static_cast<std::size_t>(7) << (sizeof(void*) == 8 ? 44 : 29);
 
 bool isSocket(int fd)
 {

@@ -12,6 +12,7 @@
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
+#include "support/BuiltProgram.h"
 #include "support/RawPeer.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
@@ -72,6 +73,7 @@ TEST(AThreadOfTheLibrary, HasANameAndBlocksAllSignals)
     }
     EXPECT_THAT(seen, Contains(isNamed("orvu-accept")));
     EXPECT_THAT(seen, Contains(isNamed("orvu-worker")));
+    if (kEmulated) GTEST_SKIP() << "the emulator does not show which signals are blocked";
     for (const ThreadState& thread : seen)
         EXPECT_TRUE(thread.name.rfind("orvu-", 0) != 0 || blocksEverySignal(thread)) << thread.name;
 }
