@@ -260,7 +260,7 @@ void OrvuRestServerWebSocket::echo(const Client& client, const ReceivedFrame& fr
     OrvuRestInterface::log("OrvuRestServerWebSocket::clientReadThread: Received msg: echo back to client: %.*s",
                            shownSize(frame.payload->size()), frame.payload->data());
     const std::lock_guard<std::mutex> lock(writing_);
-    if (attachedClient() == client) sendframe(client, frame.payload->data(), frame.payload->size(), WS_FR_OP_TXT);
+    sendframe(client, frame.payload->data(), frame.payload->size(), WS_FR_OP_TXT);
 }
 
 bool OrvuRestServerWebSocket::send(unsigned char* data, unsigned int size)

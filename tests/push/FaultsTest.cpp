@@ -33,8 +33,9 @@ std::atomic<int> sendsThatFindNoRoom{0};       // sends that the system takes no
 std::atomic<int> sendsUntilOneFindsNoRoom{0};  // again and again; 0: none does
 std::atomic<std::size_t> mostThatIsSent{0};    // bytes that it takes at once; 0: all
 std::vector<int>* sentTo = nullptr;            // keeps the descriptors of sends
-std::atomic<bool> libraryHasNoMemory{false};   // its threads, for C++ objects
-thread_local int allocationsLeft = 0;          // of this thread, up to the one that is refused; below 1: none is
+std::atomic<int> awaitedShutdown{-1};  // an accept that succeeds returns once this descriptor is shut down; -1: at once
+std::atomic<bool> libraryHasNoMemory{false};  // its threads, for C++ objects
+thread_local int allocationsLeft = 0;         // of this thread, up to the one that is refused; below 1: none is
 ifaddrs* interfaces = nullptr;
 
 bool happens(std::atomic<int>& fault)
@@ -66,8 +67,24 @@ void* allocated(std::size_t size)
 }  // namespace
 
 extern "C" {
+int __real_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
+int __real_shutdown(int fd, int how);
 int __real_poll(pollfd* wanted, nfds_t count, int timeout);
 ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
+
+int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags)
+{
+    const int accepted = __real_accept4(fd, address, size, flags);
+    if (accepted >= 0) eventually([] { return awaitedShutdown < 0; });
+    return accepted;
+}
+
+int __wrap_shutdown(int fd, int how)
+{
+    const int result = __real_shutdown(fd, how);
+    if (fd == awaitedShutdown) awaitedShutdown = -1;
+    return result;
+}
 
 int __wrap_poll(pollfd* wanted, nfds_t count, int timeout)
 {
@@ -301,6 +318,19 @@ TEST(ATcpServerInTrouble, PushesAllBytesHoweverFewTheSystemTakesAtOnce)
     mostThatIsSent = 0;
     EXPECT_EQ(first.receive(5), "hello");
     EXPECT_EQ(second.receive(5), "hello");
+}
+
+TEST(ATcpServer, TakesNobodyWhoComesInWhileItStops)
+{
+    RunningTcp server;
+    RawPeer first = server.attach();
+    awaitedShutdown = otherEndOf(first);
+    RawPeer last = RawPeer::connectedTo(server.port());
+    ASSERT_TRUE(eventually([&] { return otherEndOf(last) >= 0; }));
+    server.server().stop();
+    EXPECT_EQ(awaitedShutdown, -1);
+    EXPECT_EQ(otherEndOf(first), -1);
+    EXPECT_EQ(otherEndOf(last), -1);
 }
 
 TEST(ATcpServer, OffersAPushInTheOrderOfAcceptance)
