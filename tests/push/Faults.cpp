@@ -1,0 +1,149 @@
+#include "push/Faults.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+
+#include "push/Observed.h"
+
+namespace OrvuTests {
+
+std::atomic<int> minutesThatPass{0};
+std::atomic<int> minutesThatFail{0};
+std::atomic<int> sendsThatFindNoRoom{0};
+std::atomic<int> sendsUntilOneFindsNoRoom{0};
+std::atomic<std::size_t> mostThatIsSent{0};
+std::vector<int>* sentTo = nullptr;
+std::atomic<int> awaitedShutdown{-1};
+std::atomic<bool> libraryHasNoMemory{false};
+thread_local int allocationsLeft = 0;
+ifaddrs* interfaces = nullptr;
+
+}  // namespace OrvuTests
+
+using namespace OrvuTests;
+
+namespace {
+
+constexpr int kMinute = 60 * 1000;
+
+bool happens(std::atomic<int>& fault)
+{
+    int left = fault;
+    while (left > 0 && !fault.compare_exchange_weak(left, left - 1)) {
+    }
+    return left > 0;
+}
+
+bool isLibraryThread()
+{
+    char name[16] = "";
+    pthread_getname_np(pthread_self(), name, sizeof name);
+    return std::strncmp(name, "orvu-", 5) == 0;
+}
+
+bool isRefused()
+{
+    if (allocationsLeft > 0 && --allocationsLeft == 0) return true;
+    return libraryHasNoMemory && isLibraryThread();
+}
+
+void* allocated(std::size_t size)
+{
+    return isRefused() ? nullptr : std::malloc(size);
+}
+
+}  // namespace
+
+extern "C" {
+int __real_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
+int __real_shutdown(int fd, int how);
+int __real_poll(pollfd* wanted, nfds_t count, int timeout);
+ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
+
+int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags)
+{
+    const int accepted = __real_accept4(fd, address, size, flags);
+    if (accepted >= 0) eventually([] { return awaitedShutdown < 0; });
+    return accepted;
+}
+
+int __wrap_shutdown(int fd, int how)
+{
+    const int result = __real_shutdown(fd, how);
+    if (fd == awaitedShutdown) awaitedShutdown = -1;
+    return result;
+}
+
+int __wrap_poll(pollfd* wanted, nfds_t count, int timeout)
+{
+    if (timeout == kMinute && happens(minutesThatFail)) {
+        errno = ENOMEM;
+        return -1;
+    }
+    if (timeout == kMinute && happens(minutesThatPass)) return 0;
+    return __real_poll(wanted, count, timeout);
+}
+
+ssize_t __wrap_sendmsg(int fd, const msghdr* message, int flags)
+{
+    static std::atomic<int> sends{0};
+    if (sentTo) sentTo->push_back(fd);
+    const int period = sendsUntilOneFindsNoRoom;
+    if (happens(sendsThatFindNoRoom) || (period > 0 && ++sends % period == 0)) {
+        errno = EAGAIN;
+        return -1;
+    }
+    if (mostThatIsSent == 0) return __real_sendmsg(fd, message, flags);
+    std::size_t left = mostThatIsSent;
+    iovec parts[2];
+    msghdr shorter = *message;
+    shorter.msg_iov = parts;
+    for (std::size_t i = 0; i < message->msg_iovlen; ++i) {
+        parts[i] = message->msg_iov[i];
+        parts[i].iov_len = std::min(parts[i].iov_len, left);
+        left -= parts[i].iov_len;
+    }
+    return __real_sendmsg(fd, &shorter, flags);
+}
+
+int __wrap_getifaddrs(ifaddrs** list)
+{
+    *list = interfaces;
+    return interfaces ? 0 : -1;
+}
+
+void __wrap_freeifaddrs(ifaddrs*) {}
+}
+
+void* operator new(std::size_t size)
+{
+    if (void* const block = allocated(size)) return block;
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return allocated(size);
+}
+
+void operator delete(void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, const std::nothrow_t&) noexcept
+{
+    std::free(block);
+}
