@@ -2,8 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
-#include <vector>
+#include <utility>
 
 #include "support/RawPeer.h"
 #include "tools/Pushing.h"
@@ -11,10 +10,6 @@
 
 namespace OrvuTests {
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
-using testing::StartsWith;
 
 std::string watchInShell(int port, const std::string& rest)
 {

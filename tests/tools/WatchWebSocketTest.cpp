@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "codecs/Base64.h"
 #include "support/RawPeer.h"
 #include "tools/Pushing.h"
 #include "tools/Tool.h"
