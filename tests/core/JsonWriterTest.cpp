@@ -151,7 +151,7 @@ TEST(AJsonWriter, TakesOnlyWhatSaysAsWhatItTravels)
     EXPECT_TRUE((CanBePut<const char*>::value && CanBePut<std::string>::value && CanBePut<Service*>::value));
     EXPECT_FALSE((CanBePut<double>::value || CanBePut<float>::value || CanBePut<long>::value));
     EXPECT_FALSE((CanBePut<char>::value || CanBePut<unsigned char>::value || CanBePut<long long>::value));
-    EXPECT_FALSE((CanBePut<DataType>::value || CanBePut<std::size_t>::value));
+    EXPECT_FALSE((CanBePut<DataType>::value || CanBePut<unsigned long>::value));
 }
 
 /// A list of services, each saying its text; one that says nothing stands for a null text.
