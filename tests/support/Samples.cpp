@@ -163,6 +163,7 @@ const std::vector<SecondText>& secondTexts()
 
 std::string withoutBornTimes(const std::string& text)
 {
+    if (text.find("bornTime") == std::string::npos) return text;
     static const std::regex kTime("(\"bornTime\":\\s*)-?[0-9]+");
     return std::regex_replace(text, kTime, "$010");
 }
