@@ -21,6 +21,7 @@ std::atomic<int> sendsUntilOneFindsNoRoom{0};
 std::atomic<std::size_t> mostThatIsSent{0};
 std::vector<int>* sentTo = nullptr;
 std::atomic<int> awaitedShutdown{-1};
+std::atomic<bool> isHeldUp{false};
 std::atomic<bool> libraryHasNoMemory{false};
 thread_local int allocationsLeft = 0;
 ifaddrs* interfaces = nullptr;
@@ -48,6 +49,14 @@ bool isLibraryThread()
     return std::strncmp(name, "orvu-", 5) == 0;
 }
 
+void awaitShutdown()
+{
+    if (awaitedShutdown < 0 || !isLibraryThread()) return;
+    isHeldUp = true;
+    eventually([] { return awaitedShutdown < 0; });
+    isHeldUp = false;
+}
+
 bool isRefused()
 {
     if (allocationsLeft > 0 && --allocationsLeft == 0) return true;
@@ -63,6 +72,7 @@ void* allocated(std::size_t size)
 
 extern "C" {
 int __real_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
+ssize_t __real_recv(int fd, void* to, size_t size, int flags);
 int __real_shutdown(int fd, int how);
 int __real_poll(pollfd* wanted, nfds_t count, int timeout);
 ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
@@ -70,8 +80,15 @@ ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
 int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags)
 {
     const int accepted = __real_accept4(fd, address, size, flags);
-    if (accepted >= 0) eventually([] { return awaitedShutdown < 0; });
+    if (accepted >= 0) awaitShutdown();
     return accepted;
+}
+
+ssize_t __wrap_recv(int fd, void* to, size_t size, int flags)
+{
+    const ssize_t received = __real_recv(fd, to, size, flags);
+    if (received > 0) awaitShutdown();
+    return received;
 }
 
 int __wrap_shutdown(int fd, int how)

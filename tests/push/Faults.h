@@ -17,7 +17,9 @@ extern std::atomic<int> sendsThatFindNoRoom;       ///< Sends that the system ta
 extern std::atomic<int> sendsUntilOneFindsNoRoom;  ///< Again and again. 0: none does.
 extern std::atomic<std::size_t> mostThatIsSent;    ///< The bytes that it takes at once. 0: all.
 extern std::vector<int>* sentTo;                   ///< Keeps the descriptors of sends.
-extern std::atomic<int> awaitedShutdown;      ///< An accept returns once this descriptor is shut down. -1: at once.
+extern std::atomic<int>
+    awaitedShutdown;                ///< What is accepted or received comes once this one is shut down. -1: at once.
+extern std::atomic<bool> isHeldUp;  ///< Something has come and waits for that.
 extern std::atomic<bool> libraryHasNoMemory;  ///< Its threads, for C++ objects.
 extern thread_local int allocationsLeft;      ///< Of this thread, up to the one that is refused. Below 1: none is.
 extern ifaddrs* interfaces;                   ///< Those of this machine; null: the list cannot be had.
