@@ -29,7 +29,7 @@ public:
     OrvuRestInterface(const OrvuRestInterface&) = delete;
     OrvuRestInterface& operator=(const OrvuRestInterface&) = delete;
 
-    /// The process's facade, made on first use.
+    /// The process's facade, made on first use. Null when memory cannot be had.
     static OrvuRestInterface* getInstance();
 
     /// Stops and deletes every push server, the request client, the request server and the facade itself. Requests that
