@@ -113,7 +113,7 @@ public:
     void list(const char* key, const Values& values)
     {
         member(key);
-        array(values, [this](const auto& each) { value(each); });
+        array(values, [this](const auto& each) { this->value(each); });
     }
 
     void emptyList(const char* key);
