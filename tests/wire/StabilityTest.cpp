@@ -1,19 +1,15 @@
 #include <fstream>
 #include <gtest/gtest.h>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "orvu/OrvuRestInterface.h"
-#include "orvu/Results.h"
-#include "orvu/Services.h"
 #include "support/BuiltProgram.h"
 #include "support/Sanitizers.h"
 #include "wire/Receiver.h"
 #include "wire/Sockets.h"
+#include "wire/Visits.h"
 
-using namespace Orvu;
 using namespace OrvuTests;
 
 namespace {
@@ -22,44 +18,6 @@ constexpr int kWarmUp = 1000;
 constexpr bool kIsWatched = kUnderASanitizer || kEmulated;  // by what makes everything slow and keeps memory of its own
 constexpr int kRequests = kIsWatched ? 5000 : 100000;
 constexpr long long kTolerance = 2u << 20;
-
-/// Peers of every kind, in turn. Each is done when the server has closed its connection.
-void exchange(const Receiver& receiver, int turn)
-{
-    static const std::string kGood = frameOf(R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})");
-    static const std::string kLarge = frameOf(R"({"HEADER":"serviceTime","time":")" + std::string(100000, 'x') + "\"}");
-    RawPeer peer = receiver.connect();
-    switch (turn % 10) {
-        case 0:
-            peer.send(lengthBytes(0));
-            break;
-        case 1:
-            peer.send(lengthBytes(0xFFFFFFFF) + "{\"HEA");
-            break;
-        case 2:
-            peer.send(kGood.substr(0, 20));
-            break;
-        case 3:
-            peer.send(frameOf("no JSON"));
-            break;
-        case 4:
-            peer.send(frameOf(R"({"HEADER":"pos"})"));
-            break;
-        case 5:
-            peer.send(frameOf(R"({"HEADER":"serviceTime"})"));
-            break;
-        case 6:
-            peer.send(turn % 100 == 6 ? kLarge : kGood);
-            break;
-        case 7:
-            peer.send(kGood);
-            return peer.vanish();
-        default:
-            peer.send(kGood);
-    }
-    peer.finishSending();
-    peer.readToEnd();
-}
 
 std::size_t threadsOfThisProcess()
 {
@@ -86,12 +44,12 @@ TEST(AServerThatRunsForMonths, KeepsItsDescriptorsAndItsMemory)
         std::this_thread::yield();
     const std::size_t threads = threadsOfThisProcess();
     for (int turn = 0; turn < kWarmUp; ++turn)
-        exchange(receiver, turn);
+        ASSERT_TRUE(visit(receiver.port(), turn)) << turn;
     settle(threads);
     const std::vector<int> descriptors = openDescriptors();
     const std::size_t memory = residentMemory();
     for (int turn = kWarmUp; turn < kRequests; ++turn)
-        exchange(receiver, turn);
+        ASSERT_TRUE(visit(receiver.port(), turn)) << turn;
     settle(threads);
     EXPECT_EQ(openDescriptors(), descriptors);
     const auto more = static_cast<long long>(residentMemory()) - static_cast<long long>(memory);

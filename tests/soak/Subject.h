@@ -1,0 +1,39 @@
+#pragma once
+
+#include "push/Observed.h"
+#include "soak/Crowd.h"
+#include "support/PortLease.h"
+#include "wire/Receiver.h"
+
+namespace OrvuTests {
+
+/// What the process that is watched did in a round.
+struct Work {
+    long asked = 0;
+    long pushes = 0;  ///< That a client took.
+    long servers = 0;
+};
+
+/// The library in all of its roles: it answers requests, asks a peer on `peerPort`, and pushes through servers that it makes
+/// and stops.
+class Subject {
+public:
+    /// Throws std::runtime_error when the peer cannot be reached.
+    explicit Subject(int peerPort);
+
+    Ports ports() const { return {receiver_.port(), tcp_.port(), webSocket_.port()}; }
+    /// Listens for requests anew; without pause for those that come afterwards.
+    void listenAgain() const;
+    /// Asks and pushes as fast as it can.
+    Work workUntil(Clock::time_point end) const;
+    /// Waits until the threads of the work are gone. Throws std::runtime_error when they do not go.
+    void settle() const;
+
+private:
+    const Receiver receiver_;
+    const PortLease tcp_;
+    const PortLease webSocket_;
+    int restingThreads_;
+};
+
+}  // namespace OrvuTests
