@@ -28,12 +28,6 @@ void* answer(Orvu::OrvuRestRequest* received)
     return nullptr;
 }
 
-/// Free a moment ago: the request server cannot be asked which port it chose.
-int freePort()
-{
-    return PlainServer([](int, const char*) {}).port();
-}
-
 bool listens(int port)
 {
     OrvuRestInterface* const orvu = OrvuRestInterface::getInstance();

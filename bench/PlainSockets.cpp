@@ -23,26 +23,9 @@ sockaddr_in loopback(int port)
     return address;
 }
 
-int streamSocket()
-{
-    return socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-}
-
 void check(bool good, const char* what)
 {
     if (!good) throw std::system_error(errno, std::generic_category(), what);
-}
-
-/// The port.
-int listenOnFreePort(int fd)
-{
-    sockaddr_in address = loopback(0);
-    socklen_t size = sizeof address;
-    auto* const plain = reinterpret_cast<sockaddr*>(&address);
-    check(bind(fd, plain, size) == 0, "bind");
-    check(listen(fd, SOMAXCONN) == 0, "listen");
-    check(getsockname(fd, plain, &size) == 0, "getsockname");
-    return ntohs(address.sin_port);
 }
 
 /// What a thread that serves a connection is given.
@@ -60,6 +43,35 @@ void serve(Task task)
 }
 
 }  // namespace
+
+int streamSocket()
+{
+    const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    check(fd >= 0, "socket");
+    return fd;
+}
+
+int listenOnFreePort(int fd)
+{
+    sockaddr_in address = loopback(0);
+    socklen_t size = sizeof address;
+    auto* const plain = reinterpret_cast<sockaddr*>(&address);
+    check(bind(fd, plain, size) == 0, "bind");
+    check(listen(fd, SOMAXCONN) == 0, "listen");
+    check(getsockname(fd, plain, &size) == 0, "getsockname");
+    return ntohs(address.sin_port);
+}
+
+bool connectTo(int port, int fd)
+{
+    const sockaddr_in peer = loopback(port);
+    return connect(fd, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0;
+}
+
+int freePort()
+{
+    return PlainServer([](int, const char*) {}).port();
+}
 
 std::string_view receiveText(int fd, char* room, std::size_t size)
 {
@@ -92,10 +104,8 @@ bool sendText(int fd, std::string_view text)
 std::string_view exchange(int port, std::string_view request, AnswerRoom& room)
 {
     const int fd = streamSocket();
-    const sockaddr_in peer = loopback(port);
     std::string_view answer;
-    if (connect(fd, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0 && sendText(fd, request))
-        answer = receiveText(fd, room.bytes, sizeof room.bytes);
+    if (connectTo(port, fd) && sendText(fd, request)) answer = receiveText(fd, room.bytes, sizeof room.bytes);
     close(fd);
     return answer;
 }

@@ -19,6 +19,18 @@ struct AnswerRoom {
     char bytes[64 * 1024];
 };
 
+/// A stream socket; throws std::system_error.
+int streamSocket();
+
+/// Binds it to a free port of this machine and listens. The port; throws std::system_error.
+int listenOnFreePort(int fd);
+
+/// Connects it to a port of this machine.
+bool connectTo(int port, int fd);
+
+/// One that was free a moment ago, for servers that cannot be asked which port they chose.
+int freePort();
+
 /// Reads one frame into `room`; its text, which ends with a NUL there, or none when it does not come whole.
 std::string_view receiveText(int fd, char* room, std::size_t size);
 

@@ -13,4 +13,7 @@ void addMessageRows();
 /// Adding 20,000 events one by one to a schedule of the library, in both orders of time.
 void addScheduleRows();
 
+/// Pushes over TCP to 1, 8 and 64 clients, and of frames to a WebSocket client, by the library and by a loop of writes.
+void addPushRows();
+
 }  // namespace OrvuBench

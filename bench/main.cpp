@@ -15,6 +15,7 @@ int main(int argc, char** argv)
     if (!logging) {
         OrvuBench::addMessageRows();
         OrvuBench::addScheduleRows();
+        OrvuBench::addPushRows();
     }
 
     // Memory costs more in a process with several threads, as every receiver is.

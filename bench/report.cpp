@@ -23,10 +23,12 @@ namespace {
 
 // In the order of the report.
 const std::vector<std::string> kSubjects = {
-    "tiny exchange",       "list exchange",        "reading a list",          "writing a list",
-    "reading events",      "writing events",       "reading capabilities",    "writing capabilities",
-    "reading nodes",       "writing nodes",        "reading tokens",          "writing tokens",
-    "reading 1000 events", "reading 10000 events", "adding 20000, ascending", "adding 20000, descending"};
+    "tiny exchange",         "list exchange",        "reading a list",          "writing a list",
+    "reading events",        "writing events",       "reading capabilities",    "writing capabilities",
+    "reading nodes",         "writing nodes",        "reading tokens",          "writing tokens",
+    "reading 1000 events",   "reading 10000 events", "adding 20000, ascending", "adding 20000, descending",
+    "pushing to 1",          "pushing to 8",         "pushing to 64",           "pushing a frame, 1 KB",
+    "pushing a frame, 64 KB"};
 const std::vector<std::string> kPrograms = {"limit", "cJSON", "orvu", "orvu, logging"};
 
 /// Two programs to compare.
@@ -58,6 +60,11 @@ constexpr Comparison kComparisons[] = {
     {"writing tokens", "orvu",          "cJSON", 0.30},
     {"reading 1000 events", "orvu",     "cJSON", 0},
     {"reading 10000 events", "orvu",    "cJSON", 0},
+    {"pushing to 1",   "orvu",          "limit", 1.15},
+    {"pushing to 8",   "orvu",          "limit", 1.15},
+    {"pushing to 64",  "orvu",          "limit", 1.15},
+    {"pushing a frame, 1 KB", "orvu",   "limit", 1.15},
+    {"pushing a frame, 64 KB", "orvu",  "limit", 1.15},
 };
 // clang-format on
 
