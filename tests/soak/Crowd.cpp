@@ -1,7 +1,6 @@
 #include "soak/Crowd.h"
 
 #include <atomic>
-#include <optional>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -9,15 +8,13 @@
 #include <unistd.h>
 #include <vector>
 
+#include "push/Clients.h"
 #include "push/Observed.h"
-#include "push/Peers.h"
 #include "support/RawPeer.h"
 #include "wire/Visits.h"
 
 namespace OrvuTests {
 namespace {
-
-const std::string kEcho = "hello";
 
 const std::string kAnswers[] = {
     frameOf(R"({"HEADER":"serviceList","serviceList":[{"serviceName":"Canal Um"},{"serviceName":"Canal Dois"}]})"),
@@ -59,60 +56,13 @@ void ask(Round& round)
     }
 }
 
-/// None while nobody listens: push servers come and go.
-std::optional<RawPeer> connected(int port, Round& round)
-{
-    try {
-        std::optional<RawPeer> peer = RawPeer::connectedTo(port);
-        ++round.clients;
-        return peer;
-    } catch (const std::runtime_error&) {
-        std::this_thread::yield();
-        return std::nullopt;
-    }
-}
-
-bool isRepeated(const std::string& message, const std::string& bytes)
-{
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        if (bytes[i] != message[i % message.size()]) return false;
-    return true;
-}
-
-void listenToTcp(Round& round)
+template <Got (*listen)(int port, int turn, const std::string& message), int Ports::*port>
+void listenTo(Round& round)
 {
     for (int turn = 0; !round.isOver(); ++turn) {
-        std::optional<RawPeer> peer = connected(round.ports.tcp, round);
-        if (!peer) continue;
-        if (turn % 4 == 0) peer->send("what nobody reads");
-        if (turn % 4 == 1) peer->vanish();
-        if (turn % 4 == 2) round.judge(isRepeated(kPushed, peer->receive(1000)));
-        if (turn % 4 == 3) round.judge(isRepeated(kPushed, peer->readToEnd()));
-    }
-}
-
-/// Takes frames until the echo comes, or the end.
-bool getsNothingElse(RawPeer& peer)
-{
-    peer.send(textFrame(kEcho));
-    while (const std::optional<Frame> frame = readServerFrame(peer)) {
-        if (*frame == Frame{0x81, kEcho}) break;
-        if (!(*frame == Frame{0x82, kPushed})) return false;
-    }
-    return true;
-}
-
-void listenToWebSocket(Round& round)
-{
-    for (int turn = 0; !round.isOver(); ++turn) {
-        std::optional<RawPeer> peer = connected(round.ports.webSocket, round);
-        if (!peer) continue;
-        if (turn % 5 == 0) peer->readToEnd();
-        if (turn % 5 == 1) peer->send("no opening request\r\n\r\n");
-        if (turn % 5 == 2 && peer->send(openingRequest())) peer->vanish();
-        if (turn % 5 < 3 || !shakesHands(*peer)) continue;
-        round.judge(getsNothingElse(*peer));
-        if (turn % 5 == 3 && peer->send(kCloseFrame)) peer->readToEnd();
+        const Got got = listen(round.ports.*port, turn, kPushed);
+        if (got != Got::NoConnection) ++round.clients;
+        round.judge(got != Got::SomethingElse);
     }
 }
 
@@ -120,7 +70,8 @@ Tally play(const Ports& ports)
 {
     Round round{ports};
     std::vector<std::thread> peers;
-    for (void (*const act)(Round&) : {ask, listenToTcp, listenToWebSocket})
+    for (void (*const act)(Round&) :
+         {ask, listenTo<listenToTcp, &Ports::tcp>, listenTo<listenToWebSocket, &Ports::webSocket>})
         for (int i = 0; i < 2; ++i)
             peers.emplace_back(act, std::ref(round));
     for (std::thread& peer : peers)
