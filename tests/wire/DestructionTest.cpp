@@ -6,9 +6,11 @@
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
+#include "orvu/Services.h"
 #include "transport/OrvuRestServerSocket.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
+#include "wire/Sockets.h"
 
 using namespace Orvu;
 using namespace OrvuTests;
@@ -107,6 +109,68 @@ TEST(ARequestInItsCallback, MayDestroyEverythingWhileOthersAreStillComing)
     EXPECT_EQ(coming.readToEnd(), "");
     EXPECT_EQ(receiver.calls(), 1);
 }
+
+TEST(ARequestThatIsBeingAnswered, IsAnsweredWholeAfterEverythingWasDestroyed)
+{
+    constexpr std::size_t kMoreThanTheSystemKeeps = 32u << 20;
+    std::atomic<bool> answered{false};
+    Receiver receiver([&](OrvuRestRequest* request) {
+        ServiceTime answer;
+        answer.time.assign(kMoreThanTheSystemKeeps, 'x');
+        request->sendResponse(&answer);
+        answered = true;
+        delete request;
+    });
+    RawPeer peer = receiver.connect();
+    peer.send(kFrame);
+    const std::string begin = peer.receive(1000);
+    OrvuRestInterface::destroyInstance();
+    EXPECT_FALSE(answered);
+    const std::string answer = begin + peer.readToEnd();
+    EXPECT_EQ(answer, frameOf(answer.substr(4)));
+    EXPECT_GT(answer.size(), kMoreThanTheSystemKeeps);
+}
+
+/// A step on the way of a request, and the line that is logged when it begins.
+struct Step {
+    const char* name;
+    std::string line;
+    std::string sent = kFrame;
+    std::string answer = frameOf(kSuccess);
+};
+
+class ARequestOnItsWay : public testing::TestWithParam<Step> {};
+
+TEST_P(ARequestOnItsWay, IsAnsweredWholeOrNotAtAllAndLeavesNothing)
+{
+    for (int round = 0; round < 20; ++round) {
+        LogCapture log;
+        {
+            Receiver receiver;
+            RawPeer peer = receiver.connect();
+            peer.send(GetParam().sent);
+            ASSERT_TRUE(waitForLines(log, GetParam().line, 1));
+            OrvuRestInterface::destroyInstance();
+            ASSERT_THAT(peer.readToEnd(), testing::AnyOf("", GetParam().answer)) << round;
+        }
+        ASSERT_THAT(openSockets(), testing::IsEmpty()) << round;
+    }
+}
+
+const std::string kWorker = "OrvuRestServerSocket::workerThread";
+INSTANTIATE_TEST_SUITE_P(
+    That, ARequestOnItsWay,
+    testing::Values(Step{"IsAccepted", "OrvuRestServerSocket::serverThread: clientSockfd: "},
+                    Step{"IsRead", kWorker + ": clientSockfd: "},
+                    Step{"EntersItsCallback", "OrvuRestInterface::notifyCallback"},
+                    Step{"IsAnswered", "OrvuRestRequest::sendResponse: -- init"},
+                    Step{"WasAnswered", "OrvuRestRequest::sendResponse: -- end"},
+                    Step{"IsDeleted", "OrvuRestRequest::~OrvuRestRequest: -- init"},
+                    Step{"WasClosed", kWorker + " -- end"},
+                    Step{"IsAnsweredByTheLibrary", kWorker + ": Server received empty request data", lengthBytes(1),
+                         frameOf(kEmptyData)},
+                    Step{"IsClosedWithoutAWord", kWorker + ": Buffer size == 0.", lengthBytes(0), ""}),
+    [](const auto& step) { return step.param.name; });
 
 TEST(TheFacade, IsDestroyedBeforeTheClientAndTheServer)
 {
