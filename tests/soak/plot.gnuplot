@@ -6,7 +6,7 @@ set key off
 set grid
 set multiplot layout 3,1 title 'What a process takes while Orvu works in all of its roles'
 set xlabel 'minutes'
-set xrange [0:*]
+set xrange [0:*] noextend
 set yrange [0:*]
 set offsets 0, 0, 1, 0
 set lmargin 10
