@@ -22,6 +22,14 @@ struct AsBareNibbles {
     }
 };
 
+/// A schedule in order stays as it is, so that events of equal times are not exchanged by being read once more.
+void putInOrder(std::vector<EventInfo*>& schedule)
+{
+    if (!std::is_sorted(schedule.begin(), schedule.end(), EventInfoList::compare)) {
+        std::sort(schedule.begin(), schedule.end(), EventInfoList::compare);
+    }
+}
+
 }  // namespace
 
 EventInfo::EventInfo() : Serializable(DataTypeEventInfo) {}
@@ -105,9 +113,7 @@ EventInfoList::~EventInfoList()
 void EventInfoList::addScheduleEvent(EventInfo* event)
 {
     if (!event) return;
-    if (!std::is_sorted(schedule.begin(), schedule.end(), compare)) {  // times may be changed from outside
-        std::sort(schedule.begin(), schedule.end(), compare);
-    }
+    putInOrder(schedule);  // times may be changed from outside
     const auto place = std::upper_bound(schedule.begin(), schedule.end(), event, compare);
     takeAt(schedule, place, event);
 }
@@ -132,9 +138,7 @@ void read(JsonReader& json, EventInfoList& list)
     json.optional("serviceContextId", list.serviceContextId);
     json.optional("present", list.present);
     json.optional("following", list.following);
-    if (json.required("schedule", list.schedule)) {
-        std::sort(list.schedule.begin(), list.schedule.end(), EventInfoList::compare);
-    }
+    if (json.required("schedule", list.schedule)) putInOrder(list.schedule);
     json.optional("timestamp", list.timestamp);
 }
 

@@ -106,6 +106,22 @@ TEST(ASchedule, IsSortedByAReadAlsoAfterTimesWereChangedFromOutside)
     EXPECT_EQ(timesOf(list), (Times{"2", "3", "4", "5", "9"}));
 }
 
+TEST(ASchedule, KeepsEventsOfEqualTimesInTheOrderInWhichTheyAreRead)
+{
+    std::string items;
+    std::string names;
+    for (char name = 'a'; name <= 'z'; ++name) {  // more than a sort leaves in order by chance
+        items += (items.empty() ? "" : ",") + (R"({"startTime": "1", "name": ")" + std::string(1, name) + "\"}");
+        names += name;
+    }
+    EventInfoList list;
+    ASSERT_TRUE(list.deserialize((R"({"schedule": [)" + items + "]}").c_str()));
+    std::string read;
+    for (const EventInfo* event : list.schedule)
+        read += event->name;
+    EXPECT_EQ(read, names);
+}
+
 TEST(ASchedule, StaysAsItIsForNoEvent)
 {
     EventInfoList list;
