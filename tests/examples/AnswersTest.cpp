@@ -1,4 +1,5 @@
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -9,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "orvu/EventInformation.h"
+#include "orvu/Files.h"
 #include "orvu/ServiceContext.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
@@ -104,6 +107,40 @@ TEST(TheExampleAnswers, NameServicesByGoodLocators)
     ASSERT_TRUE(current.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/currentService.json").c_str()));
     expectGoodLocator(current);
     EXPECT_EQ(current.serviceName, list.services[0]->serviceName);
+}
+
+/// The CRC of MPEG-2 sections; 0 over a section that ends with its own.
+std::uint32_t crcOf(const unsigned char* bytes, std::size_t size)
+{
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (std::size_t i = 0; i < size; ++i) {
+        crc ^= std::uint32_t{bytes[i]} << 24;
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc << 1 ^ (crc & 0x80000000 ? 0x04C11DB7 : 0);
+    }
+    return crc;
+}
+
+void expectWholeSection(const Orvu::BinaryData& table)
+{
+    ASSERT_GE(table.bufferSize, 3u);
+    EXPECT_EQ(table.bufferSize, 3u + (table.buffer[1] % 16 * 256u + table.buffer[2]));
+    EXPECT_EQ(crcOf(table.buffer, table.bufferSize), 0u);
+}
+
+TEST(TheExampleAnswers, CarryWholeSections)
+{
+    for (const std::string type : {"binaryNIT", "binarySDT", "binaryPAT", "binaryPMT", "binaryEPG"}) {
+        SCOPED_TRACE(type);
+        Orvu::BinaryData table(Orvu::DataTypeBinaryNIT);
+        ASSERT_TRUE(table.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/" + type + ".json").c_str()));
+        expectWholeSection(table);
+    }
+    Orvu::BinaryDataMultipart tables;
+    ASSERT_TRUE(tables.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/binaryDataMultipart.json").c_str()));
+    EXPECT_EQ(tables.parts.size(), 2u);
+    for (const Orvu::BinaryData* part : tables.parts)
+        expectWholeSection(*part);
 }
 
 }  // namespace
