@@ -2,6 +2,7 @@
 # lines and branches that ran.
 set(ORVU_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined or thread")
 option(ORVU_COVERAGE "Count the lines and branches that run" OFF)
+option(ORVU_FUZZ "Build the fuzz targets with libFuzzer, which clang has" OFF)
 
 set(ORVU_INSTRUMENTATION "")
 if(ORVU_SANITIZE)
@@ -12,6 +13,9 @@ if(ORVU_SANITIZE)
 endif()
 if(ORVU_COVERAGE)
     list(APPEND ORVU_INSTRUMENTATION --coverage -fprofile-update=atomic)
+endif()
+if(ORVU_FUZZ)
+    list(APPEND ORVU_INSTRUMENTATION -fsanitize=fuzzer-no-link)
 endif()
 add_compile_options(${ORVU_INSTRUMENTATION})
 add_link_options(${ORVU_INSTRUMENTATION})

@@ -1,0 +1,101 @@
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "fuzz/Fuzz.h"
+#include "messages/core/Catalogue.h"
+#include "messages/core/Json.h"
+#include "orvu/Serializable.h"
+
+using namespace Orvu;
+
+/// \file
+/// Every message class that the factory makes, on any text. The class is the one that the text's "HEADER" names or, where
+/// another byte than "{" stands before the text, the one whose type has that number.
+
+namespace OrvuFuzz {
+namespace {
+
+struct Case {
+    DataType type;
+    std::string text;
+};
+
+Case caseOf(const std::uint8_t* bytes, std::size_t size)
+{
+    const std::string input = textOf(bytes, size);
+    if (input.empty() || input[0] == '{') return {Serializable::deserializeHeader(input.c_str()), input};
+    return {static_cast<DataType>(bytes[0]), input.substr(1)};
+}
+
+enum class Outcome { Read, Failed, NoNumber, NumberTooLarge };
+
+template <class Read>
+Outcome outcomeOf(Read read)
+{
+    try {
+        return read() ? Outcome::Read : Outcome::Failed;
+    } catch (const std::invalid_argument&) {
+        return Outcome::NoNumber;
+    } catch (const std::out_of_range&) {
+        return Outcome::NumberTooLarge;
+    }
+}
+
+bool areEqual(const JsonText& a, const JsonText& b)
+{
+    return a && b ? std::strcmp(a.get(), b.get()) == 0 : !a && !b;
+}
+
+/// Applications read a text, an exchange the tree of it: neither may see a difference, nor may it show in what a failed read
+/// left behind.
+void compareRoads(DataType type, const char* text)
+{
+    const std::unique_ptr<Serializable> fromText(Serializable::factory(type));
+    const std::unique_ptr<Serializable> fromTree(Serializable::factory(type));
+    if (!fromText) return;
+    const JsonTree tree = parseJson(text);
+    const Outcome one = outcomeOf([&] { return fromText->deserialize(text); });
+    const Outcome other = outcomeOf([&] { return fillFromTree(*fromTree, tree.get(), text); });
+    require(one == other, "a text and its tree read alike");
+    require(areEqual(JsonText(fromText->serialize()), JsonText(fromTree->serialize())),
+            "a text and its tree leave the same fields");
+}
+
+/// What a message that has read `text` writes; null where it cannot be written: a few values take more levels of nesting than
+/// they came in.
+JsonText rewritten(DataType type, const char* text, Outcome& outcome)
+{
+    const std::unique_ptr<Serializable> message(Serializable::factory(type));
+    outcome = message ? outcomeOf([&] { return message->deserialize(text); }) : Outcome::Failed;
+    return JsonText(outcome == Outcome::Read ? message->serialize() : nullptr);
+}
+
+/// The first two texts may differ from the next ones: what a message leaves out, or reads otherwise than it writes, is gone
+/// after them. A negative number that travels as hexadecimal text is too large to be read back.
+void requireFixedPoint(DataType type, const char* text)
+{
+    constexpr int kTexts = 4;
+    JsonText before;
+    for (int i = 1; i <= kTexts; ++i) {
+        Outcome outcome;
+        JsonText next = rewritten(type, before ? before.get() : text, outcome);
+        require(i == 1 || outcome == Outcome::Read || outcome == Outcome::NumberTooLarge,
+                "a message reads what it wrote");
+        if (!next) return;
+        require(i < kTexts || areEqual(before, next), "what was written twice is written the same from then on");
+        before = std::move(next);
+    }
+}
+
+}  // namespace
+}  // namespace OrvuFuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+{
+    const OrvuFuzz::Case it = OrvuFuzz::caseOf(bytes, size);
+    OrvuFuzz::compareRoads(it.type, it.text.c_str());
+    OrvuFuzz::requireFixedPoint(it.type, it.text.c_str());
+    return 0;
+}

@@ -1,0 +1,78 @@
+#include <memory>
+#include <string>
+
+#include "fuzz/Fuzz.h"
+#include "fuzz/Peer.h"
+#include "messages/core/Json.h"
+#include "orvu/OrvuRestInterface.h"
+#include "orvu/OrvuRestRequest.h"
+#include "orvu/Results.h"
+#include "transport/RequestWorker.h"
+
+using namespace Orvu;
+
+/// \file
+/// What a client of the request server sends, whole and cut into pieces. See Peer.h for the input.
+
+namespace OrvuFuzz {
+namespace {
+
+/// The application: uses the message, and answers with a success, which fits into the buffer of a socket.
+void* answer(OrvuRestRequest* request)
+{
+    require(request->getData() != nullptr, "a request carries a message");
+    const JsonText text(request->getData()->serialize());
+    SuccessResponse success;
+    request->sendResponse(&success);
+    delete request;
+    return nullptr;
+}
+
+std::string answerTo(const std::string& stream)
+{
+    Peer peer(stream);
+    RequestWorker(Connection(peer.takeOtherEnd(), std::make_shared<InFlight>())).run();
+    return peer.received();
+}
+
+/// The header that the answer names; "" for no answer.
+std::string headerOf(const std::string& answer)
+{
+    if (answer.empty()) return "";
+    const Announced announced = announcedIn(answer);
+    require(announced.isThere && announced.text.size() + 1 == announced.length &&
+                answer.size() == announced.text.size() + sizeof announced.length,
+            "an answer is one whole frame");
+    const JsonTree tree = parseJson(announced.text.c_str());
+    const char* const header = cJSON_GetStringValue(cJSON_GetObjectItem(tree.get(), "HEADER"));
+    require(header != nullptr, "an answer names its type");
+    return header;
+}
+
+bool isRefused(const Announced& announced)
+{
+    return !announced.isThere || announced.length == 0 || announced.length - 1 > kLongestText;
+}
+
+}  // namespace
+}  // namespace OrvuFuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+{
+    using namespace OrvuFuzz;
+    static const bool isRegistered = (OrvuRestInterface::getInstance()->registerRequestCallback(answer), true);
+    static_cast<void>(isRegistered);
+    const std::string stream = streamOf(bytes, size);
+    const std::string whole = answerTo(stream);
+    const CutReads cut(stream);
+    require(answerTo(stream) == whole, "a request is answered alike whole and in pieces");
+
+    const Announced announced = announcedIn(stream);
+    const std::string header = headerOf(whole);
+    require(!isRefused(announced) || header.empty(), "what announces no request gets no answer");
+    require((header == "emptyData") == (!isRefused(announced) && announced.text.empty()),
+            "an empty request is told so");
+    require(header.empty() || header == "emptyData" || header == "success" || header == "unknown",
+            "a request reaches the application or is unknown");
+    return 0;
+}
