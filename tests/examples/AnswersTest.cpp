@@ -12,6 +12,7 @@
 
 #include "orvu/EventInformation.h"
 #include "orvu/Files.h"
+#include "orvu/MediaPlayers.h"
 #include "orvu/ServiceContext.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
@@ -141,6 +142,20 @@ TEST(TheExampleAnswers, CarryWholeSections)
     EXPECT_EQ(tables.parts.size(), 2u);
     for (const Orvu::BinaryData* part : tables.parts)
         expectWholeSection(*part);
+}
+
+/// A broadcast carries H.264 and AAC, as the example components do.
+TEST(TheExampleAnswers, OfferAPlayerForTheBroadcast)
+{
+    Orvu::MediaPlayerList list;
+    ASSERT_TRUE(list.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/players.json").c_str()));
+    Orvu::MediaPlayer single;
+    ASSERT_TRUE(single.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/player.json").c_str()));
+    for (const Orvu::MediaPlayer* player : {&single, list.players.at(0)}) {
+        EXPECT_THAT(player->schemesSupported, testing::Contains(Orvu::DrmSchemeSbtvdTs));
+        EXPECT_THAT(player->codecsSupported->video, testing::Contains(Orvu::VideoCodecH264));
+        EXPECT_THAT(player->codecsSupported->audio, testing::Contains(Orvu::AudioCodecAACLC));
+    }
 }
 
 }  // namespace
