@@ -60,8 +60,9 @@ FrameText FrameReader::readText(std::size_t size)
     std::memcpy(text.bytes_.get(), early_ + kLengthSize, text.size_);
     while (text.size_ < size) {
         if (text.size_ >= text.reserved_) text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)));
-        // The place of the NUL as well: if a peer's own follows, left unread it would make closing reset the connection.
-        const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + 1);
+        // Last, the place of the NUL as well: if a peer's own follows, left unread it would make closing reset the connection.
+        const std::size_t nul = text.reserved_ == size ? 1 : 0;
+        const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + nul);
         if (got <= 0) break;
         text.size_ += static_cast<std::size_t>(got);
     }

@@ -135,6 +135,19 @@ TEST(AFrameReaderOfAFrameWithItsNul, ReadsTheNulToo)
     }
 }
 
+TEST(AFrameReaderOfATextAroundThePieceThatItReadsAtOnce, KeepsAPlaceForTheNul)
+{
+    for (std::size_t size = 64 * 1024 - 2; size <= 64 * 1024 + 2; ++size) {
+        const std::string text(size, 'x');
+        MemorySource source(frameOf(text) + '\0');
+        FrameReader frame(source);
+        frame.readLength();
+        EXPECT_TRUE(readText(frame, size) == text) << size;
+        char left;
+        EXPECT_EQ(source.read(&left, 1), 0) << size;  // it would still be there if a byte of the text had its place
+    }
+}
+
 TEST(AFrameReaderOfAnAnnouncedText, AsksForNoMoreThanASmallPieceUntilSomethingComes)
 {
     MemorySource source(lengthBytes(kLongestText + 1));
