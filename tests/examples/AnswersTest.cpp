@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <filesystem>
@@ -156,6 +157,18 @@ TEST(TheExampleAnswers, OfferAPlayerForTheBroadcast)
         EXPECT_THAT(player->codecsSupported->video, testing::Contains(Orvu::VideoCodecH264));
         EXPECT_THAT(player->codecsSupported->audio, testing::Contains(Orvu::AudioCodecAACLC));
     }
+}
+
+TEST(TheExampleAnswers, TellATimeWithinThePresentEvent)
+{
+    Orvu::ServiceTime now;
+    ASSERT_TRUE(now.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/serviceTime.json").c_str()));
+    Orvu::EventInfoList guide;
+    ASSERT_TRUE(guide.deserialize(textOf(ORVU_EXAMPLE_ANSWERS "/eventInfoList.json").c_str()));
+    std::string time = now.time.substr(0, guide.present->startTime.size());
+    std::replace(time.begin(), time.end(), 'T', ' ');
+    EXPECT_GE(time, guide.present->startTime);
+    EXPECT_LT(time, guide.present->endTime);
 }
 
 }  // namespace
