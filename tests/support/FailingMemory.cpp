@@ -1,5 +1,6 @@
 #include "support/FailingMemory.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
@@ -7,16 +8,23 @@
 
 namespace {
 
-int left = 0;  // allocations up to the one that is refused; below 1: none is, or was already
+std::atomic<bool (*)()> refusal{nullptr};
+thread_local int left = 0;  // allocations up to the one that is refused; below 1: none is, or was already
 
-bool granted()
+bool isTheNth()
 {
-    return left < 1 || --left > 0;
+    return left > 0 && --left == 0;
+}
+
+bool isRefused()
+{
+    bool (*const refuses)() = refusal;
+    return refuses && refuses();
 }
 
 void* mallocUnlessRefused(std::size_t size)
 {
-    return granted() ? std::malloc(size) : nullptr;
+    return isRefused() ? nullptr : std::malloc(size);
 }
 
 }  // namespace
@@ -27,7 +35,7 @@ void* __real_realloc(void* block, std::size_t size);
 // The linker sends here what the program's own objects, the library's among them, ask of realloc.
 void* __wrap_realloc(void* block, std::size_t size)
 {
-    return granted() ? __real_realloc(block, size) : nullptr;
+    return isRefused() ? nullptr : __real_realloc(block, size);
 }
 }
 
@@ -59,17 +67,23 @@ void operator delete(void* block, const std::nothrow_t&) noexcept
 
 namespace OrvuTests {
 
-FailingMemory::FailingMemory(int nth)
+void refuseAllocations(bool (*refuses)())
 {
     cJSON_Hooks hooks = {mallocUnlessRefused, std::free};
-    cJSON_InitHooks(&hooks);
+    cJSON_InitHooks(refuses ? &hooks : nullptr);
+    refusal = refuses;
+}
+
+FailingMemory::FailingMemory(int nth)
+{
     left = nth;
+    refuseAllocations(isTheNth);
 }
 
 FailingMemory::~FailingMemory()
 {
+    refuseAllocations(nullptr);
     left = 0;
-    cJSON_InitHooks(nullptr);
 }
 
 bool FailingMemory::refused() const

@@ -1,9 +1,16 @@
 #pragma once
 
+/// \file
+/// For programs that link `orvu-failing-memory`: what `new` asks for there, what cJSON asks for, and what the library's
+/// objects ask of `realloc` may be refused.
+
 namespace OrvuTests {
 
-/// Refuses one allocation while it lives, of those that `new` asks for, that cJSON asks for, and that
-/// the library's objects ask of `realloc`. One at a time, on one thread. For programs that link `orvu-failing-memory`.
+/// Has each such allocation ask `refuses` first, on its own thread; null: none is refused. While no other thread
+/// calls cJSON.
+void refuseAllocations(bool (*refuses)());
+
+/// Refuses one allocation of its thread while it lives. One at a time.
 class FailingMemory {
 public:
     /// `nth` counts from 1.
