@@ -1,0 +1,69 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <iosfwd>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "faults/Faults.h"
+#include "support/LogCapture.h"
+#include "support/RawPeer.h"
+
+namespace OrvuTests {
+
+/// What the contract lets an exchange come to.
+using Outcomes = std::set<std::string>;
+
+/// What may come of the faults of one kind of call. When it passes (see `passes`) nothing is wrong, if nothing else is said.
+struct FaultsOf {
+    std::string name;
+    Call call;
+    Outcomes failed = {};
+    Outcomes passed = {};
+    std::vector<Fault> circumstances = {};  ///< Passing ones that lead to the call.
+};
+
+void PrintTo(const FaultsOf& faults, std::ostream* out);
+
+/// The outcome when the facade cannot be made.
+inline const std::string kNoFacade = "no facade";
+
+/// An exchange that is tried again and again, each call that the library makes in it failing in its turn.
+class FaultTest : public testing::TestWithParam<FaultsOf> {
+protected:
+    /// `well` is what the exchange comes to without a fault.
+    FaultTest(std::string name, std::string well);
+
+    /// Makes the exchange, with as much of what it needs as is not there. What came of it.
+    virtual std::string exchange() = 0;
+    /// Ends what the exchanges needed.
+    virtual void end() = 0;
+
+    /// Fails each call with each of its errors. The exchange comes to what is allowed, the next one goes well, and nothing of
+    /// them is left in the end.
+    void tryEachFault();
+
+private:
+    std::string run();
+    int tryEachCall(int error);
+    bool tryOne(const Fault& fault);
+    const Outcomes& allowedAfter(const Fault& fault) const;
+    bool hasMetIt() const { return hasHappened(GetParam().call); }
+
+    LogCapture log_;
+    const std::string name_;
+    const std::string well_;
+    const Outcomes onlyWell_;
+};
+
+/// Names the tests after the calls.
+inline std::string nameOfCall(const testing::TestParamInfo<FaultsOf>& info)
+{
+    return info.param.name;
+}
+
+/// Whether the library has closed the connection, whatever it sent before.
+bool hasEnded(const RawPeer& peer);
+
+}  // namespace OrvuTests

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace OrvuTests {
+
+/// Tells how many fault points the running test has tried, of which there must be some.
+inline void report(const std::string& what, int tried)
+{
+    EXPECT_GT(tried, 0);
+    std::printf("%s: %d fault points\n", what.c_str(), tried);
+    testing::Test::RecordProperty("fault_points", tried);
+}
+
+}  // namespace OrvuTests

@@ -1,0 +1,92 @@
+#include <atomic>
+#include <memory>
+#include <thread>
+
+#include "faults/FaultTest.h"
+#include "orvu/OrvuRestInterface.h"
+#include "orvu/Results.h"
+#include "orvu/Services.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+
+namespace {
+
+const std::string kAnswer = R"({"HEADER":"serviceSelection","serviceContextId":"a text beyond any small buffer"})";
+
+/// Answers every request, on its own thread.
+class AnsweringPeer {
+public:
+    AnsweringPeer() : thread_([this] { answerAll(); }) {}
+    ~AnsweringPeer()
+    {
+        isLeaving_ = true;
+        RawPeer::connectedTo(port());
+        thread_.join();
+    }
+    int port() const { return listener_.port(); }
+
+private:
+    void answerAll()
+    {
+        while (!isLeaving_) {
+            RawPeer client = listener_.accept();
+            if (client.readFrame()) client.send(frameOf(kAnswer));
+        }
+    }
+
+    RawListener listener_;
+    std::atomic<bool> isLeaving_{false};
+    std::thread thread_;
+};
+
+class ARequestClient : public FaultTest {
+protected:
+    ARequestClient() : FaultTest("request client", "serviceSelection")
+    {
+        request_.serviceContextId = "a text beyond any small buffer";
+    }
+
+    std::string exchange() override
+    {
+        OrvuRestInterface* const facade = inLibrary(OrvuRestInterface::getInstance);
+        if (!facade) return kNoFacade;
+        const bool isConfigured = inLibrary([&] { return facade->configureClient("127.0.0.1", peer_.port()); });
+        const std::unique_ptr<Serializable> answer(inLibrary([&] { return facade->sendRequest(&request_); }));
+        const std::string type = answer ? Serializable::dataTypeString(answer->getDataType()) : "none";
+        return isConfigured ? type : "not configured, " + type;
+    }
+
+    void end() override { inLibrary(OrvuRestInterface::destroyInstance); }
+
+private:
+    AnsweringPeer peer_;
+    ServiceSelection request_;
+};
+
+TEST_P(ARequestClient, OutlivesEveryFaultOf)
+{
+    tryEachFault();
+}
+
+const Outcomes kUnconnected = {"not configured, serviceSelection", "cannotConnectToServer"};
+
+const FaultsOf kClientFaults[] = {
+    {"allocations",
+     Call::Allocation,
+     {kNoFacade, "not configured, serviceSelection", "not configured, cannotConnectToServer", "emptyData", "unknown"}},
+    {"socket", Call::Socket, kUnconnected},
+    {"connect", Call::Connect, kUnconnected},
+    {"setsockopt", Call::SetOption, kUnconnected},
+    {"getsockopt_when_configured", Call::GetOption, kUnconnected, {}, {{Call::Connect, 1, EINTR}}},
+    {"getsockopt_when_sending", Call::GetOption, kUnconnected, {}, {{Call::Connect, 2, EINTR}}},
+    {"poll_to_connect", Call::Poll, kUnconnected, {}, {{Call::Connect, 2, EINTR}}},
+    {"poll_to_send", Call::Poll, {"serviceSelection"}, {}, {{Call::Send, 1, EAGAIN}}},
+    {"poll_to_receive", Call::Poll, {"emptyData"}, {}, {{Call::Receive, 1, EAGAIN}}},
+    {"recv", Call::Receive, {"emptyData"}},
+    {"send", Call::Send, {"emptyData"}},
+    {"write", Call::Write, {"serviceSelection"}},
+};
+INSTANTIATE_TEST_SUITE_P(Each, ARequestClient, testing::ValuesIn(kClientFaults), nameOfCall);
+
+}  // namespace

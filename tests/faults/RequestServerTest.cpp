@@ -1,0 +1,93 @@
+#include <memory>
+
+#include <cjson/cJSON.h>
+
+#include "faults/FaultTest.h"
+#include "messages/core/Json.h"
+#include "orvu/OrvuRestInterface.h"
+#include "orvu/OrvuRestRequest.h"
+#include "orvu/Results.h"
+#include "orvu/Services.h"
+#include "push/Observed.h"
+
+using namespace Orvu;
+using namespace OrvuTests;
+
+namespace {
+
+const std::string kRequest = R"({"HEADER":"serviceSelection","serviceContextId":"a text beyond any small buffer"})";
+
+/// Another answer tells that something else than the request has come.
+void* answer(OrvuRestRequest* given)
+{
+    const std::unique_ptr<OrvuRestRequest> request(given);
+    SuccessResponse success;
+    ResourceNotFound nothing;
+    const bool isExpected = request->getData()->getDataType() == DataTypeServiceSelection;
+    request->sendResponse(isExpected ? static_cast<Serializable*>(&success) : &nothing);
+    return nullptr;
+}
+
+class ARequestServer : public FaultTest {
+protected:
+    ARequestServer() : FaultTest("request server", "success") {}
+
+    std::string exchange() override
+    {
+        facade_ = inLibrary(OrvuRestInterface::getInstance);
+        if (!facade_) return kNoFacade;
+        facade_->registerRequestCallback(answer);
+        if (!isListening_) isListening_ = inLibrary([this] { return facade_->startListenRequests(lease_.port()); });
+        return isListening_ ? ask() : "not listening";
+    }
+
+    void end() override
+    {
+        if (facade_) inLibrary([this] { return facade_->stopListenRequests(); });
+        inLibrary(OrvuRestInterface::destroyInstance);
+        isListening_ = false;
+    }
+
+private:
+    /// The type of the answer, whose request comes in two pieces.
+    std::string ask() const
+    {
+        RawPeer peer = RawPeer::connectedTo(lease_.port());
+        const std::size_t before = bytesReceived();
+        const std::string frame = frameOf(kRequest);
+        peer.send(frame.substr(0, 4));
+        EXPECT_TRUE(eventually([&] { return bytesReceived() >= before + 4 || hasEnded(peer); }));
+        peer.send(frame.substr(4));
+        const std::optional<std::string> text = peer.readFrame();
+        if (!text) return "closed";
+        const JsonTree tree = parseJson(text->c_str());
+        return cJSON_GetStringValue(cJSON_GetObjectItem(tree.get(), "HEADER"));
+    }
+
+    PortLease lease_;
+    OrvuRestInterface* facade_ = nullptr;
+    bool isListening_ = false;
+};
+
+TEST_P(ARequestServer, OutlivesEveryFaultOf)
+{
+    tryEachFault();
+}
+
+const FaultsOf kServerFaults[] = {
+    {"allocations", Call::Allocation, {kNoFacade, "not listening", "closed", "unknown", "resourceNotFound"}},
+    {"socket", Call::Socket, {"not listening"}},
+    {"bind", Call::Bind, {"not listening"}},
+    {"listen", Call::Listen, {"not listening"}},
+    {"accept", Call::Accept, {"success"}},
+    {"pthread_create", Call::CreateThread, {"not listening", "closed"}},
+    {"setsockopt", Call::SetOption, {"success"}},
+    {"poll_to_receive", Call::Poll, {"closed", "emptyData"}, {}, {{Call::Receive, 1, EAGAIN}}},
+    {"poll_to_send", Call::Poll, {"success", "closed", "emptyData"}, {}, {{Call::Send, 1, EAGAIN}}},
+    {"recv", Call::Receive, {"closed", "emptyData"}},
+    {"send", Call::Send, {"closed"}},
+    {"write", Call::Write, {"success"}},
+};
+INSTANTIATE_TEST_SUITE_P(Each, ARequestServer, testing::ValuesIn(kServerFaults), nameOfCall);
+
+}  // namespace
