@@ -125,7 +125,9 @@ void JsonWriter::tree(const cJSON& value)
     if (cJSON_IsNumber(&value)) return number(value);
     if (cJSON_IsTrue(&value)) return append("true", 4);
     if (cJSON_IsFalse(&value)) return append("false", 5);
-    append("null", 4);
+    if (cJSON_IsNull(&value)) return append("null", 4);
+    if (!cJSON_IsRaw(&value) || !value.valuestring) return static_cast<void>(fail());
+    append(value.valuestring, std::strlen(value.valuestring));
 }
 
 void JsonWriter::objectTree(const cJSON& object)

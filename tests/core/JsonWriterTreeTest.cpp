@@ -51,6 +51,26 @@ TEST(AWrittenTree, EscapesEachByteOfTextsAndKeysAsCJsonDoes)
     }
 }
 
+TEST(AWrittenTree, HoldsRawTextsAsTheyAre)
+{
+    const Tree object(cJSON_CreateObject());
+    cJSON_AddRawToObject(object.get(), "raw", R"({ "x":  "\u0041" })");
+    expectAsCJson(object);
+    EXPECT_EQ(writtenTree(*object, PrintStyle::Compact), R"({"raw":{ "x":  "\u0041" }})");
+}
+
+TEST(AWrittenTree, HasNoTextWhenAValueIsOfNoKind)
+{
+    const Tree array(cJSON_CreateArray());
+    cJSON* const value = cJSON_CreateNull();
+    cJSON_AddItemToArray(array.get(), value);
+    for (const int kind : {cJSON_Invalid, cJSON_Raw}) {  // a raw value without its text is none either
+        value->type = kind;
+        EXPECT_EQ(cJSON_Print(array.get()), nullptr);
+        EXPECT_EQ(printed(*array), nullptr);
+    }
+}
+
 TEST(AWrittenTree, HoldsEveryKindOfValue)
 {
     const Tree tree = treeOf(R"({"text":"a\"\\\/\b\f\n\r\t\u0001\u007f","whole":-7,"fraction":2.5,"yes":true,"no":false,
