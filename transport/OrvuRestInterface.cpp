@@ -12,6 +12,7 @@
 #include <mutex>
 #include <netinet/in.h>
 #include <new>
+#include <optional>
 
 #include "transport/OrvuRestClientSocket.h"
 #include "transport/OrvuRestServerSocket.h"
@@ -24,8 +25,6 @@
 
 namespace Orvu {
 namespace {
-
-constexpr int kNoPort = 0;
 
 StaticMutex instanceMutex;
 OrvuRestInterface* instance = nullptr;
@@ -44,15 +43,15 @@ std::unique_ptr<OrvuRestSimpleServer> serverFor(const std::string& protocol)
     return nullptr;
 }
 
-/// The first port of the range that the server could be configured on, kNoPort without one. What is no TCP port is not tried.
-int configureInRange(OrvuRestSimpleServer& server, int minPort, int maxPort)
+/// The first port of the range that the server could be configured on. What is no TCP port is not tried.
+std::optional<int> configureInRange(OrvuRestSimpleServer& server, int minPort, int maxPort)
 {
-    for (int port = std::max(minPort, 1); port <= std::min(maxPort, 65535); ++port) {
+    for (int port = std::max(minPort, 0); port <= std::min(maxPort, 65535); ++port) {
         OrvuRestInterface::log("OrvuRestInterface::createServer: Trying");
         if (server.configure(port)) return port;
         OrvuRestInterface::log("OrvuRestInterface::createServer: cannot configure the server");
     }
-    return kNoPort;
+    return std::nullopt;
 }
 
 std::string textOf(const sockaddr& address)
@@ -184,13 +183,13 @@ SocketServerInfo* OrvuRestInterface::createServer(std::string protocol)
             log("OrvuRestInterface::createServer: cannot create the server: %s", protocol.c_str());
             return nullptr;
         }
-        const int port = configureInRange(*server, minPort_, maxPort_);
-        if (port == kNoPort) return nullptr;
+        const std::optional<int> port = configureInRange(*server, minPort_, maxPort_);
+        if (!port) return nullptr;
         auto info = std::make_unique<SocketServerInfo>();
         info->handler = newHandler();
         info->protocol = std::move(protocol);
         info->ipAddress = getCurrentIpAddress();
-        info->port = port;
+        info->port = *port;
         startAs(*info, std::move(server));
         return info.release();
     } catch (const std::bad_alloc&) {

@@ -74,7 +74,8 @@ public:
     /// The same with an empty request of `type`, such as DataTypeServiceList. Null for a type that the factory cannot make.
     Serializable* sendRequest(DataType type);
 
-    /// The ports that createServer() tries, both ends included. Without a range no port is tried.
+    /// The ports that createServer() tries, both ends included. Without a range no port is tried. Port 0 is one of the system's
+    /// choice, which the record does not tell.
     void setSocketsPortsRange(int minPort, int maxPort);
 
     /// Opens a push server, "tcp" or "websocket", on the first port of the range that can be had. The caller owns the record.

@@ -148,11 +148,22 @@ TEST_F(TheFacade, TriesNoPortOfAnEmptyRange)
 
 TEST_F(TheFacade, TriesNothingThatIsNoPort)
 {
-    facade().setSocketsPortsRange(INT_MIN, 0);
+    facade().setSocketsPortsRange(INT_MIN, -1);
     EXPECT_EQ(Info(facade().createServer("tcp")), nullptr);
     facade().setSocketsPortsRange(65536, INT_MAX);
     EXPECT_EQ(Info(facade().createServer("tcp")), nullptr);
     EXPECT_EQ(tried(), 0);
+}
+
+TEST_F(TheFacade, LeavesTheChoiceToTheSystemOnPortZero)
+{
+    facade().setSocketsPortsRange(0, 0);
+    const Info info(facade().createServer("tcp"));
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(tried(), 1);
+    EXPECT_EQ(info->port, 0);
+    EXPECT_EQ(info->error, 0);
+    EXPECT_TRUE(facade().stopServer(info->handler));
 }
 
 TEST_F(TheFacade, GivesUpWhenTheOnlyPortIsTaken)
