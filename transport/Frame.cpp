@@ -60,7 +60,7 @@ FrameText FrameReader::readText(std::size_t size)
     std::memcpy(text.bytes_.get(), early_ + kLengthSize, text.size_);
     while (text.size_ < size) {
         if (text.size_ >= text.reserved_) text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)));
-        // Last, the place of the NUL as well: if a peer's own follows, left unread it would make closing reset the connection.
+        // Last, the NUL's place as well: a peer's own NUL, left unread, would make closing reset the connection.
         const std::size_t nul = text.reserved_ == size ? 1 : 0;
         const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + nul);
         if (got <= 0) break;
