@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <poll.h>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 
 #include "push/Observed.h"
+#include "support/FailingMemory.h"
 
 namespace OrvuTests {
 
@@ -23,7 +22,6 @@ std::vector<int>* sentTo = nullptr;
 std::atomic<int> awaitedShutdown{-1};
 std::atomic<bool> isHeldUp{false};
 std::atomic<bool> libraryHasNoMemory{false};
-thread_local int allocationsLeft = 0;
 ifaddrs* interfaces = nullptr;
 
 }  // namespace OrvuTests
@@ -57,16 +55,12 @@ void awaitShutdown()
     isHeldUp = false;
 }
 
-bool isRefused()
+bool libraryIsRefused()
 {
-    if (allocationsLeft > 0 && --allocationsLeft == 0) return true;
     return libraryHasNoMemory && isLibraryThread();
 }
 
-void* allocated(std::size_t size)
-{
-    return isRefused() ? nullptr : std::malloc(size);
-}
+const bool kIsAsked = (refuseAllocations(libraryIsRefused), true);
 
 }  // namespace
 
@@ -137,30 +131,4 @@ int __wrap_getifaddrs(ifaddrs** list)
 }
 
 void __wrap_freeifaddrs(ifaddrs*) {}
-}
-
-void* operator new(std::size_t size)
-{
-    if (void* const block = allocated(size)) return block;
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocated(size);
-}
-
-void operator delete(void* block) noexcept
-{
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept
-{
-    std::free(block);
-}
-
-void operator delete(void* block, const std::nothrow_t&) noexcept
-{
-    std::free(block);
 }

@@ -20,8 +20,7 @@ extern std::vector<int>* sentTo;                   ///< Keeps the descriptors of
 extern std::atomic<int>
     awaitedShutdown;                ///< What is accepted or received comes once this one is shut down. -1: at once.
 extern std::atomic<bool> isHeldUp;  ///< Something has come and waits for that.
-extern std::atomic<bool> libraryHasNoMemory;  ///< Its threads, for C++ objects.
-extern thread_local int allocationsLeft;      ///< Of this thread, up to the one that is refused. Below 1: none is.
+extern std::atomic<bool> libraryHasNoMemory;  ///< Its threads have none.
 extern ifaddrs* interfaces;                   ///< Those of this machine; null: the list cannot be had.
 
 }  // namespace OrvuTests

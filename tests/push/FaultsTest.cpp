@@ -1,10 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "orvu/OrvuRestInterface.h"
 #include "push/Faults.h"
 #include "push/PushServers.h"
 
-using namespace Orvu;
 using namespace OrvuTests;
 using testing::Optional;
 
@@ -161,23 +159,6 @@ TEST(ATcpServerInTrouble, TurnsClientsAwayForWhichItHasNoMemory)
     EXPECT_EQ(another.receive(5), "hello");
 }
 
-TEST(ATcpServerInTrouble, PushesNothingOrAllWithoutMemory)
-{
-    RunningTcp server;
-    RawPeer client = server.attach();
-    int refused = 0;
-    for (int nth = 1; allocationsLeft == 0; ++nth) {
-        allocationsLeft = nth;
-        if (server.push("hello")) break;
-        ++refused;
-    }
-    allocationsLeft = 0;
-    EXPECT_GT(refused, 0);
-    EXPECT_EQ(server.log.count("OrvuRestServerTcpSocket::send: ERROR out of memory!"), refused);
-    server.server().stop();
-    EXPECT_EQ(client.readToEnd(), "hello");
-}
-
 TEST(ATcpServerInTrouble, PushesAllBytesHoweverFewTheSystemTakesAtOnce)
 {
     RunningTcp server;
@@ -217,27 +198,6 @@ TEST(ATcpServer, OffersAPushInTheOrderOfAcceptance)
     EXPECT_TRUE(server.push("hello"));
     sentTo = nullptr;
     EXPECT_EQ(order, accepted);
-}
-
-TEST(TheFacadeInTrouble, CreatesNoServerWithoutMemory)
-{
-    const PortLease lease;
-    for (const char* const protocol : {"tcp", "websocket"}) {
-        OrvuRestInterface& facade = *OrvuRestInterface::getInstance();
-        facade.setSocketsPortsRange(lease.port(), lease.port());
-        const std::string name = protocol;
-        int refused = 0;
-        std::unique_ptr<SocketServerInfo> info;
-        for (int nth = 1; !info || info->error != 0; ++nth) {
-            allocationsLeft = nth;
-            info.reset(facade.createServer(name));
-            refused += allocationsLeft == 0;
-            allocationsLeft = 0;
-        }
-        EXPECT_GT(refused, 2);
-        EXPECT_TRUE(facade.stopServer(info->handler));
-        OrvuRestInterface::destroyInstance();
-    }
 }
 
 }  // namespace
