@@ -6,6 +6,15 @@
 using namespace Orvu;
 
 namespace OrvuTests {
+namespace {
+
+/// The locator that travels alone comes into the service.
+std::string locatorOf(Serializable& tokens)
+{
+    return inQuotes(static_cast<ServiceBindTokens&>(tokens).service->serviceContextId);
+}
+
+}  // namespace
 
 INSTANTIATE_TEST_SUITE_P(
     Companions, AMessage,
@@ -16,6 +25,7 @@ INSTANTIATE_TEST_SUITE_P(
              number("copy", &ClientApplication::copy), number("pairingState", &ClientApplication::pairingState),
              number("authorized", &ClientApplication::authorized),
              text("refreshToken", &ClientApplication::refreshToken), number("bornTime", &ClientApplication::bornTime)}),
+        keysOf<ServiceBindTokens>("ServiceBindTokens", {textShownBy("serviceContextId", locatorOf)}),
         keysOf<ServiceBoundTokenList>("ServiceBoundTokenList", {text("token", &ServiceBoundTokenList::token)},
                                       {"boundServices"}),
         keysOf<RevokeToken>("RevokeToken", {text("token", &RevokeToken::token),

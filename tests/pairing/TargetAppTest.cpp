@@ -77,7 +77,9 @@ TEST(ATargetApp, NeedsNothingButAFilter)
     EXPECT_EQ(target.filters.size(), 1u);
     EXPECT_FALSE(target.targetIdRead || target.displayNameRead || target.canonicalNameRead);
     TargetApp other;
-    EXPECT_FALSE(other.deserialize("{}"));
+    EXPECT_FALSE(other.deserialize(nullptr));
+    for (const char* text : {"", "{", "no JSON", "5", "[]", "{}", R"({"filters": 5})"})
+        EXPECT_FALSE(other.deserialize(text)) << text;
     EXPECT_FALSE(other.deserialize(R"({"targetId": "t", "filters": [{"host": "h"}], "running": true})"));
     EXPECT_EQ(other.targetId, "t");
     EXPECT_FALSE(other.running);
