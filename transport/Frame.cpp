@@ -17,11 +17,6 @@ namespace {
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 constexpr std::size_t kFirstStep = 64 * 1024;
 
-Deadline endOf(Seconds patience)
-{
-    return patience == Seconds::zero() ? kNever : after(patience);
-}
-
 }  // namespace
 
 SocketSource::SocketSource(int fd, Seconds patience, Deadline end)

@@ -270,8 +270,7 @@ bool OrvuRestServerWebSocket::send(unsigned char* data, unsigned int size)
     const Client client = data || size == 0 ? attachedClient() : nullptr;
     const ssize_t sent = client ? sendframe(client, data, size, WS_FR_OP_BIN) : 0;
     OrvuRestInterface::log("OrvuRestServerWebSocket::send: Sent to client %d bytes", static_cast<int>(sent));
-    return static_cast<std::size_t>(sent) >=
-           size;  // a failed write, -1, counts as the largest number, as callers expect
+    return static_cast<std::size_t>(sent) >= size;  // a failed write, -1, is the largest number, as callers expect
 }
 
 /// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing_`.

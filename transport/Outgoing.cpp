@@ -31,7 +31,7 @@ bool Outgoing::finish(int fd, Seconds patience, Deadline end)
     std::size_t before = left() + 1;  // so that the first offer counts as progress
     while (offer(fd)) {
         if (left() == 0) return true;
-        if (left() < before) giveUp = std::min(patience == Seconds::zero() ? kNever : after(patience), end);
+        if (left() < before) giveUp = std::min(endOf(patience), end);
         if (std::chrono::steady_clock::now() >= giveUp) return false;
         before = left();
         // The system reports room only once there is plenty. A slow peer may have made less: a look every second.

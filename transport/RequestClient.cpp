@@ -76,7 +76,7 @@ bool connectTo(int fd, const in_addr& host, int port, int timeoutSeconds)
     address.sin_family = AF_INET;
     address.sin_addr = host;
     address.sin_port = htons(static_cast<in_port_t>(port));
-    const Deadline deadline = timeoutSeconds == kNoTimeout ? kNever : after(Seconds(timeoutSeconds));
+    const Deadline deadline = endOf(Seconds(timeoutSeconds));
     if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return true;
     if (errno != EINTR) return false;
     return waitFor(fd, POLLOUT, deadline) && pendingError(fd) == 0;  // a call cut short leaves the attempt going on

@@ -19,6 +19,12 @@ inline Deadline after(Seconds wait)
     return std::chrono::steady_clock::now() + wait;
 }
 
+/// The same for a wait of which 0 seconds mean that it is without end.
+inline Deadline endOf(Seconds patience)
+{
+    return patience == Seconds::zero() ? kNever : after(patience);
+}
+
 /// Waits until one of `events` (of `poll`), an error or a hang-up shows on `fd`; false when `deadline` comes first.
 bool waitFor(int fd, short events, Deadline deadline);
 
