@@ -45,3 +45,13 @@ need()
     as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get -qq -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
+
+# need_armhf: installs what is missing for a cross build for 32-bit ARM that runs under qemu.
+need_armhf()
+{
+    if command -v dpkg >/dev/null && ! dpkg --print-foreign-architectures | grep -qx armhf; then
+        as_root dpkg --add-architecture armhf
+    fi
+    need g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcjson-dev:armhf libgtest-dev:armhf \
+         libgmock-dev:armhf
+}
