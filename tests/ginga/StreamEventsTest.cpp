@@ -8,6 +8,15 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
+TEST(AStreamEventRequest, StartsWithNothingGiven)
+{
+    const StreamEventRequest request;
+    EXPECT_EQ(request.componentTag, 0);
+    EXPECT_EQ(request.carouselId, 0);
+    EXPECT_EQ(request.port, 0);
+    EXPECT_EQ(request.protocol + request.handle + request.host + request.url, "");
+}
+
 TEST(AStreamEventRequest, WritesItsHandleAndNothingThatIsNotGiven)
 {
     StreamEventRequest request;
