@@ -38,19 +38,12 @@ public:
 private:
     friend void write(JsonWriter& json, BinaryData& data);
     friend void read(JsonReader& json, BinaryData& data);
-
-    /// How many bytes of the block may be sent.
-    unsigned sendable() const
-    {
-        if (buffer != knownBlock_) return bufferSize;
-        const unsigned most = bufferSize == announced_ ? knownSize_ : knownRoom_;
-        return bufferSize < most ? bufferSize : most;
-    }
+    friend unsigned sendable(const BinaryData& data);  // how many bytes of the block may be sent
 
     const unsigned char* knownBlock_ = nullptr;  // the block that was held when a read last stored `bufferSize`
     unsigned knownSize_ = 0;                     // the bytes in it
-    unsigned knownRoom_ = 0;                     // the bytes that it has room for
     unsigned announced_ = 0;                     // the `bufferSize` that the read stored
+    bool isReceived_ = false;                    // a read made the block
 };
 
 /// One event of the programme guide. Wire name "eventInfo".

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <malloc.h>
 
 #include "codecs/Base64.h"
 #include "messages/core/Message.h"
@@ -12,7 +13,6 @@ namespace {
 
 constexpr unsigned kLargest = 64u << 20;  // bytes
 constexpr unsigned kRoom = 4;             // a block has room for so many times the announced size
-constexpr unsigned kUnlimited = ~0u;      // the room of a block of the application, which only that knows
 
 /// Bytes as Base64.
 struct AsBase64 {
@@ -34,6 +34,16 @@ unsigned char* blockOf(const std::string& bytes, unsigned announced)
 
 }  // namespace
 
+/// Of a received block no more than came. Once the application has set another size, what the block has room for: the
+/// allocator tells that, since the application may have put a block of its own where the received one lay.
+unsigned sendable(const BinaryData& data)
+{
+    if (data.buffer != data.knownBlock_) return data.bufferSize;
+    if (data.bufferSize == data.announced_) return std::min(data.bufferSize, data.knownSize_);
+    if (!data.isReceived_) return data.bufferSize;
+    return static_cast<unsigned>(std::min<std::size_t>(data.bufferSize, malloc_usable_size(data.buffer)));
+}
+
 BinaryData::BinaryData(DataType dataType) : Serializable(dataType) {}
 BinaryData::~BinaryData()
 {
@@ -45,19 +55,19 @@ void write(JsonWriter& json, BinaryData& data)
     json.headerIfSet(data);
     json.put("serviceContextId", data.serviceContextId);
     json.put("bufferSize", data.bufferSize);
-    json.put("buffer", AsBase64{data.buffer, data.sendable()});
+    json.put("buffer", AsBase64{data.buffer, sendable(data)});
     json.put("timestamp", data.timestamp);
 }
 
 void read(JsonReader& json, BinaryData& data)
 {
     std::string text;
-    const unsigned heldSize = data.sendable();
+    const unsigned heldSize = sendable(data);
     json.required("serviceContextId", data.serviceContextId);
     if (!json.required("bufferSize", data.bufferSize)) return;
     data.announced_ = data.bufferSize;  // not the size of the block held, should the read end here
     data.knownSize_ = heldSize;
-    if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
+    data.isReceived_ = data.isReceived_ && data.buffer == data.knownBlock_;
     data.knownBlock_ = data.buffer;
     if (!json.required("buffer", text)) return;
     const bool isTooLarge = data.bufferSize > kLargest;
@@ -66,7 +76,7 @@ void read(JsonReader& json, BinaryData& data)
     if (!block) return json.fail(JsonReader::Fault::WrongKind);
     data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
     data.knownSize_ = static_cast<unsigned>(bytes.size());
-    data.knownRoom_ = kRoom * data.bufferSize;
+    data.isReceived_ = true;
     json.optional("timestamp", data.timestamp);
 }
 
