@@ -42,8 +42,8 @@ private:
 
     const unsigned char* knownBlock_ = nullptr;  // the block that was held when a read last stored `bufferSize`
     unsigned knownSize_ = 0;                     // the bytes in it
+    unsigned knownRoom_ = 0;                     // the bytes that it has room for
     unsigned announced_ = 0;                     // the `bufferSize` that the read stored
-    bool isReceived_ = false;                    // a read made the block
 };
 
 /// One event of the programme guide. Wire name "eventInfo".

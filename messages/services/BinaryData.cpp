@@ -13,6 +13,7 @@ namespace {
 
 constexpr unsigned kLargest = 64u << 20;  // bytes
 constexpr unsigned kRoom = 4;             // a block has room for so many times the announced size
+constexpr unsigned kUnlimited = ~0u;      // the room of a block of the application, which only that knows
 
 /// Bytes as Base64.
 struct AsBase64 {
@@ -40,7 +41,7 @@ unsigned sendable(const BinaryData& data)
 {
     if (data.buffer != data.knownBlock_) return data.bufferSize;
     if (data.bufferSize == data.announced_) return std::min(data.bufferSize, data.knownSize_);
-    if (!data.isReceived_) return data.bufferSize;
+    if (data.bufferSize <= data.knownRoom_) return data.bufferSize;
     return static_cast<unsigned>(std::min<std::size_t>(data.bufferSize, malloc_usable_size(data.buffer)));
 }
 
@@ -67,7 +68,7 @@ void read(JsonReader& json, BinaryData& data)
     if (!json.required("bufferSize", data.bufferSize)) return;
     data.announced_ = data.bufferSize;  // not the size of the block held, should the read end here
     data.knownSize_ = heldSize;
-    data.isReceived_ = data.isReceived_ && data.buffer == data.knownBlock_;
+    if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
     data.knownBlock_ = data.buffer;
     if (!json.required("buffer", text)) return;
     const bool isTooLarge = data.bufferSize > kLargest;
@@ -76,7 +77,7 @@ void read(JsonReader& json, BinaryData& data)
     if (!block) return json.fail(JsonReader::Fault::WrongKind);
     data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
     data.knownSize_ = static_cast<unsigned>(bytes.size());
-    data.isReceived_ = true;
+    data.knownRoom_ = kRoom * data.bufferSize;
     json.optional("timestamp", data.timestamp);
 }
 
