@@ -70,7 +70,8 @@ TEST(AGingaFileList, WritesAllItsKeysAlways)
 TEST(ADsmccFileList, WritesWhatIsGiven)
 {
     DsmccFileList list;
-    list.componentTag = 0;
+    EXPECT_EQ(list.componentTag, 0);
+    EXPECT_EQ(list.carouselId, 0);
     list.carouselId = -1;
     EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"dsmccFileList\",\n\t\"files\":\t[],\n\t\"dirs\":\t[]\n}");
     list.componentTag = 1;
@@ -91,8 +92,9 @@ TYPED_TEST_SUITE(AFileList, FileLists);
 TYPED_TEST(AFileList, NeedsFilesAndDirectories)
 {
     TypeParam list;
-    EXPECT_FALSE(list.deserialize(R"({"path": "/", "dirs": []})"));
+    EXPECT_FALSE(list.deserialize(R"({"path": "/", "dirs": [{"name": "d"}]})"));
     EXPECT_EQ(list.path, "/");
+    EXPECT_TRUE(list.dirs.empty());
     EXPECT_FALSE(list.deserialize(R"({"files": [{"name": "a"}]})"));
     ASSERT_EQ(list.files.size(), 1u);  // stays, though the directories are missing
     EXPECT_TRUE(list.deserialize(R"({"files": [], "dirs": [{"name": "d"}]})"));
@@ -115,6 +117,16 @@ TYPED_TEST(AFileList, AnswersAListingWithoutContents)
     EXPECT_EQ(taken(list.serializeResponse(false)),
               "{\n\t\"files\":\t[{\n\t\t\t\"name\":\t\"a\",\n\t\t\t\"size\":\t1\n\t\t}, {\n\t\t\t\"name\":\t\"\",\n"
               "\t\t\t\"size\":\t0\n\t\t}],\n\t\"dirs\":\t[{\n\t\t\t\"name\":\t\"d\"\n\t\t}]\n}");
+}
+
+TYPED_TEST(AFileList, AnswersAListingWithoutTouchingTheHeadersOfItsFiles)
+{
+    TypeParam list;
+    list.addFile(new File("a", 1));
+    list.addDir(new Directory("d"));
+    taken(list.serializeResponse(false));
+    EXPECT_EQ(textOf(*list.files[0]).substr(0, 11), "{\n\t\"HEADER\"");
+    EXPECT_EQ(textOf(*list.dirs[0]), "{\n\t\"name\":\t\"d\"\n}");
 }
 
 TYPED_TEST(AFileList, AnswersWithThePayloadOfItsFirstFileAsItIs)
