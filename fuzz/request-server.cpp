@@ -17,22 +17,31 @@ using namespace Orvu;
 namespace OrvuFuzz {
 namespace {
 
-/// The application: uses the message, and answers with a success, which fits into the buffer of a socket.
+struct Exchange {
+    std::string received;  ///< What the message that reached the application writes.
+    std::string answer;    ///< As it stands on the wire.
+};
+
+std::string received;
+
+/// The application: answers with a success, which fits into the buffer of a socket.
 void* answer(OrvuRestRequest* request)
 {
     require(request->getData() != nullptr, "a request carries a message");
     const JsonText text(request->getData()->serialize());
+    received = text ? text.get() : "a message that cannot be written";
     SuccessResponse success;
     request->sendResponse(&success);
     delete request;
     return nullptr;
 }
 
-std::string answerTo(const std::string& stream)
+Exchange exchangeWith(const std::string& stream)
 {
+    received.clear();
     Peer peer(stream);
     RequestWorker(Connection(peer.takeOtherEnd(), std::make_shared<InFlight>())).run();
-    return peer.received();
+    return {received, peer.received()};
 }
 
 /// The header that the answer names; "" for no answer.
@@ -63,15 +72,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     static const bool isRegistered = (OrvuRestInterface::getInstance()->registerRequestCallback(answer), true);
     static_cast<void>(isRegistered);
     const std::string stream = streamOf(bytes, size);
-    const std::string whole = answerTo(stream);
+    const Exchange whole = exchangeWith(stream);
     const CutReads cut(stream);
-    require(answerTo(stream) == whole, "a request is answered alike whole and in pieces");
+    const Exchange inPieces = exchangeWith(stream);
+    require(inPieces.received == whole.received && inPieces.answer == whole.answer,
+            "a request is read and answered alike whole and in pieces");
 
     const Announced announced = announcedIn(stream);
-    const std::string header = headerOf(whole);
+    const std::string header = headerOf(whole.answer);
     require(!isRefused(announced) || header.empty(), "what announces no request gets no answer");
     require((header == "emptyData") == (!isRefused(announced) && announced.text.empty()),
             "an empty request is told so");
+    require((header == "success") == !whole.received.empty(), "what the application answers reaches the client");
     require(header.empty() || header == "emptyData" || header == "success" || header == "unknown",
             "a request reaches the application or is unknown");
     return 0;
