@@ -28,11 +28,12 @@ void GingaKeyset::addKeyset(std::vector<std::string> names)
 
 std::vector<std::string> GingaKeyset::getKeySetByName(std::string name)
 {
-    if (isInteractiveKeyset(name))
-        return {COLORED_KEYSET, SELECTION_KEYSET, CURSOR_KEYSET};  // without the numeric keys
-    const bool isBasic =
-        isNumericKeyset(name) || isColoredKeyset(name) || isSelectionKeyset(name) || isCursorKeyset(name);
-    return isBasic ? std::vector<std::string>{name} : std::vector<std::string>{};
+    std::vector<std::string> names;
+    for (const char* basic : {NUMERIC_KEYSET, COLORED_KEYSET, SELECTION_KEYSET, CURSOR_KEYSET}) {
+        const bool isOneOfThem = name == kInteractiveKeyset && basic != NUMERIC_KEYSET;  // without the numeric keys
+        if (name == basic || isOneOfThem) names.emplace_back(basic);
+    }
+    return names;
 }
 
 bool GingaKeyset::isNumericKeyset(std::string name)

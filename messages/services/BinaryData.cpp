@@ -71,9 +71,9 @@ void read(JsonReader& json, BinaryData& data)
     if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
     data.knownBlock_ = data.buffer;
     if (!json.required("buffer", text)) return;
-    const bool isTooLarge = data.bufferSize > kLargest;
-    const std::string bytes = isTooLarge ? "" : Base64::decode(text);
-    unsigned char* const block = isTooLarge ? nullptr : blockOf(bytes, data.bufferSize);
+    if (data.bufferSize > kLargest) return json.fail(JsonReader::Fault::WrongKind);
+    const std::string bytes = Base64::decode(text);
+    unsigned char* const block = blockOf(bytes, data.bufferSize);
     if (!block) return json.fail(JsonReader::Fault::WrongKind);
     data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
     data.knownSize_ = static_cast<unsigned>(bytes.size());

@@ -21,8 +21,8 @@ struct AsVolume {
 
     bool read(JsonReader& json, const cJSON& item) const
     {
-        int vol = -1;
-        const bool isVolume = cJSON_IsNumber(&item) && json.integer(item, vol) && action.checkVol(vol);
+        const int vol = json.numberOrZero(item);
+        const bool isVolume = cJSON_IsNumber(&item) && action.checkVol(vol);
         if (isVolume) action.vol = vol;
         if (!isVolume) json.fail(kBadVolume);
         return isVolume;

@@ -6,6 +6,7 @@
 
 #include "core/TestMessages.h"
 #include "messages/services/Services.h"
+#include "orvu/Ncl.h"
 #include "orvu/PairingScreens.h"
 #include "orvu/Services.h"
 #include "support/Children.h"
@@ -177,6 +178,15 @@ TEST(WritingAContainer, GivesNothingWhenAChildThrows)
 
     Holder holder(new ThrowingWriter<Service, int>);
     EXPECT_EQ(textOf(holder), "(null)");
+}
+
+TEST(WritingAnAnswer, GivesNothingWhenAChildThrows)
+{
+    NCLNodeList list;
+    list.addNode(new NCLNode);
+    EXPECT_NE(taken(list.serializeResponse()), "(null)");
+    list.addNode(new ThrowingWriter<NCLNode, Failure>);
+    EXPECT_EQ(taken(list.serializeResponse()), "(null)");
 }
 
 TEST(WritingAContainer, SkipsAChildThatHoldsOneThatThrows)

@@ -70,6 +70,46 @@ TEST(WithoutMemory, AResultIsWrittenWholeOrNotAtAll)
 }
 
 // Whether a child's class had no text to give or no memory to make one cannot be told apart: the child is skipped.
+TEST(WithoutMemory, AnAnswerIsWrittenWholeOrNotAtAll)
+{
+    NCLNodeList list;
+    for (int i = 0; i < 20; ++i) {
+        list.addNode(new NCLNode);
+        list.nodes[i]->id = kLong;
+    }
+    const std::string whole = taken(list.serializeResponse());
+    const int refusals = withMemoryRefused([&] { return JsonText(list.serializeResponse()); },
+                                           [&](const JsonText& text, bool refused) {
+                                               EXPECT_EQ(text == nullptr, refused);
+                                               EXPECT_EQ(text ? text.get() : whole, whole);
+                                           });
+    EXPECT_GT(refusals, 0);
+}
+
+// The text fits up to its last member, for which there is no room then.
+TEST(WithoutMemory, AMessageThatEndsInANumberIsWrittenWholeOrNotAtAll)
+{
+    for (std::size_t size = 470; size < 520; ++size) {
+        Scripted message([size](JsonWriter& json) {
+            json.put("text", std::string(size, 'a'));
+            json.put("number", 4000000000u);
+        });
+        expectWholeOrNothing(message);
+    }
+}
+
+TEST(WithoutMemory, AParsedItemIsReadWithItsReasonOrFails)
+{
+    const Tree item = treeOf(R"({"action": "start"})");
+    withMemoryRefused(
+        [&] {
+            GingaAppAction action;
+            unsigned char error = 0;
+            return action.deserializeObject(item.get(), error);
+        },
+        [](bool read, bool refused) { EXPECT_EQ(read, !refused); });
+}
+
 TEST(WithoutMemory, AContainerOfAnApplicationsChildrenIsJsonOrNothing)
 {
     ServiceList list;

@@ -62,6 +62,20 @@ TEST(AGingaEditCommand, WritesTheAttributesOfAnElementWithoutAnId)
               "\t\t\"fontFamily\":\t\"Tiresias\",\n\t\t\"fontStyle\":\t\"s\",\n\t\t\"fontWeight\":\t\"w\"\n\t}\n}");
 }
 
+TEST(AGingaEditCommand, WritesAnElementForAnyOneOfItsAttributes)
+{
+    const auto textWith = [](std::string GingaEditCommand::*attribute) {
+        GingaEditCommand command;
+        command.*attribute = "x";
+        return withoutHeader(command);
+    };
+    EXPECT_EQ(textWith(&GingaEditCommand::alias), "{\n\t\"elementId\":\t{\n\t\t\"alias\":\t\"x\"\n\t}\n}");
+    EXPECT_EQ(textWith(&GingaEditCommand::documentURI), "{\n\t\"elementId\":\t{\n\t\t\"documentURI\":\t\"x\"\n\t}\n}");
+    EXPECT_EQ(textWith(&GingaEditCommand::fontFamily), "{\n\t\"elementId\":\t{\n\t\t\"fontFamily\":\t\"x\"\n\t}\n}");
+    EXPECT_EQ(textWith(&GingaEditCommand::fontStyle), "{\n\t\"elementId\":\t{\n\t\t\"fontStyle\":\t\"x\"\n\t}\n}");
+    EXPECT_EQ(textWith(&GingaEditCommand::fontWeight), "{\n\t\"elementId\":\t{\n\t\t\"fontWeight\":\t\"x\"\n\t}\n}");
+}
+
 TEST(AGingaEditCommand, DropsTheAttributesOfAnElementWithAnId)
 {
     GingaEditCommand command;
