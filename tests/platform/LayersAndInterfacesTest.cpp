@@ -71,6 +71,16 @@ TEST(ADisplayLayer, ReadsIntoTheBoundsItHolds)
     EXPECT_EQ(textOf(layer), R"({"type":"video","bounds":{"w":1,"h":3}})");
 }
 
+TEST(ADisplayLayer, IsUnknownForAWordInAnotherLetterCase)
+{
+    for (const char* word : {"Video", "VIDEO", "videO"}) {
+        DisplayLayer layer;
+        layer.type = DisplayLayerTypeImage;
+        EXPECT_TRUE(layer.deserialize((R"({"type": ")" + std::string(word) + "\"}").c_str()));
+        EXPECT_EQ(layer.type, 0) << word;
+    }
+}
+
 TEST(ADisplayLayer, IgnoresBoundsOfAnotherKind)
 {
     for (const char* value : {"null", "5", "true", R"("x")", "[]"}) {

@@ -99,6 +99,14 @@ TEST(Capabilities, WriteTheirKeysInTheAgreedOrder)
               "}");
 }
 
+TEST(Capabilities, NeverWriteTheirFriendlyName)
+{
+    PlatformCapabilities can;
+    const std::string text = textOf(can);
+    can.friendlyName = "Sala";
+    EXPECT_EQ(textOf(can), text);
+}
+
 /// What capabilities write under a key, without blanks; "" when they leave it out.
 std::string writtenUnder(const char* key, PlatformCapabilities& can)
 {

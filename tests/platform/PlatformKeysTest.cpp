@@ -55,17 +55,17 @@ Key commandAction()
 
 INSTANTIATE_TEST_SUITE_P(
     Platform, AMessage,
-    testing::Values(keysOf<Bounds>("Bounds", {number("w", &Bounds::w), number("h", &Bounds::h)}),
-                    keysOf<DisplayLayer>("DisplayLayer", {layerType()}),
-                    keysOf<NetworkInterface>("NetworkInterface",
-                                             {interfaceType(), boolean("active", &NetworkInterface::active)}),
-                    keysOf<PlatformCapabilities>("PlatformCapabilities",
-                                                 {text("manufacturer", &PlatformCapabilities::manufacturer),
-                                                  text("model", &PlatformCapabilities::model),
-                                                  number("videoRefreshRate", &PlatformCapabilities::videoRefreshRate)},
-                                                 {"displayLayers", "colorimetry", "dynamicRange", "inputDevices",
-                                                  "networkInterfaces"},
-                                                 "platformCapabilities")),
+    testing::Values(
+        keysOf<Bounds>("Bounds", {number("w", &Bounds::w), number("h", &Bounds::h)}),
+        keysOf<DisplayLayer>("DisplayLayer", {layerType()}),
+        keysOf<NetworkInterface>("NetworkInterface", {interfaceType(), boolean("active", &NetworkInterface::active)}),
+        keysOf<PlatformCapabilities>(
+            "PlatformCapabilities",
+            {text("manufacturer", &PlatformCapabilities::manufacturer), text("model", &PlatformCapabilities::model),
+             neverWritten(text("friendlyName", &PlatformCapabilities::friendlyName)),
+             number("videoRefreshRate", &PlatformCapabilities::videoRefreshRate)},
+            {"displayLayers", "colorimetry", "dynamicRange", "inputDevices", "networkInterfaces"},
+            "platformCapabilities")),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(

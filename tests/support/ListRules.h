@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "orvu/Services.h"
 #include "support/Children.h"
 #include "support/Messages.h"
 
@@ -33,7 +34,9 @@ struct ChildList {
     std::string goodElement = "{}";  ///< An element that can be read.
     std::string badElement;          ///< One that cannot; "" when every element can.
     std::string others;              ///< Members that must stand beside the list, a comma behind each.
+    std::string inside;              ///< The object in which the list stands; "" when it stands in the message itself.
     bool isRequired = true;
+    bool leavesHeaders = false;  ///< Whether the children's header flags stay as they are.
 };
 
 /// The list in `field` of a message, filled by `add`, which stands under `key`.
@@ -83,6 +86,20 @@ inline ChildList beside(ChildList list, const std::string& others)
     return list;
 }
 
+/// The same list where it stands in an object of the message.
+inline ChildList inside(const std::string& object, ChildList list)
+{
+    list.inside = object;
+    return list;
+}
+
+/// The same list where the children's header flags stay as they are.
+inline ChildList leavingHeaders(ChildList list)
+{
+    list.leavesHeaders = true;
+    return list;
+}
+
 inline ChildList optionalList(ChildList list)
 {
     list.isRequired = false;
@@ -103,9 +120,13 @@ class AListOfChildren : public testing::TestWithParam<ChildList> {
 protected:
     static const ChildList& list() { return GetParam(); }
 
-    static std::string with(const std::string& value)
+    static std::string with(const std::string& value) { return withMembers('"' + list().key + "\": " + value); }
+
+    /// A text with these members and those that must stand beside them.
+    static std::string withMembers(const std::string& members)
     {
-        return "{" + list().others + '"' + list().key + "\": " + value + "}";
+        const std::string object = "{" + list().others + members + "}";
+        return list().inside.empty() ? object : "{\"" + list().inside + "\": " + object + "}";
     }
 
     static std::size_t countIn(Orvu::Serializable& message) { return list().children(message).size(); }
@@ -114,10 +135,24 @@ protected:
     static std::string writtenList(Orvu::Serializable& message)
     {
         const Tree tree = treeOf(textOf(message));
-        char* const text = cJSON_PrintUnformatted(cJSON_GetObjectItemCaseSensitive(tree.get(), list().key.c_str()));
+        const std::string& inside = list().inside;
+        const cJSON* const object =
+            inside.empty() ? tree.get() : cJSON_GetObjectItemCaseSensitive(tree.get(), inside.c_str());
+        char* const text = cJSON_PrintUnformatted(cJSON_GetObjectItemCaseSensitive(object, list().key.c_str()));
         const std::string copy = text ? text : "(missing)";
         cJSON_free(text);
         return copy;
+    }
+
+    /// The header flag of a message, also of one whose class writes no header.
+    static bool headerFlagOf(const Orvu::Serializable& child)
+    {
+        class WithTheFlagOf : public Orvu::Service {
+        public:
+            explicit WithTheFlagOf(const Orvu::Serializable& other) { copyHeaderFlag(other); }
+        };
+        WithTheFlagOf service(child);
+        return textOf(service).find("HEADER") != std::string::npos;
     }
 
     const std::unique_ptr<Orvu::Serializable> message = GetParam().make();
@@ -137,6 +172,7 @@ TEST_P(AListOfChildren, SwitchesTheHeadersOfItsChildrenOffForGood)
     const Tree alone = treeOf(textOf(*child));
     char* const compact = cJSON_PrintUnformatted(alone.get());
     EXPECT_EQ(inList, "[" + std::string(compact) + "]");
+    EXPECT_EQ(headerFlagOf(*child), list().leavesHeaders);
     cJSON_free(compact);
 }
 
@@ -217,15 +253,15 @@ TEST_P(AListOfChildren, FindsItsKeyInAnyLetterCaseAndTakesTheFirst)
     std::string key = list().key;
     for (char& c : key)
         c = static_cast<char>(std::isupper(static_cast<unsigned char>(c)) ? std::tolower(c) : std::toupper(c));
-    const std::string both = "{" + list().others + '"' + key + "\": [" + list().goodElement + "], \"" + list().key +
-                             "\": [" + list().goodElement + ", " + list().goodElement + "]}";
-    EXPECT_TRUE(message->deserialize(both.c_str()));
+    const std::string& good = list().goodElement;
+    const std::string both = '"' + key + "\": [" + good + "], \"" + list().key + "\": [" + good + ", " + good + "]";
+    EXPECT_TRUE(message->deserialize(withMembers(both).c_str()));
     EXPECT_EQ(countIn(*message), 1u);
 }
 
 TEST_P(AListOfChildren, IsMissedOnlyWhereItIsRequired)
 {
-    EXPECT_EQ(message->deserialize(("{" + list().others + "\"stranger\": []}").c_str()), !list().isRequired);
+    EXPECT_EQ(message->deserialize(withMembers("\"stranger\": []").c_str()), !list().isRequired);
     EXPECT_EQ(countIn(*message), 0u);
 }
 
