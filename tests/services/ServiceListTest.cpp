@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -252,6 +254,25 @@ TEST(AServiceList, GivesNoReasons)
     EXPECT_FALSE(list.deserialize(R"({"serviceList": [{}]})", error));
     EXPECT_EQ(error, 77);
     EXPECT_TRUE(list.services.empty());
+}
+
+/// The processor time in which a list of that many services is written and read.
+double secondsFor(int count)
+{
+    const std::clock_t start = std::clock();
+    ServiceList list;
+    for (int i = 0; i < count; ++i)
+        list.addService(new Service);
+    ServiceList read;
+    EXPECT_TRUE(read.deserialize(taken(list.serialize()).c_str()));
+    EXPECT_EQ(read.services.size(), static_cast<std::size_t>(count));
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+TEST(AServiceList, IsWrittenAndReadInATimeThatGrowsWithItsSize)
+{
+    const double few = std::min({secondsFor(10000), secondsFor(10000), secondsFor(10000)});
+    EXPECT_LT(secondsFor(100000), 40 * few);  // ten times as long as a rule; the square would be a hundred
 }
 
 TEST(AServiceList, ReadsManyServices)
