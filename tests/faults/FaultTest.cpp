@@ -65,7 +65,7 @@ bool FaultTest::tryOne(const Fault& fault)
     log_.clear();
     arm(faults);
     const std::string outcome = run();
-    EXPECT_TRUE(eventually([&] { return threadCount() == threads; }));
+    EXPECT_TRUE(eventually([&] { return threadCount() <= threads; }));  // one of the test before may just have gone
     EXPECT_TRUE(eventually([&] { return openDescriptors() == descriptors; }));
     EXPECT_EQ(allowedAfter(fault).count(outcome), 1u) << outcome << "\n" << log_.text();
     const bool isSilent = fault.call != Call::Allocation || outcome == well_ || outcome == kNoFacade;
