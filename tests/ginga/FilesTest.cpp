@@ -4,6 +4,7 @@
 #include "orvu/Files.h"
 #include "support/Children.h"
 #include "support/Messages.h"
+#include "support/WrittenTexts.h"
 
 using namespace Orvu;
 
@@ -45,7 +46,7 @@ TEST(AFile, AnswersWithNameAndSize)
 {
     File file("a.ncl", -7);
     file.payload = "p";
-    EXPECT_EQ(taken(file.serializeResponse()), "{\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t-7\n}");
+    EXPECT_EQ(takenAs("file-response", file.serializeResponse()), "{\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t-7\n}");
 }
 
 TEST(ADirectory, WritesItsName)
@@ -102,19 +103,25 @@ TYPED_TEST(AFileList, NeedsFilesAndDirectories)
     EXPECT_EQ(list.dirs[0]->name, "d");
 }
 
+/// The name of a list's answer.
+std::string answerOf(const Serializable& list)
+{
+    return Serializable::dataTypeString(list.getDataType()) + std::string("-response");
+}
+
 TYPED_TEST(AFileList, AnswersAListingWithoutContents)
 {
     TypeParam list;
     list.path = "/";
-    EXPECT_EQ(taken(list.serializeResponse(false)), "{\n\t\"files\":\t[]\n}");
+    EXPECT_EQ(takenAs(answerOf(list), list.serializeResponse(false)), "{\n\t\"files\":\t[]\n}");
     list.addFile(new File("a", 1));
     list.files.push_back(nullptr);
     list.addFile(new Silent<File>);  // its response is no virtual matter
-    EXPECT_EQ(taken(list.serializeResponse(false)),
+    EXPECT_EQ(takenAs(answerOf(list), list.serializeResponse(false)),
               "{\n\t\"files\":\t[{\n\t\t\t\"name\":\t\"a\",\n\t\t\t\"size\":\t1\n\t\t}, {\n\t\t\t\"name\":\t\"\",\n"
               "\t\t\t\"size\":\t0\n\t\t}]\n}");
     list.addDir(new Directory("d"));
-    EXPECT_EQ(taken(list.serializeResponse(false)),
+    EXPECT_EQ(takenAs(answerOf(list), list.serializeResponse(false)),
               "{\n\t\"files\":\t[{\n\t\t\t\"name\":\t\"a\",\n\t\t\t\"size\":\t1\n\t\t}, {\n\t\t\t\"name\":\t\"\",\n"
               "\t\t\t\"size\":\t0\n\t\t}],\n\t\"dirs\":\t[{\n\t\t\t\"name\":\t\"d\"\n\t\t}]\n}");
 }

@@ -8,6 +8,7 @@
 #include "orvu/Ncl.h"
 #include "support/Children.h"
 #include "support/Messages.h"
+#include "support/WrittenTexts.h"
 
 using namespace Orvu;
 
@@ -192,10 +193,10 @@ TEST(AnNCLNodeList, AnswersWithItsNodesAlone)
 {
     NCLNodeList list;
     list.appid = "a";
-    EXPECT_EQ(taken(list.serializeResponse()), "{\n\t\"nodes\":\t[]\n}");
+    EXPECT_EQ(takenAs("nclNodeList-response", list.serializeResponse()), "{\n\t\"nodes\":\t[]\n}");
     list.addNode(new NCLNode);
     list.addNode(new Silent<NCLNode>);
-    EXPECT_EQ(taken(list.serializeResponse()),
+    EXPECT_EQ(takenAs("nclNodeList-response", list.serializeResponse()),
               "{\n\t\"nodes\":\t[{\n\t\t\t\"id\":\t\"\",\n\t\t\t\"type\":\t\"unknown\"\n\t\t}]\n}");
 }
 

@@ -4,6 +4,7 @@
 #include "orvu/Properties.h"
 #include "support/Children.h"
 #include "support/Messages.h"
+#include "support/WrittenTexts.h"
 
 using namespace Orvu;
 
@@ -27,7 +28,8 @@ TEST(NodePropertiesOf, ANodeWithoutAnyWriteAnEmptyList)
     EXPECT_EQ(textOf(properties), "{\n\t\"HEADER\":\t\"nodeProperties\",\n\t\"nodeProperties\":\t[]\n}");
     properties.serializeHeader(false);
     EXPECT_EQ(textOf(properties), "{\n\t\"nodeProperties\":\t[]\n}");
-    EXPECT_EQ(taken(properties.serializeProperties()), "{\n\t\"nodeProperties\":\t[]\n}");
+    EXPECT_EQ(takenAs("nodeProperties-properties", properties.serializeProperties()),
+              "{\n\t\"nodeProperties\":\t[]\n}");
 }
 
 TEST(NodePropertiesOf, ANodeWriteTheirKeysInTheAgreedOrder)
@@ -41,7 +43,7 @@ TEST(NodePropertiesOf, ANodeWriteTheirKeysInTheAgreedOrder)
               "{\n\t\"HEADER\":\t\"nodeProperties\",\n\t\"appid\":\t\"a\",\n\t\"node-id\":\t\"n\",\n"
               "\t\"var-name\":\t\"v\",\n\t\"nodeProperties\":\t[{\n\t\t\t\"name\":\t\"x\",\n\t\t\t\"value\":"
               "\t\"1\"\n\t\t}]\n}");
-    EXPECT_EQ(taken(properties.serializeProperties()),
+    EXPECT_EQ(takenAs("nodeProperties-properties", properties.serializeProperties()),
               "{\n\t\"nodeProperties\":\t[{\n\t\t\t\"name\":\t\"x\",\n\t\t\t\"value\":\t\"1\"\n\t\t}]\n}");
 }
 
@@ -56,7 +58,7 @@ TEST(PersistentPropertiesOf, AnApplicationWriteTheirKeysInTheAgreedOrder)
     EXPECT_EQ(textOf(properties),
               "{\n\t\"HEADER\":\t\"persistent\",\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"appid\":\t\"a\",\n"
               "\t\"var-name\":\t\"v\",\n\t\"persistent\":\t[]\n}");
-    EXPECT_EQ(taken(properties.serializeProperties()), "{\n\t\"persistent\":\t[]\n}");
+    EXPECT_EQ(takenAs("persistent-properties", properties.serializeProperties()), "{\n\t\"persistent\":\t[]\n}");
 }
 
 TEST(PersistentPropertiesOf, AnApplicationAreNotReadUnderTheOtherFamilysKey)
@@ -81,13 +83,14 @@ TEST(APersistProperty, WritesItsPropertyFlatBesideItsOwnKeys)
 TEST(APersistProperty, AnswersWithAPropertyThatHasNameAndValue)
 {
     PersistProperty persist;
-    EXPECT_EQ(taken(persist.serializeProperties()), "{\n}");
+    EXPECT_EQ(takenAs("persistProperty-properties", persist.serializeProperties()), "{\n}");
     persist.property.name = "x";
-    EXPECT_EQ(taken(persist.serializeProperties()), "{\n}");
+    EXPECT_EQ(takenAs("persistProperty-properties", persist.serializeProperties()), "{\n}");
     persist.property.value = "1";
-    EXPECT_EQ(taken(persist.serializeProperties()), "{\n\t\"name\":\t\"x\",\n\t\"value\":\t\"1\"\n}");
+    EXPECT_EQ(takenAs("persistProperty-properties", persist.serializeProperties()),
+              "{\n\t\"name\":\t\"x\",\n\t\"value\":\t\"1\"\n}");
     persist.property.name = "";
-    EXPECT_EQ(taken(persist.serializeProperties()), "{\n}");
+    EXPECT_EQ(takenAs("persistProperty-properties", persist.serializeProperties()), "{\n}");
 }
 
 TEST(APersistentVariableValue, IsNeverWritten)

@@ -1,13 +1,16 @@
 """Holds schemas/ against what the library writes and reads, with a validator that knows nothing of the library.
 
-Usage: check_schemas.py REQUIRED-KEYS-FILE (as the program required-keys writes it)
+Usage: check_schemas.py REQUIRED-KEYS-FILE TEXTS-FILE... (as the program required-keys and the tests of the messages write
+them)
 """
 
+import functools
 import json
 import pathlib
 import re
 import subprocess
 import sys
+import threading
 import unittest
 
 import jsonschema
@@ -17,8 +20,10 @@ SCHEMAS = {path.name: json.loads(path.read_text()) for path in (ROOT / "schemas"
 RECORDED = sorted((ROOT / "tests" / "golden" / "texts").glob("*.json"))
 ANSWERS = sorted((ROOT / "examples" / "answers").glob("*.json"))
 REQUIRED = {}
+WRITTEN = {}  # the texts that the tests wrote, by the names of their schemas
 
 
+@functools.cache
 def validator(name):
     schema = SCHEMAS[name + ".schema.json"]
     resolver = jsonschema.RefResolver(base_uri=schema["$id"], referrer=schema, store=SCHEMAS)
@@ -28,6 +33,32 @@ def validator(name):
 def message_of(recorded):
     """The name of the message whose text a recorded file holds."""
     return re.sub(r"\.(default|filled)\.json$", "", recorded.name)
+
+
+@functools.cache
+def schema_of(writer):
+    """The name of the schema of what a writer writes: the name itself, or that of a class and its wire name."""
+    writing_class, separator, wire_name = writer.partition("/")
+    if not separator:
+        return writer
+    names = [schema["title"] for schema in SCHEMAS.values() if schema.get("x-class") == writing_class]
+    return names[0] if len(names) == 1 else next(n for n in names if n == wire_name or n.startswith(wire_name + "-"))
+
+
+def texts_in(path):
+    """The texts of a file with their schemas, each once. What is no UTF-8 stays as it is, as in cJSON."""
+    parts = path.read_bytes().decode("utf-8", "surrogateescape").split("\0")
+    return {(schema_of(writer), text) for writer, text in zip(parts[0::2], parts[1::2])}
+
+
+def once_each(value):
+    """The value with each different element of its long lists once: a long list is valid when all its elements are."""
+    if isinstance(value, dict):
+        return {key: once_each(member) for key, member in value.items()}
+    if not isinstance(value, list):
+        return value
+    elements = [once_each(element) for element in value]
+    return elements if len(elements) <= 10 else list({json.dumps(element): element for element in elements}.values())
 
 
 def properties_of(schema, prefix=""):
@@ -54,6 +85,15 @@ class Schemas(unittest.TestCase):
             with self.subTest(path.name):
                 validator(message_of(path)).validate(json.loads(path.read_text()))
 
+    def test_accept_every_text_that_the_tests_write(self):
+        for name, texts in WRITTEN.items():
+            for text in texts:
+                with self.subTest(name, text=text[:1000]):
+                    validator(name).validate(once_each(json.loads(text)))
+
+    def test_have_a_text_of_each_that_the_tests_write(self):
+        self.assertEqual(NEVER_WRITTEN, {schema["title"] for schema in SCHEMAS.values()} - WRITTEN.keys())
+
     def test_accept_every_answer_of_the_examples(self):
         for path in ANSWERS:
             with self.subTest(path.name):
@@ -70,7 +110,8 @@ class Schemas(unittest.TestCase):
 
     def test_reject_a_text_of_another_type(self):
         texts = [json.loads(path.read_text()) for path in RECORDED]
-        with_header = [text for text in texts if "HEADER" in text]
+        texts += [once_each(json.loads(max(of_one, key=len))) for of_one in WRITTEN.values()]
+        with_header = [text for text in texts if isinstance(text, dict) and "HEADER" in text]
         for schema in SCHEMAS.values():
             if "HEADER" not in schema["properties"]:
                 continue
@@ -104,6 +145,24 @@ ELSEWHERE = {
     "targetAppAction": {"url"},
 }
 
+# What is only read, and what only stands in another text.
+NEVER_WRITTEN = {"persistentVariableValue", "binaryDataMultipart-part"}
+
+
+def main():
+    REQUIRED.update(json.loads(pathlib.Path(sys.argv[1]).read_text()))
+    for path in sys.argv[2:]:
+        for name, text in texts_in(pathlib.Path(path)):
+            WRITTEN.setdefault(name, set()).add(text)
+    result = unittest.main(argv=sys.argv[:1], exit=False).result
+    SUCCESS.append(result.wasSuccessful())
+
+
 if __name__ == "__main__":
-    REQUIRED = json.loads(pathlib.Path(sys.argv.pop()).read_text())
-    unittest.main()
+    SUCCESS = []
+    sys.setrecursionlimit(1_000_000)  # messages nest a thousand levels
+    threading.stack_size(512 << 20)
+    thread = threading.Thread(target=main)
+    thread.start()
+    thread.join()
+    sys.exit(SUCCESS != [True])

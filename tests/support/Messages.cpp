@@ -5,6 +5,8 @@
 #include <new>
 #include <stdexcept>
 
+#include "support/WrittenTexts.h"
+
 namespace OrvuTests {
 
 std::string taken(char* text)
@@ -15,7 +17,9 @@ std::string taken(char* text)
 
 std::string textOf(Orvu::Serializable& message)
 {
-    return taken(message.serialize());
+    const std::string text = taken(message.serialize());
+    keepText(message, text);
+    return text;
 }
 
 Tree treeOf(const std::string& text)
@@ -27,6 +31,7 @@ Tree treeOf(const std::string& text)
 
 char* mallocText(const std::string& text)
 {
+    noteTextOfAnApplication();
     char* const copy = strdup(text.c_str());
     if (!copy) throw std::bad_alloc();
     return copy;

@@ -4,6 +4,7 @@
 
 #include "support/Messages.h"
 #include "support/SampleFields.h"
+#include "support/WrittenTexts.h"
 
 namespace OrvuTests {
 
@@ -34,11 +35,11 @@ SecondText second(const std::string& name, char* (Message::*text)(Arguments...),
     return {name,
             [=] {
                 Message message;
-                return taken((message.*text)(arguments...));
+                return takenAs(name, (message.*text)(arguments...));
             },
             [=] {
                 const std::unique_ptr<Message> message(filled<Message>());
-                return taken((message.get()->*text)(arguments...));
+                return takenAs(name, (message.get()->*text)(arguments...));
             }};
 }
 
