@@ -310,7 +310,7 @@ TYPED_TEST(APushServer, LeavesNothingBehind)
         another.push("hello");
     }
     EXPECT_EQ(openDescriptors().size(), descriptors);
-    EXPECT_TRUE(eventually([&] { return threadCount() == threads; }));
+    EXPECT_TRUE(eventually([&] { return threadCount() <= threads; }));  // a reader may just have ended
 }
 
 }  // namespace
