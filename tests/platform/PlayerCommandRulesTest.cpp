@@ -155,8 +155,8 @@ TEST_P(AUrl, IsJudgedByTheSchemesInIt)
 INSTANTIATE_TEST_SUITE_P(
     Urls, AUrl,
     testing::Values(
-        UrlRow{"sbtvd-ts://1.2.01", true, true, false, "tmp:///1.2.01"}, UrlRow{"sbtvd-ts:", true, true, false, "tmp:/"},
-        UrlRow{"sbtvd-ts", false, false, false, "tmp:/sbtvd-ts"},
+        UrlRow{"sbtvd-ts://1.2.01", true, true, false, "tmp:///1.2.01"},
+        UrlRow{"sbtvd-ts:", true, true, false, "tmp:/"}, UrlRow{"sbtvd-ts", false, false, false, "tmp:/sbtvd-ts"},
         UrlRow{"dsmcc://1.2.3/a:b", true, true, false, "tmp:/b"},
         UrlRow{"dsmcc:/1.2.3", false, false, false, "tmp://1.2.3"},
         UrlRow{"http://a/b", true, false, true, "tmp:///a/b"}, UrlRow{"https://a:80/b", true, false, true, "tmp:/80/b"},
