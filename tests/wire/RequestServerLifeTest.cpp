@@ -1,9 +1,7 @@
 #include <chrono>
 #include <fcntl.h>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -257,12 +255,7 @@ TEST(ARunningServer, HasTheLongestBacklogThatTheSystemGives)
 {
     if (kEmulated) GTEST_SKIP() << "the emulator does not tell the backlog";
     const Receiver receiver;
-    tcp_info info{};
-    socklen_t size = sizeof info;
-    ASSERT_EQ(getsockopt(listenerOn(receiver.port()), IPPROTO_TCP, TCP_INFO, &info, &size), 0);
-    unsigned longest = 0;
-    std::ifstream("/proc/sys/net/core/somaxconn") >> longest;
-    EXPECT_EQ(info.tcpi_sacked, std::min<unsigned>(SOMAXCONN, longest));  // of a listener: the length of its backlog
+    EXPECT_EQ(backlogOf(listenerOn(receiver.port())), longestBacklog());
 }
 
 TEST(ARunningServer, HasNoDescriptorThatAProgramItStartsWouldInherit)

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <pthread.h>
 #include <stdexcept>
 #include <string>
@@ -92,6 +93,21 @@ int listenerOn(int port)
     for (const int fd : openSockets())
         if (isListening(fd) && portOf(fd) == port) return fd;
     return -1;
+}
+
+unsigned backlogOf(int listener)
+{
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    if (getsockopt(listener, IPPROTO_TCP, TCP_INFO, &info, &size) != 0) throw std::runtime_error("no TCP socket");
+    return info.tcpi_sacked;  // of a listener
+}
+
+unsigned longestBacklog()
+{
+    unsigned longest = 0;
+    std::ifstream("/proc/sys/net/core/somaxconn") >> longest;
+    return std::min<unsigned>(SOMAXCONN, longest);
 }
 
 std::size_t residentMemory()

@@ -15,6 +15,10 @@ std::vector<int> openSockets();
 /// The one that listens on `port`; -1 without one.
 int listenerOn(int port);
 
+/// How many connections may wait at a listener to be accepted, and how many the system allows.
+unsigned backlogOf(int listener);
+unsigned longestBacklog();
+
 /// What this process has in memory, in bytes: now, and the most since the last call of resetPeakMemory().
 std::size_t residentMemory();
 std::size_t peakMemory();
