@@ -20,4 +20,5 @@ configure_file(cmake/orvu.pc.in orvu.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(DIRECTORY schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/orvu FILES_MATCHING PATTERN "*.schema.json")
-install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md docs/messages.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md docs/messages.md docs/reliability.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR})
