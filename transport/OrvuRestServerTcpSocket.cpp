@@ -179,35 +179,39 @@ bool OrvuRestServerTcpSocket::send(unsigned char* data, unsigned int size)
     }
 }
 
-OrvuRestServerTcpSocket::Clients OrvuRestServerTcpSocket::listed()
+/// Takes all the memory that the push needs, before its first byte goes out.
+void OrvuRestServerTcpSocket::prepare(const unsigned char* data, unsigned int size)
 {
     const std::lock_guard<std::mutex> lock(clientsMutex_);
-    return clients_;
+    deliveries_.reserve(clients_.size());
+    waiting_.reserve(clients_.size());
+    for (const auto& client : clients_)
+        deliveries_.push_back({client, Outgoing(data, size)});
 }
 
 /// Gives the clients that could not take the push whole the rest, as they make room for it.
-void OrvuRestServerTcpSocket::finish(std::vector<Delivery>& deliveries, std::vector<pollfd>& states)
+void OrvuRestServerTcpSocket::finish()
 {
     const Deadline end = after(kPushTime);
     for (bool inTime = true; inTime;) {
-        states.clear();
-        for (const Delivery& delivery : deliveries) {
-            if (delivery.isWorthWaiting()) states.push_back({delivery.client->socket.fd(), POLLOUT, 0});
+        waiting_.clear();
+        for (const Delivery& delivery : deliveries_) {
+            if (delivery.isWorthWaiting()) waiting_.push_back({delivery.client->socket.fd(), POLLOUT, 0});
         }
-        if (states.empty()) return;
-        inTime = waitForAny(states.data(), states.size(), end);
+        if (waiting_.empty()) return;
+        inTime = waitForAny(waiting_.data(), waiting_.size(), end);
         // At the end all are tried once more: the system reports room only once there is plenty.
-        for (Delivery& delivery : deliveries) {
+        for (Delivery& delivery : deliveries_) {
             if (delivery.isWorthWaiting()) delivery.proceed();
         }
     }
 }
 
 /// Tells who took the push whole. True when anybody did.
-bool OrvuRestServerTcpSocket::settle(const std::vector<Delivery>& deliveries)
+bool OrvuRestServerTcpSocket::settle() const
 {
     bool anybody = false;
-    for (const Delivery& delivery : deliveries) {
+    for (const Delivery& delivery : deliveries_) {
         const bool isWhole = delivery.bytes.left() == 0;
         delivery.client->stalled = delivery.isWaiting();
         if (!isWhole) OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR writing to socket");
@@ -216,26 +220,23 @@ bool OrvuRestServerTcpSocket::settle(const std::vector<Delivery>& deliveries)
     return anybody;
 }
 
+/// True when anybody took the push whole.
+bool OrvuRestServerTcpSocket::handOut()
+{
+    for (Delivery& delivery : deliveries_)
+        delivery.proceed();
+    finish();
+    return settle();
+}
+
 bool OrvuRestServerTcpSocket::deliver(const unsigned char* data, unsigned int size)
 {
-    const Clients clients = listed();
-    if (size == 0) {
-        for (std::size_t i = 0; i < clients.size(); ++i) {
-            OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR data is empty!");
-        }
-        return false;
-    }
-    std::vector<Delivery> deliveries;
-    deliveries.reserve(clients.size());  // memory is had before the first byte goes out
-    std::vector<pollfd> states;
-    states.reserve(clients.size());
-
-    for (const auto& client : clients) {
-        deliveries.push_back({client, Outgoing(data, size)});
-        deliveries.back().proceed();
-    }
-    finish(deliveries, states);
-    return settle(deliveries);
+    prepare(data, size);
+    for (std::size_t i = 0; size == 0 && i < deliveries_.size(); ++i)
+        OrvuRestInterface::log("OrvuRestServerTcpSocket::send: ERROR data is empty!");
+    const bool anybody = size > 0 && handOut();
+    deliveries_.clear();  // they keep no client that has left
+    return anybody;
 }
 
 }  // namespace Orvu

@@ -39,17 +39,20 @@ private:
     void acceptClients();
     void list(Socket socket);
     bool releaseGone();
-    Clients listed();
+    void prepare(const unsigned char* data, unsigned int size);
     bool deliver(const unsigned char* data, unsigned int size);
-    static void finish(std::vector<Delivery>& deliveries, std::vector<pollfd>& states);
-    static bool settle(const std::vector<Delivery>& deliveries);
+    bool handOut();
+    void finish();
+    bool settle() const;
 
     std::mutex mutex_;  // guards configure, start and stop; no thread of the server takes it
     Socket serverSocket_;
     Thread serverThread_;
     std::atomic<bool> running_{false};
 
-    std::mutex sending_;  // one push at a time
+    std::mutex sending_;  // one push at a time, which has these:
+    std::vector<Delivery> deliveries_;
+    std::vector<pollfd> waiting_;
 
     std::mutex clientsMutex_;  // guards the list; never held while writing or joining
     Clients clients_;
