@@ -11,13 +11,20 @@ Outgoing::Outgoing(const void* head, std::size_t headSize, const void* body, std
     : parts_{{const_cast<void*>(head), headSize}, {const_cast<void*>(body), bodySize}}
 {}
 
+ssize_t Outgoing::sendOnce(int fd)
+{
+    constexpr int kFlags = MSG_NOSIGNAL | MSG_DONTWAIT;
+    if (parts_[1].iov_len == 0) return send(fd, parts_[0].iov_base, parts_[0].iov_len, kFlags);  // costs less
+    msghdr message{};
+    message.msg_iov = parts_;
+    message.msg_iovlen = 2;
+    return sendmsg(fd, &message, kFlags);
+}
+
 bool Outgoing::offer(int fd)
 {
     while (left() > 0) {
-        msghdr message{};
-        message.msg_iov = parts_;
-        message.msg_iovlen = 2;
-        const ssize_t sent = sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        const ssize_t sent = sendOnce(fd);
         if (sent < 0 && errno == EINTR) continue;
         if (sent < 0) return errno == EAGAIN;
         skip(static_cast<std::size_t>(sent));

@@ -23,6 +23,7 @@ public:
     std::size_t left() const { return parts_[0].iov_len + parts_[1].iov_len; }
 
 private:
+    ssize_t sendOnce(int fd);
     void skip(std::size_t sent);
 
     iovec parts_[2];

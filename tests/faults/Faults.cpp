@@ -200,6 +200,7 @@ int __real_setsockopt(int fd, int level, int option, const void* value, socklen_
 int __real_getsockopt(int fd, int level, int option, void* value, socklen_t* size);
 int __real_poll(pollfd* wanted, nfds_t count, int timeout);
 ssize_t __real_recv(int fd, void* to, size_t size, int flags);
+ssize_t __real_send(int fd, const void* bytes, size_t size, int flags);
 ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
 ssize_t __real_write(int fd, const void* bytes, size_t size);
 
@@ -270,6 +271,11 @@ ssize_t __wrap_recv(int fd, void* to, size_t size, int flags)
         unlessItFailsOrIsShort(Call::Receive, size, [&](size_t most) { return __real_recv(fd, to, most, flags); });
     if (depthInLibrary > 0 && got > 0) received += static_cast<size_t>(got);
     return got;
+}
+
+ssize_t __wrap_send(int fd, const void* bytes, size_t size, int flags)
+{
+    return unlessItFailsOrIsShort(Call::Send, size, [&](size_t most) { return __real_send(fd, bytes, most, flags); });
 }
 
 ssize_t __wrap_sendmsg(int fd, const msghdr* message, int flags)

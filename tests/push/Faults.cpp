@@ -69,6 +69,7 @@ int __real_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
 ssize_t __real_recv(int fd, void* to, size_t size, int flags);
 int __real_shutdown(int fd, int how);
 int __real_poll(pollfd* wanted, nfds_t count, int timeout);
+ssize_t __real_send(int fd, const void* bytes, size_t size, int flags);
 ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
 
 int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags)
@@ -122,6 +123,16 @@ ssize_t __wrap_sendmsg(int fd, const msghdr* message, int flags)
         left -= parts[i].iov_len;
     }
     return __real_sendmsg(fd, &shorter, flags);
+}
+
+ssize_t __wrap_send(int fd, const void* bytes, size_t size, int flags)
+{
+    if (!(flags & MSG_DONTWAIT)) return __real_send(fd, bytes, size, flags);  // a peer, which may wait
+    iovec part{const_cast<void*>(bytes), size};
+    msghdr message{};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    return __wrap_sendmsg(fd, &message, flags);
 }
 
 int __wrap_getifaddrs(ifaddrs** list)
