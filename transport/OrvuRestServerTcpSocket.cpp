@@ -150,6 +150,13 @@ void OrvuRestServerTcpSocket::list(Socket socket)
 /// Drops clients whose peer is gone, for want of descriptors. A bare end of stream comes last: the peer may still read.
 bool OrvuRestServerTcpSocket::releaseGone()
 {
+    if (!unlistGone()) return false;
+    const std::lock_guard<std::mutex> untilThePushEnds(sending_);  // it may still hold their descriptors
+    return true;
+}
+
+bool OrvuRestServerTcpSocket::unlistGone()
+{
     const std::lock_guard<std::mutex> lock(clientsMutex_);
     const std::size_t before = clients_.size();
     const auto drop = [this](bool (Client::*isGone)() const) {

@@ -39,6 +39,7 @@ private:
     void acceptClients();
     void list(Socket socket);
     bool releaseGone();
+    bool unlistGone();
     void prepare(const unsigned char* data, unsigned int size);
     bool deliver(const unsigned char* data, unsigned int size);
     bool handOut();
