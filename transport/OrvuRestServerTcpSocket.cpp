@@ -147,7 +147,7 @@ void OrvuRestServerTcpSocket::list(Socket socket)
     }
 }
 
-/// Drops clients whose peer is gone, for want of descriptors. A bare end of stream comes last: the peer may still read.
+/// Drops clients whose peer is gone, for want of descriptors.
 bool OrvuRestServerTcpSocket::releaseGone()
 {
     if (!unlistGone()) return false;
@@ -155,6 +155,7 @@ bool OrvuRestServerTcpSocket::releaseGone()
     return true;
 }
 
+/// A bare end of stream comes last: the peer may still read.
 bool OrvuRestServerTcpSocket::unlistGone()
 {
     const std::lock_guard<std::mutex> lock(clientsMutex_);

@@ -18,6 +18,7 @@ std::atomic<int> minutesThatFail{0};
 std::atomic<int> sendsThatFindNoRoom{0};
 std::atomic<int> sendsUntilOneFindsNoRoom{0};
 std::atomic<std::size_t> mostThatIsSent{0};
+std::atomic<int> acceptsWithoutDescriptor{0};
 std::vector<int>* sentTo = nullptr;
 std::atomic<int> awaitedShutdown{-1};
 std::atomic<bool> isHeldUp{false};
@@ -75,6 +76,7 @@ ssize_t __real_sendmsg(int fd, const msghdr* message, int flags);
 int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags)
 {
     const int accepted = __real_accept4(fd, address, size, flags);
+    if (accepted < 0 && errno == EMFILE) ++acceptsWithoutDescriptor;
     if (accepted >= 0) awaitShutdown();
     return accepted;
 }

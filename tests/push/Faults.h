@@ -16,6 +16,7 @@ extern std::atomic<int> minutesThatFail;           ///< Those that fail.
 extern std::atomic<int> sendsThatFindNoRoom;       ///< Sends that the system takes nothing of.
 extern std::atomic<int> sendsUntilOneFindsNoRoom;  ///< Again and again. 0: none does.
 extern std::atomic<std::size_t> mostThatIsSent;    ///< The bytes that it takes at once. 0: all.
+extern std::atomic<int> acceptsWithoutDescriptor;  ///< How many failed for want of one.
 extern std::vector<int>* sentTo;                   ///< Keeps the descriptors of sends.
 extern std::atomic<int>
     awaitedShutdown;                ///< What is accepted or received comes once this one is shut down. -1: at once.

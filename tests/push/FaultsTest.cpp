@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
+#include <thread>
 
 #include "push/Faults.h"
 #include "push/PushServers.h"
+#include "wire/Sockets.h"
 
 using namespace OrvuTests;
 using testing::Optional;
@@ -169,6 +171,34 @@ TEST(ATcpServerInTrouble, PushesAllBytesHoweverFewTheSystemTakesAtOnce)
     mostThatIsSent = 0;
     EXPECT_EQ(first.receive(5), "hello");
     EXPECT_EQ(second.receive(5), "hello");
+}
+
+// The descriptor of the client that is gone becomes free when the push ends: one that has only ended its own sending stays.
+TEST(ATcpServerInTrouble, WaitsForThePushThatHoldsAClientThatIsGone)
+{
+    RunningTcp server;
+    RawPeer silent = server.attach();
+    silent.finishSending();
+    server.attach().vanish();
+    RawPeer stalled = server.attach(connectedWithLittleRoom);
+    keepLittleFor(stalled);
+    RawPeer last = unconnected();
+    const std::string most(std::size_t{256} << 10, 'x');
+    std::thread pushing([&] { server.push(most); });
+    EXPECT_TRUE(eventually([&] { return hasBytes(stalled); }));
+    {
+        const NoDescriptorsLeft none;
+        acceptsWithoutDescriptor = 0;
+        connectTo(server.port(), last);
+        EXPECT_TRUE(eventually([] { return acceptsWithoutDescriptor > 0; }));
+        stalled.vanish();
+        pushing.join();
+        EXPECT_TRUE(eventually([&] { return server.push("x") && hasBytes(last); }));
+    }
+    server.push("hello");
+    server.server().stop();
+    EXPECT_THAT(silent.readToEnd(), testing::EndsWith("xhello"));
+    EXPECT_THAT(last.readToEnd(), testing::EndsWith("xhello"));
 }
 
 TEST(ATcpServer, TakesNobodyWhoComesInWhileItStops)

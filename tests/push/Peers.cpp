@@ -86,6 +86,12 @@ int otherEndOf(const RawPeer& peer)
     return -1;
 }
 
+void keepLittleFor(const RawPeer& client)
+{
+    const int little = 4096;
+    setsockopt(otherEndOf(client), SOL_SOCKET, SO_SNDBUF, &little, sizeof little);
+}
+
 std::string openingRequest(const std::string& key)
 {
     return "GET /messages HTTP/1.1\r\n"

@@ -25,6 +25,9 @@ bool hasBytes(const RawPeer& peer);
 /// The descriptor of this process at the other end of the connection; -1 without one.
 int otherEndOf(const RawPeer& peer);
 
+/// Lets the system keep only some kilobytes that are on their way to the client.
+void keepLittleFor(const RawPeer& client);
+
 /// The key of RFC 6455's example, and the server's answer to it.
 inline const std::string kKey = "dGhlIHNhbXBsZSBub25jZQ==";
 inline const std::string kAnswer =

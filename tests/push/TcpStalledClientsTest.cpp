@@ -1,6 +1,5 @@
 #include <atomic>
 #include <gmock/gmock.h>
-#include <sys/socket.h>
 #include <thread>
 
 #include "push/PushServers.h"
@@ -25,13 +24,6 @@ bool receives(RawPeer& client, const std::string& expected)
         if (expected.compare(at, size, client.receive(size)) != 0) return false;
     }
     return true;
-}
-
-/// Lets the system keep only some kilobytes that are on their way to the client.
-void keepLittleFor(const RawPeer& client)
-{
-    const int little = 4096;
-    setsockopt(otherEndOf(client), SOL_SOCKET, SO_SNDBUF, &little, sizeof little);
 }
 
 struct APushToStalledClients : testing::Test {
