@@ -24,29 +24,6 @@ const std::string kNotConfigured = kCreate + "cannot configure the server";
 
 using Info = std::unique_ptr<SocketServerInfo>;
 
-/// Leased ports that follow one another.
-class PortRange {
-public:
-    explicit PortRange(int count)
-    {
-        while (leases_.size() < static_cast<std::size_t>(count)) {
-            auto next = std::make_unique<PortLease>();
-            if (!leases_.empty() && next->port() != leases_.back()->port() + 1) {
-                for (auto& lease : leases_)
-                    others_.push_back(std::move(lease));
-                leases_.clear();
-            }
-            leases_.push_back(std::move(next));
-        }
-    }
-    int first() const { return leases_.front()->port(); }
-    int last() const { return leases_.back()->port(); }
-
-private:
-    std::vector<std::unique_ptr<PortLease>> leases_;
-    std::vector<std::unique_ptr<PortLease>> others_;
-};
-
 struct TheFacade : testing::Test {
     ~TheFacade() override { OrvuRestInterface::destroyInstance(); }
 
@@ -181,7 +158,7 @@ TEST_F(TheFacade, GivesUpWhenTheOnlyPortIsTaken)
 
 TEST_F(TheFacade, TakesTheFirstPortThatIsFree)
 {
-    const PortRange ports(4);
+    const PortRangeLease ports(4);
     const RawPeer first(boundSocket(ports.first(), true));
     const RawPeer second(boundSocket(ports.first() + 1, true));
     facade().setSocketsPortsRange(ports.first(), ports.last());
@@ -198,7 +175,7 @@ TEST_F(TheFacade, TakesTheFirstPortThatIsFree)
 
 TEST_F(TheFacade, FillsARangeAndNoMore)
 {
-    const PortRange ports(3);
+    const PortRangeLease ports(3);
     facade().setSocketsPortsRange(ports.first(), ports.last());
     std::vector<int> taken;
     for (int i = 0; i < 3; ++i)

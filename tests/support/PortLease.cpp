@@ -59,4 +59,17 @@ PortLease::~PortLease()
     close(lock_);
 }
 
+PortRangeLease::PortRangeLease(int count)
+{
+    while (leases_.size() < static_cast<std::size_t>(count)) {
+        auto next = std::make_unique<PortLease>();
+        if (!leases_.empty() && next->port() != leases_.back()->port() + 1) {
+            for (auto& lease : leases_)
+                others_.push_back(std::move(lease));
+            leases_.clear();
+        }
+        leases_.push_back(std::move(next));
+    }
+}
+
 }  // namespace OrvuTests

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 namespace OrvuTests {
 
 /// A free TCP port of this machine that nobody else who leases here, in any process, is given while the lease lives.
@@ -18,6 +21,19 @@ public:
 private:
     int port_;
     int lock_;  // the descriptor of the locked file that stands for the port
+};
+
+/// Leases of ports that follow one another.
+class PortRangeLease {
+public:
+    explicit PortRangeLease(int count);
+
+    int first() const { return leases_.front()->port(); }
+    int last() const { return leases_.back()->port(); }
+
+private:
+    std::vector<std::unique_ptr<PortLease>> leases_;
+    std::vector<std::unique_ptr<PortLease>> others_;  // kept, so that they are not given again
 };
 
 }  // namespace OrvuTests
