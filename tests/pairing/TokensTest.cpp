@@ -16,6 +16,17 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+void fill(ClientApplication& app)
+{
+    app.clientId = "c";
+    app.displayName = "d";
+    app.copy = 1;
+    app.pairingState = 2;
+    app.authorized = 3;
+    app.bornTime = 4;
+    app.refreshToken = "r";
+}
+
 TEST(AClientApplication, IsBornWhenItIsMade)
 {
     const std::time_t before = std::time(nullptr);
@@ -32,29 +43,17 @@ TEST(AClientApplication, WritesItsKeysInTheAgreedOrder)
 {
     ClientApplication app;
     EXPECT_EQ(app.getDataType(), 86u);
-    app.clientId = "c";
-    app.displayName = "d";
-    app.copy = 1;
-    app.pairingState = 2;
-    app.authorized = 1;
-    app.bornTime = 3;
-    app.refreshToken = "r";
+    fill(app);
     EXPECT_EQ(textOf(app),
               "{\n\t\"HEADER\":\t\"clientApplication\",\n\t\"clientId\":\t\"c\",\n\t\"displayName\":\t\"d\","
               "\n\t\"copy\":\t1,\n"
-              "\t\"pairingState\":\t2,\n\t\"authorized\":\t1,\n\t\"refreshToken\":\t\"r\",\n\t\"bornTime\":\t3\n}");
+              "\t\"pairingState\":\t2,\n\t\"authorized\":\t3,\n\t\"refreshToken\":\t\"r\",\n\t\"bornTime\":\t4\n}");
 }
 
 TEST(AClientApplication, IsCopiedWithEveryField)
 {
     ClientApplication app;
-    app.clientId = "c";
-    app.displayName = "d";
-    app.copy = 1;
-    app.pairingState = 2;
-    app.authorized = 3;
-    app.bornTime = 4;
-    app.refreshToken = "r";
+    fill(app);
     const std::string text = textOf(app);
     app.serializeHeader(false);
     ClientApplication copy(app);
