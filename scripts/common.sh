@@ -55,3 +55,14 @@ need_armhf()
     need g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcjson-dev:armhf libgtest-dev:armhf \
          libgmock-dev:armhf
 }
+
+# build_quietly LOG PRESET [TARGET...]: builds, and ends with what was said when that fails.
+build_quietly()
+{
+    local log=$1 preset=$2
+    shift 2
+    mkdir -p "$(dirname "$log")"
+    cmake --preset "$preset" >"$log" 2>&1 &&
+        cmake --build --preset "$preset" -j "$JOBS" ${1:+--target "$@"} >>"$log" 2>&1 ||
+        { cat "$log"; exit 1; }
+}
