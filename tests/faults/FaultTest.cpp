@@ -4,7 +4,7 @@
 #include <poll.h>
 
 #include "faults/Report.h"
-#include "push/Observed.h"
+#include "support/Observed.h"
 #include "wire/Sockets.h"
 
 namespace OrvuTests {

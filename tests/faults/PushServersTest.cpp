@@ -2,8 +2,8 @@
 
 #include "faults/FaultTest.h"
 #include "orvu/OrvuRestInterface.h"
-#include "push/Observed.h"
 #include "push/Peers.h"
+#include "support/Observed.h"
 
 using namespace Orvu;
 using namespace OrvuTests;

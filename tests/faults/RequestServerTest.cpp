@@ -8,7 +8,7 @@
 #include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"
 #include "orvu/Services.h"
-#include "push/Observed.h"
+#include "support/Observed.h"
 
 using namespace Orvu;
 using namespace OrvuTests;

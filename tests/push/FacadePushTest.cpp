@@ -7,9 +7,9 @@
 #include <netinet/in.h>
 
 #include "orvu/OrvuRestInterface.h"
-#include "push/Observed.h"
 #include "push/Peers.h"
 #include "support/LogCapture.h"
+#include "support/Observed.h"
 #include "wire/Receiver.h"
 #include "wire/Sockets.h"
 

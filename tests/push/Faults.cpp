@@ -8,8 +8,8 @@
 #include <sys/socket.h>
 #include <sys/uio.h>
 
-#include "push/Observed.h"
 #include "support/FailingMemory.h"
+#include "support/Observed.h"
 
 namespace OrvuTests {
 

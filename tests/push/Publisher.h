@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "push/Observed.h"
+#include "support/Observed.h"
 #include "support/PortLease.h"
 #include "support/Process.h"
 

@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "push/Observed.h"
 #include "push/Peers.h"
 #include "support/LogCapture.h"
+#include "support/Observed.h"
 #include "support/PortLease.h"
 #include "transport/OrvuRestServerTcpSocket.h"
 #include "transport/OrvuRestServerWebSocket.h"

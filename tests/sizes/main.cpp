@@ -10,8 +10,8 @@
 #include <string>
 
 #include "orvu/OrvuRestInterface.h"
-#include "push/Observed.h"
 #include "push/Peers.h"
+#include "support/Observed.h"
 #include "wire/Receiver.h"
 
 /// orvu-sizes memory: prints what this process has in memory before it uses the library, and when it has all of the library's

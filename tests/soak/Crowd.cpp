@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "push/Clients.h"
-#include "push/Observed.h"
+#include "support/Observed.h"
 #include "support/RawPeer.h"
 #include "wire/Visits.h"
 

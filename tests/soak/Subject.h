@@ -1,7 +1,7 @@
 #pragma once
 
-#include "push/Observed.h"
 #include "soak/Crowd.h"
+#include "support/Observed.h"
 #include "support/PortLease.h"
 #include "wire/Receiver.h"
 

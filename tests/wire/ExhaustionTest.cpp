@@ -1,5 +1,4 @@
 #include <chrono>
-#include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "orvu/OrvuRestInterface.h"
+#include "support/Observed.h"
 #include "wire/Receiver.h"
 #include "wire/Sockets.h"
 
@@ -22,18 +22,12 @@ namespace {
 
 const std::string kFailedAccept = "OrvuRestServerSocket::serverThread: clientSockfd: -1";
 
-/// The nanoseconds that the thread of this name has had of a processor.
-long long processorTimeOf(const std::string& thread)
+/// The nanoseconds that the accepting thread has had of a processor.
+long long acceptingTime()
 {
     long long time = -1;
-    DIR* const folder = opendir("/proc/self/task");
-    while (const dirent* const entry = readdir(folder)) {
-        const std::string place = std::string("/proc/self/task/") + entry->d_name;
-        std::string name;
-        std::ifstream(place + "/comm") >> name;
-        if (name == thread) std::ifstream(place + "/schedstat") >> time;
-    }
-    closedir(folder);
+    for (const int thread : threadsNamed("self", "orvu-accept"))
+        std::ifstream("/proc/self/task/" + std::to_string(thread) + "/schedstat") >> time;
     return time;
 }
 
@@ -42,7 +36,7 @@ TEST(AnAcceptLoopWithoutDescriptors, PausesAndServesOnOnceThereAreSome)
     LogCapture log;
     const Receiver receiver;
     ASSERT_TRUE(log.waitFor("OrvuRestServerSocket::serverThread -- init"));
-    const long long busyBefore = processorTimeOf("orvu-accept");
+    const long long busyBefore = acceptingTime();
     ASSERT_GE(busyBefore, 0);
     RawPeer idle = RawPeer::unconnected();
     RawPeer peer = RawPeer::unconnected();
@@ -57,7 +51,7 @@ TEST(AnAcceptLoopWithoutDescriptors, PausesAndServesOnOnceThereAreSome)
         EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(400));
     }
     EXPECT_THAT(peer.readFrame(), Optional(kSuccess));
-    EXPECT_LT(processorTimeOf("orvu-accept") - busyBefore, 50'000'000);
+    EXPECT_LT(acceptingTime() - busyBefore, 50'000'000);
 }
 
 /// Holds the first 1100 descriptors, so that those after them have larger numbers than `select` could wait for.

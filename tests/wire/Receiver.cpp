@@ -1,16 +1,14 @@
 #include "wire/Receiver.h"
 
 #include <algorithm>
-#include <chrono>
 #include <condition_variable>
-#include <dirent.h>
-#include <fstream>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
+#include "support/Observed.h"
 
 namespace OrvuTests {
 namespace {
@@ -47,19 +45,6 @@ void end()
     Registration& state = registration();
     const std::lock_guard<std::mutex> lock(state.mutex);
     if (--state.running == 0) state.idle.notify_all();
-}
-
-bool hasWorkers()
-{
-    bool found = false;
-    DIR* const folder = opendir("/proc/self/task");
-    while (const dirent* const entry = readdir(folder)) {
-        std::string name;
-        std::ifstream(std::string("/proc/self/task/") + entry->d_name + "/comm") >> name;
-        found = found || name == "orvu-worker";
-    }
-    closedir(folder);
-    return found;
 }
 
 struct Running {
@@ -106,7 +91,7 @@ RegisteredHandler::~RegisteredHandler()
         state.handler = nullptr;
         state.idle.wait(lock, [&] { return state.running == 0; });
     }
-    while (hasWorkers())  // which may still log
+    while (!threadsNamed("self", "orvu-worker").empty())  // which may still log
         std::this_thread::yield();
 }
 
@@ -143,12 +128,7 @@ std::vector<std::string> linesWith(LogCapture& log, const std::string& beginning
 
 bool waitForLines(LogCapture& log, const std::string& beginning, std::size_t count)
 {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (linesWith(log, beginning).size() < count) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::yield();
-    }
-    return true;
+    return eventually([&] { return linesWith(log, beginning).size() >= count; });
 }
 
 bool areInOrder(const std::vector<std::string>& lines, const std::vector<std::string>& expected)

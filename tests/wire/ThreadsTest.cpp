@@ -1,7 +1,5 @@
 #include <atomic>
 #include <csignal>
-#include <dirent.h>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <memory>
 #include <pthread.h>
@@ -13,6 +11,7 @@
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
 #include "support/BuiltProgram.h"
+#include "support/Observed.h"
 #include "support/RawPeer.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
@@ -20,62 +19,29 @@
 using namespace Orvu;
 using namespace OrvuTests;
 using testing::Contains;
+using testing::IsEmpty;
+using testing::Not;
 using testing::Optional;
 
 namespace {
 
 const std::string kRequest = R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})";
 
-/// Name and blocked signals of each thread of this process, as the system tells them.
-struct ThreadState {
-    std::string name;
-    unsigned long long blocked;
-};
-
-std::vector<ThreadState> threads()
-{
-    std::vector<ThreadState> found;
-    DIR* const folder = opendir("/proc/self/task");
-    while (const dirent* const entry = readdir(folder)) {
-        std::ifstream status(std::string("/proc/self/task/") + entry->d_name + "/status");
-        ThreadState state{};
-        for (std::string word; status >> word;) {
-            if (word == "Name:") status >> state.name;
-            if (word == "SigBlk:") status >> std::hex >> state.blocked;
-        }
-        if (!state.name.empty()) found.push_back(state);
-    }
-    closedir(folder);
-    return found;
-}
-
-bool blocksEverySignal(const ThreadState& thread)
-{
-    for (int number = 1; number < 32; ++number)
-        if (number != SIGKILL && number != SIGSTOP && (thread.blocked >> (number - 1) & 1) == 0) return false;
-    return true;
-}
-
-MATCHER_P(isNamed, name, "")
-{
-    return arg.name == name;
-}
-
 TEST(AThreadOfTheLibrary, HasANameAndBlocksAllSignals)
 {
-    std::vector<ThreadState> seen;
     {
         const Receiver receiver([&](OrvuRestRequest* request) {
-            seen = threads();
+            for (const char* const name : {"orvu-accept", "orvu-worker"}) {
+                const std::vector<int> threads = threadsNamed("self", name);
+                EXPECT_THAT(threads, Not(IsEmpty())) << name;
+                for (const int thread : threads)
+                    EXPECT_TRUE(kEmulated || hasSignalsBlocked("self", thread)) << name;
+            }
             answerWithSuccess(request);
         });
-        receiver.ask(kRequest);
+        EXPECT_THAT(receiver.ask(kRequest), Optional(kSuccess));
     }
-    EXPECT_THAT(seen, Contains(isNamed("orvu-accept")));
-    EXPECT_THAT(seen, Contains(isNamed("orvu-worker")));
     if (kEmulated) GTEST_SKIP() << "the emulator does not show which signals are blocked";
-    for (const ThreadState& thread : seen)
-        EXPECT_TRUE(thread.name.rfind("orvu-", 0) != 0 || blocksEverySignal(thread)) << thread.name;
 }
 
 TEST(AThreadOfTheLibrary, LeavesTheSignalsOfItsCallerAsTheyWere)

@@ -1,4 +1,4 @@
-#include "push/Observed.h"
+#include "support/Observed.h"
 
 #include <csignal>
 #include <dirent.h>
@@ -82,8 +82,8 @@ bool hasSignalsBlocked(const std::string& process, int thread)
 {
     const std::string blocked = statusOf(process, thread, "SigBlk:");
     const unsigned long long mask = blocked.empty() ? 0 : std::stoull(blocked, nullptr, 16);
-    for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGUSR2, SIGCHLD})
-        if ((mask >> (signal - 1) & 1) == 0) return false;
+    for (int number = 1; number < 32; ++number)
+        if (number != SIGKILL && number != SIGSTOP && (mask >> (number - 1) & 1) == 0) return false;
     return true;
 }
 
