@@ -29,7 +29,7 @@ is_installed()
 # need PACKAGE[:ARCHITECTURE]...: installs those of the Debian packages that are missing.
 need()
 {
-    local package missing=()
+    local package missing=() patient=(-o DPkg::Lock::Timeout=300 -o Acquire::Retries=3)
     if ! command -v apt-get >/dev/null; then
         echo "No apt-get here; what must be there is known to Debian as: $*" >&2
         return
@@ -41,9 +41,9 @@ need()
 
     echo "Installing ${missing[*]}"
     # A list that cannot be fetched does not matter as long as the packages can.
-    as_root apt-get -qq -o DPkg::Lock::Timeout=300 update || echo "Some package lists could not be fetched." >&2
+    as_root apt-get -qq "${patient[@]}" update || echo "Some package lists could not be fetched." >&2
     as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get -qq -o DPkg::Lock::Timeout=300 install -y --no-install-recommends "${missing[@]}" >/dev/null
+        apt-get -qq "${patient[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
 # need_armhf: installs what is missing for a cross build for 32-bit ARM that runs under qemu.
