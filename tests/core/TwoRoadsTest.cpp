@@ -139,7 +139,7 @@ Tree anyItem(RandomJson& random, int levels)
 {
     if (random.once(8)) return random.anyValue();
     std::vector<std::string> keys = {"HEADER", "type", "visible", "enabled", "focused", "isSelected", "checked"};
-    if (random.once(4)) keys.push_back("content");
+    if (random.once(4)) keys.emplace_back("content");
     Tree object = random.anyObject(keys);
     if (levels > 0) cJSON_AddItemToObject(object.get(), "contentList", anyItems(random, levels - 1));
     return object;

@@ -7,7 +7,6 @@
 #include "wire/Sockets.h"
 
 using namespace OrvuTests;
-using testing::Optional;
 
 /// Peers that mean no good. Whatever they do, the server serves the next good one, and keeps nothing of them.
 

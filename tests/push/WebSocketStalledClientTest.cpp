@@ -6,7 +6,6 @@
 #include "wire/Receiver.h"
 
 using namespace OrvuTests;
-using std::chrono::milliseconds;
 using std::chrono::seconds;
 using testing::Optional;
 

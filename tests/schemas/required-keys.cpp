@@ -12,8 +12,6 @@
 namespace OrvuTests {
 namespace {
 
-using Orvu::Serializable;
-
 bool reads(const Sample& sample, const cJSON* tree)
 {
     char* const text = cJSON_PrintUnformatted(tree);

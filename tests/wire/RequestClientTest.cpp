@@ -18,7 +18,6 @@
 
 using namespace Orvu;
 using namespace OrvuTests;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::Optional;
 

@@ -22,7 +22,6 @@
 using namespace Orvu;
 using namespace OrvuTests;
 using testing::ElementsAre;
-using testing::Optional;
 
 namespace {
 

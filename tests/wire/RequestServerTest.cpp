@@ -7,9 +7,7 @@
 
 using namespace Orvu;
 using namespace OrvuTests;
-using testing::Contains;
 using testing::Eq;
-using testing::Not;
 using testing::Optional;
 
 namespace {

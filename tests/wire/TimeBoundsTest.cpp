@@ -20,7 +20,6 @@
 using namespace Orvu;
 using namespace OrvuTests;
 using std::chrono::milliseconds;
-using std::chrono::seconds;
 using testing::AllOf;
 using testing::Ge;
 using testing::Lt;
