@@ -14,14 +14,14 @@ Key hexNumber(const std::string& name, int ServiceComponent::*field)
     Key key = fromZero(number(name, field));
     key.otherValue = "32";  // of a component tag, one that has a language
     key.wrongKinds = {"null", "[5]", R"({"a": 5})"};
-    for (const auto& form : {std::pair{R"("0x1f")", "31"},
-                             {R"(" 0X1F\n")", "31"},
-                             {R"("5")", "5"},
-                             {R"("1f")", "-1"},
-                             {R"("-5")", "-1"},
-                             {R"("0x5\u0000zz")", "5"},
-                             {R"("2147483647")", "2147483647"}})
-        key.forms.push_back(form);
+    for (const auto& [text, value] : {std::pair{R"("0x1f")", "31"},
+                                      {R"(" 0X1F\n")", "31"},
+                                      {R"("5")", "5"},
+                                      {R"("1f")", "-1"},
+                                      {R"("-5")", "-1"},
+                                      {R"("0x5\u0000zz")", "5"},
+                                      {R"("2147483647")", "2147483647"}})
+        key.forms.emplace_back(text, value);
     return key;
 }
 

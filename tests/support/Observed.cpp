@@ -5,6 +5,8 @@
 #include <fstream>
 #include <unistd.h>
 
+#include "support/BuiltProgram.h"
+
 namespace OrvuTests {
 namespace {
 
@@ -27,6 +29,12 @@ std::string statusOf(const std::string& process, int thread, const std::string& 
     for (std::string line; std::getline(status, line);)
         if (line.compare(0, key.size(), key) == 0) return line.substr(line.find_first_not_of(" \t", key.size()));
     return "";
+}
+
+bool canBeBlocked(int signal)
+{
+    const bool isTheEmulators = kEmulated && (signal == SIGBUS || signal == SIGSEGV);
+    return signal != SIGKILL && signal != SIGSTOP && !isTheEmulators;
 }
 
 std::vector<int> threadsOf(const std::string& process)
@@ -83,7 +91,7 @@ bool hasSignalsBlocked(const std::string& process, int thread)
     const std::string blocked = statusOf(process, thread, "SigBlk:");
     const unsigned long long mask = blocked.empty() ? 0 : std::stoull(blocked, nullptr, 16);
     for (int number = 1; number < 32; ++number)
-        if (number != SIGKILL && number != SIGSTOP && (mask >> (number - 1) & 1) == 0) return false;
+        if (canBeBlocked(number) && (mask >> (number - 1) & 1) == 0) return false;
     return true;
 }
 

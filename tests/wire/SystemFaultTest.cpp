@@ -94,7 +94,7 @@ int getifaddrs(ifaddrs** list) noexcept
     if (!interfacesAreFake) return real<int(ifaddrs**)>("getifaddrs")(list);
     *list = nullptr;
     for (auto text = interfaceAddresses.rbegin(); text != interfaceAddresses.rend(); ++text) {
-        auto* const made = new Entry;
+        Entry* const made = std::make_unique<Entry>().release();
         made->entry.ifa_addr = fill(made->address, *text);
         made->entry.ifa_data = made;
         made->entry.ifa_next = *list;
