@@ -2,19 +2,20 @@
 #include <string>
 
 #include "fuzz/Fuzz.h"
-#include "messages/core/JsonWriter.h"
+#include "messages/core/Json.h"
+#include "messages/core/JsonPrinter.h"
 
 using namespace Orvu;
 
 /// \file
-/// JsonWriter beside cJSON: any tree is written byte for byte as cJSON prints it.
+/// JsonPrinter beside cJSON: any tree is written byte for byte as cJSON prints it.
 
 namespace OrvuFuzz {
 namespace {
 
 JsonText written(const cJSON& tree, PrintStyle style)
 {
-    JsonWriter json(style);
+    JsonPrinter json(style);
     json.tree(tree);
     return JsonText(json.take());
 }

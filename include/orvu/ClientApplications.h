@@ -11,6 +11,8 @@ namespace Orvu {
 /// A paired companion application. Wire name "clientApplication"; also the element of a ClientApplicationList.
 class ORVU_EXPORT ClientApplication : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeClientApplication;
+
     std::string clientId;
     std::string displayName;
     int copy = 0;
@@ -50,6 +52,8 @@ public:
 /// The registry of paired applications. Wire name "clientApplicationList".
 class ORVU_EXPORT ClientApplicationList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeClientApplicationList;
+
     std::vector<ClientApplication*> apps;  ///< Owned; deleted with the list.
     std::vector<std::string> deletionIds;  ///< Ids of the clients to be deleted. Travels as "deletionItens".
 
@@ -73,6 +77,8 @@ public:
 /// The bind tokens granted for one service. Wire name "serviceBindTokens"; also the element of a ServiceBindTokensList.
 class ORVU_EXPORT ServiceBindTokens : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceBindTokens;
+
     Service* service = nullptr;           ///< Owned; made with the message.
     std::vector<std::string> bindTokens;  ///< Neither empty texts nor duplicates come in through addToken().
     bool fullService = true;  ///< Whether the whole service travels, or only its locator. Not changed by reading.
@@ -100,6 +106,8 @@ public:
 /// The bind tokens granted, service by service. Wire name "serviceBindTokensList".
 class ORVU_EXPORT ServiceBindTokensList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceBindTokensList;
+
     std::string reservedText;                  ///< Does not travel.
     bool reservedFlag = true;                  ///< Does not travel.
     std::vector<ServiceBindTokens*> services;  ///< Owned; deleted with the list.
@@ -122,6 +130,8 @@ public:
 /// The services bound to one token. Wire name "ServiceBoundTokenList", with a capital S.
 class ORVU_EXPORT ServiceBoundTokenList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceBoundTokenList;
+
     std::string token;
     std::vector<Service*> boundServices;  ///< Owned; deleted with the list.
 
@@ -146,6 +156,8 @@ public:
 /// Takes a bind token back. Wire name "revokeToken".
 class ORVU_EXPORT RevokeToken : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeRevokeToken;
+
     std::string token;
     std::string serviceContextId;  ///< Locator of the service.
 

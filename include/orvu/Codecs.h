@@ -65,6 +65,8 @@ enum DrmScheme : int {
 /// The codecs that a player decodes. Wire name "codecsSupported"; travels nested.
 class ORVU_EXPORT Codecs : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeCodecsSupported;
+
     std::vector<VideoCodec> video;
     std::vector<AudioCodec> audio;
     std::vector<SubtitleCodec> subtitle;
@@ -105,6 +107,8 @@ public:
 /// A DRM system. Wire name "drmSystem"; travels nested.
 class ORVU_EXPORT DrmSystem : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeDrmSystem;
+
     std::string systemId;
     std::string drmName;
     std::string drmVersion;
@@ -143,6 +147,8 @@ public:
 /// The DRM systems of the receiver. Wire name "drms".
 class ORVU_EXPORT DrmSystemList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeDrms;
+
     std::vector<DrmSystem*> systems;  ///< Owned; deleted with the list.
 
     DrmSystemList();

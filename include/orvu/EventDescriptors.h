@@ -10,6 +10,8 @@ namespace Orvu {
 /// The genre of an event. Wire name "contentDescription". Travels nested.
 class ORVU_EXPORT ContentDescriptor : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeContentDescription;
+
     int content[4] = {};  ///< content_nibble_level_1 and 2, user_nibble 1 and 2, as signalled.
 
     ContentDescriptor();
@@ -25,6 +27,8 @@ public:
 /// A linkage to another service. Wire name "linkageDescriptor". Travels nested.
 class ORVU_EXPORT LinkageDescriptor : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeLinkageDescriptor;
+
     int tsId = 0;
     int networkId = 0;
     int serviceId = 0;
@@ -44,6 +48,8 @@ public:
 /// A hyperlink to a service, an event, a module or a page. Wire name "hyperlinkDescriptor". Travels nested.
 class ORVU_EXPORT HyperlinkDescriptor : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeHyperlinkDescriptor;
+
     int type = 0;
     int destinationType = 0;
     int tsId = 0;
@@ -68,6 +74,8 @@ public:
 /// The series that an event belongs to. Wire name "seriesDescriptor". Travels nested.
 class ORVU_EXPORT SeriesDescriptor : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeSeriesDescriptor;
+
     int id = 0;
     int url = 0;  ///< A number, whatever its name says.
     int repeatLabel = 0;
@@ -89,6 +97,8 @@ public:
 /// One event of a group. Wire name "eventGroupDescriptor". Travels nested.
 class ORVU_EXPORT EventGroupDescriptor : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEventGroupDescriptor;
+
     int id = 0;
     int tsId = 0;
     int networkId = 0;
@@ -107,6 +117,8 @@ public:
 /// The events that belong together. Wire name "eventGroup". Travels nested.
 class ORVU_EXPORT EventGroup : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEventGroup;
+
     int type = 0;
     std::vector<EventGroupDescriptor*> descriptors;  ///< Owned; deleted with the group.
 
@@ -129,6 +141,8 @@ public:
 /// A conditional-access unit: the components that are scrambled together. Wire name "cAUnit". Travels nested.
 class ORVU_EXPORT CAUnit : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeCAUnit;
+
     int id = 0;
     std::vector<int> componentTags;
 
@@ -149,6 +163,8 @@ public:
 /// One group of components of an event. Wire name "componentGroupDescriptor". Travels nested.
 class ORVU_EXPORT ComponentGroupDescriptor : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeComponentGroupDescriptor;
+
     int id = 0;
     int totalBitRate = 0;
     std::string description;
@@ -169,6 +185,8 @@ public:
 /// The component groups of an event. Wire name "componentGroup". Travels nested.
 class ORVU_EXPORT ComponentGroup : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeComponentGroup;
+
     int type = 0;
     std::vector<ComponentGroupDescriptor*> components;  ///< Owned; deleted with the group.
 

@@ -49,6 +49,8 @@ private:
 /// One event of the programme guide. Wire name "eventInfo".
 class ORVU_EXPORT EventInfo : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEventInfo;
+
     std::string startTime;  ///< In a form that the applications agree on; schedules are sorted by its bytes.
     std::string endTime;    ///< In the same form.
     int runningStatus = 0;  ///< As signalled.
@@ -89,6 +91,8 @@ public:
 /// The present and following events of a service, and its schedule. Wire name "eventInfoList".
 class ORVU_EXPORT EventInfoList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEventInfoList;
+
     std::string serviceContextId;      ///< Locator of the service.
     EventInfo* present = nullptr;      ///< Owned, may be null.
     EventInfo* following = nullptr;    ///< Owned, may be null.

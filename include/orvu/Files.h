@@ -11,6 +11,8 @@ namespace Orvu {
 /// One file. Wire name "file"; also the element of the file lists.
 class ORVU_EXPORT File : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeFile;
+
     std::string name;
     int size = 0;  ///< Bytes.
     std::string mimeType;
@@ -35,6 +37,8 @@ public:
 /// One directory. Wire name "directory"; also the element of the file lists.
 class ORVU_EXPORT Directory : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeDirectory;
+
     std::string name;
 
     Directory();
@@ -51,6 +55,8 @@ public:
 /// Files and directories of an application. Wire name "gingaFileList".
 class ORVU_EXPORT GingaFileList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeGingaFileList;
+
     std::string appid;
     std::string path;
     std::vector<File*> files;      ///< Owned; deleted with the list.
@@ -80,6 +86,8 @@ public:
 /// Files and directories of a DSM-CC object carousel. Wire name "dsmccFileList".
 class ORVU_EXPORT DsmccFileList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeDsmccFileList;
+
     int componentTag = 0;  ///< Of the stream that carries the carousel; not given below 1.
     int carouselId = 0;    ///< Not given below 1.
     std::string path;
@@ -110,6 +118,8 @@ public:
 /// Subscribes to stream events. Wire name "streamEventRequest".
 class ORVU_EXPORT StreamEventRequest : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeStreamEventRequest;
+
     int componentTag = 0;  ///< Not given below 1.
     int carouselId = 0;    ///< Not given below 1.
     std::string protocol;
@@ -131,6 +141,8 @@ public:
 /// Ends a subscription to stream events. Wire name "streamEventDispose".
 class ORVU_EXPORT StreamEventDispose : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeStreamEventDispose;
+
     int handle = 0;  ///< A number here, a text in StreamEventRequest.
 
     StreamEventDispose();
@@ -146,6 +158,8 @@ public:
 /// Several blocks of bytes in one message. Wire name "binaryDataMultipart".
 class ORVU_EXPORT BinaryDataMultipart : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeBinaryDataMultipart;
+
     std::string serviceContextId;    ///< Locator of the service.
     std::vector<BinaryData*> parts;  ///< Owned; deleted with the message.
     std::string timestamp;           ///< In a form that the applications agree on.

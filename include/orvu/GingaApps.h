@@ -40,6 +40,8 @@ enum GingaState : int {
 /// One interactive application of a service. Wire name "gingaApp"; also the element of a GingaAppList.
 class ORVU_EXPORT RestGingaApp : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeGingaApp;
+
     std::string serviceContextId;  ///< Locator of the service that signals the application.
     std::string appid;
     std::string name;
@@ -74,6 +76,8 @@ public:
 /// The interactive applications of a service. Wire name "gingaAppList".
 class ORVU_EXPORT GingaAppList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeGingaAppList;
+
     std::string serviceContextId;     ///< Locator of the service.
     std::vector<RestGingaApp*> apps;  ///< Owned; deleted with the list.
 
@@ -95,6 +99,8 @@ public:
 /// Starts or stops one interactive application. Wire name "gingaAppAction".
 class ORVU_EXPORT GingaAppAction : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeGingaAppAction;
+
     std::string appid;
     StatusType action = StatusTypeUnknown;  ///< Start or stop.
 

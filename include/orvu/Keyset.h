@@ -10,6 +10,8 @@ namespace Orvu {
 /// The groups of remote-control keys that an interactive application wants, or gives back. Wire name "keyset".
 class ORVU_EXPORT GingaKeyset : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeKeyset;
+
     std::vector<std::string> keys;  ///< Names of groups, unknown ones and duplicates too.
     bool releaseKeyset = false;     ///< Gives the keys back. Written only while it is set.
 

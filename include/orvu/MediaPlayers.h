@@ -13,6 +13,8 @@ namespace Orvu {
 /// A media player: what it plays and what it can play. Wire name "player"; also the element of a MediaPlayerList.
 class ORVU_EXPORT MediaPlayer : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePlayer;
+
     std::string id;
     std::string currentMedia;  ///< URL.
     StatusType state = StatusTypeIdle;
@@ -59,6 +61,8 @@ public:
 /// The media players of the receiver. Wire name "players".
 class ORVU_EXPORT MediaPlayerList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePlayers;
+
     std::vector<MediaPlayer*> players;  ///< Owned; deleted with the list.
 
     MediaPlayerList();
@@ -80,6 +84,8 @@ public:
 /// A command to one media player. Wire name "playerAction". Each field is owned, and null when the command does not carry it.
 class ORVU_EXPORT MediaPlayerAction : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePlayerAction;
+
     std::string* playerid = nullptr;
     std::string* url = nullptr;  ///< What to load.
     StatusType* action = nullptr;

@@ -64,6 +64,8 @@ enum EditCommand : int {
 /// A reference to an NCL document. Travels nested, and shares the type of NCLEvent.
 class ORVU_EXPORT NCLDocument : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNclEvent;  ///< That of NCLEvent; neither writes a "HEADER".
+
     std::string id;
     std::string fileName;
 
@@ -80,6 +82,8 @@ public:
 /// The state machine of one event of a node. Wire name "nclEvent"; travels nested.
 class ORVU_EXPORT NCLEvent : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNclEvent;
+
     StatusType state = StatusTypeUnknown;
     int occurrences = 0;
     bool* prepared = nullptr;  ///< Owned; null while it is not known.
@@ -99,6 +103,8 @@ public:
 /// A node of an NCL document, with its interfaces. Wire name "nclNode"; also the element of an NCLNodeList.
 class ORVU_EXPORT NCLNode : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNclNode;
+
     std::string appid;
     std::string documentId;
     std::string id;
@@ -134,6 +140,8 @@ public:
 /// The nodes of a composition. Wire name "nclNodeList".
 class ORVU_EXPORT NCLNodeList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNclNodeList;
+
     std::string appid;
     std::string documentId;
     std::string compositeId;
@@ -159,6 +167,8 @@ public:
 /// An action on one node, or on one of its interfaces. Wire name "nclNodeAction".
 class ORVU_EXPORT NCLNodeAction : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNclNodeAction;
+
     std::string appid;
     std::string documentId;
     std::string nodeId;
@@ -185,6 +195,8 @@ public:
 /// A live-editing command. Wire name "gingaEditCommand".
 class ORVU_EXPORT GingaEditCommand : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeGingaEditCommand;
+
     std::string appid;
     std::string documentId;  ///< The document that is edited.
     EditCommand command = EditCommandUnknown;

@@ -10,6 +10,8 @@ namespace Orvu {
 /// Whether pairing with companion (mobile) applications is enabled. Wire name "pairMobileAppScreen".
 class ORVU_EXPORT PairMobileAppScreen : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePairMobileAppScreen;
+
     bool pairingEnabled = false;
 
     PairMobileAppScreen();
@@ -30,6 +32,8 @@ public:
 /// A request client waits for the answer to one whose `dispose` is false without any time-out: the user decides.
 class ORVU_EXPORT ConfirmationScreen : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeConfirmationScreen;
+
     std::string displayName;  ///< The device's name, as shown to the user.
     bool confirmed = false;   ///< The user agreed.
     bool canceled = false;    ///< The user declined.
@@ -60,6 +64,8 @@ public:
 /// A QR code to scan with the companion device. Wire name "qrCodeScreen".
 class ORVU_EXPORT QrCodeScreen : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeQrCodeScreen;
+
     std::string displayName;  ///< The device's name, as shown to the user.
     std::string qrCodeData;   ///< The text that the code carries.
     bool dispose = false;     ///< Takes the screen away instead of showing it.
@@ -87,6 +93,8 @@ public:
 /// A PIN to type on the companion device. Wire name "pinScreen".
 class ORVU_EXPORT PinScreen : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePinScreen;
+
     std::string displayName;  ///< The device's name, as shown to the user.
     std::string pin;
     bool dispose = false;  ///< Takes the screen away instead of showing it.
@@ -114,6 +122,8 @@ public:
 /// One item of a described screen, with its children to any depth. Wire name "screenItem".
 class ORVU_EXPORT ScreenItem : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeScreenItem;
+
     std::string type;
     bool enabled = false;
     bool focused = false;
@@ -153,6 +163,8 @@ public:
 /// A screen of the pairing dialogue as a tree of items. Wire name "screenDescription".
 class ORVU_EXPORT ScreenDescription : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeScreenDescription;
+
     std::vector<ScreenItem*> items;  ///< Owned; deleted with the description.
 
     ScreenDescription();

@@ -57,6 +57,9 @@ enum NetworkInterfaceType : int {
 /// A width and a height. Travels nested, and carries the type of Position.
 class ORVU_EXPORT Bounds : public Serializable {
 public:
+    static constexpr DataType kDataType =
+        DataTypePos;  ///< A position's, also in what the factory makes for DataTypeBounds.
+
     int w = -1;  ///< Pixels; -1 when not known.
     int h = -1;  ///< Pixels; -1 when not known.
 
@@ -84,6 +87,8 @@ public:
 /// One layer of the display. Wire name "displayLayers"; travels nested.
 class ORVU_EXPORT DisplayLayer : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeDisplayLayers;
+
     DisplayLayerType type = DisplayLayerTypeUnknown;
     Bounds* bounds = nullptr;  ///< Owned; made with the layer.
 
@@ -110,6 +115,8 @@ public:
 /// One network interface. Wire name "networkInterfaces"; travels nested.
 class ORVU_EXPORT NetworkInterface : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNetworkInterfaces;
+
     NetworkInterfaceType type = NetworkInterfaceTypeUnknown;
     bool active = false;
 
@@ -136,6 +143,8 @@ public:
 /// What the receiver can do. Wire name "platformCapabilities".
 class ORVU_EXPORT PlatformCapabilities : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePlatformCapabilities;
+
     std::string manufacturer;
     std::string model;
     std::string friendlyName;                  ///< Read, never written.

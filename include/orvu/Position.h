@@ -7,6 +7,8 @@ namespace Orvu {
 /// A rectangle on the screen, in pixels of a fixed virtual display of 1280 by 720. Wire name "pos"; travels nested.
 class ORVU_EXPORT Position : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePos;
+
     int x = 0;     ///< Pixels from the left edge.
     int y = 0;     ///< Pixels from the top edge.
     int w = 1280;  ///< Width in pixels.

@@ -10,6 +10,8 @@ namespace Orvu {
 /// A name and its value. Wire name "property".
 class ORVU_EXPORT Property : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeProperty;
+
     std::string name;
     std::string value;  ///< Never interpreted here.
 
@@ -27,6 +29,8 @@ public:
 /// The properties of a node. Wire name "nodeProperties".
 class ORVU_EXPORT NodeProperties : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNodeProperties;
+
     std::string appid;
     std::string nodeId;
     std::string varName;
@@ -52,6 +56,8 @@ public:
 /// The persistent properties of an application or service. Wire name "persistent".
 class ORVU_EXPORT PersistentProperties : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePersistent;
+
     std::string serviceContextId;
     std::string appid;
     std::string varName;
@@ -77,6 +83,8 @@ public:
 /// One persistent variable with its property. Wire name "persistProperty".
 class ORVU_EXPORT PersistProperty : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePersistProperty;
+
     std::string serviceContextId;
     std::string appid;
     std::string varName;
@@ -100,6 +108,8 @@ public:
 /// The value of a persistent variable, as the middleware returns it. Wire name "persistentVariableValue"; only ever received.
 class ORVU_EXPORT PersistentVariableValue : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePersistentVariableValue;
+
     std::string value;
 
     PersistentVariableValue();

@@ -14,6 +14,8 @@ namespace Orvu {
 /// The request could not be understood. Also what the factory makes for DataTypeUnknown.
 class ORVU_EXPORT UnknowRequest : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeUnknown;
+
     UnknowRequest();
     ~UnknowRequest() override;
     char* serialize() override;
@@ -24,6 +26,8 @@ public:
 /// The request arrived without a body, or nothing usable came back from a peer.
 class ORVU_EXPORT EmptyData : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEmptyData;
+
     EmptyData();
     ~EmptyData() override;
     char* serialize() override;
@@ -34,6 +38,8 @@ public:
 /// An argument of the request is not acceptable.
 class ORVU_EXPORT IllegalArgument : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeIllegalArgument;
+
     IllegalArgument();
     ~IllegalArgument() override;
     char* serialize() override;
@@ -44,6 +50,8 @@ public:
 /// The receiver platform cannot serve the request now.
 class ORVU_EXPORT PlatformUnavailable : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypePlatformUnavailable;
+
     PlatformUnavailable();
     ~PlatformUnavailable() override;
     char* serialize() override;
@@ -54,6 +62,8 @@ public:
 /// A requested format is not supported.
 class ORVU_EXPORT FormatNotSupported : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeFormatNotSupported;
+
     FormatNotSupported();
     ~FormatNotSupported() override;
     char* serialize() override;
@@ -64,6 +74,8 @@ public:
 /// The requested action is not supported.
 class ORVU_EXPORT ActionNotSupported : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeActionNotSupported;
+
     ActionNotSupported();
     ~ActionNotSupported() override;
     char* serialize() override;
@@ -74,6 +86,8 @@ public:
 /// A parameter is not supported.
 class ORVU_EXPORT ParameterNotSupported : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeParameterNotSupported;
+
     ParameterNotSupported();
     ~ParameterNotSupported() override;
     char* serialize() override;
@@ -84,6 +98,8 @@ public:
 /// The request was carried out.
 class ORVU_EXPORT SuccessResponse : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeSuccess;
+
     SuccessResponse();
     ~SuccessResponse() override;
     char* serialize() override;
@@ -94,6 +110,8 @@ public:
 /// There are no services (channels).
 class ORVU_EXPORT EmptyChannelListError : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEmptyChannelList;
+
     EmptyChannelListError();
     ~EmptyChannelListError() override;
     char* serialize() override;
@@ -104,6 +122,8 @@ public:
 /// The service named in the request does not exist.
 class ORVU_EXPORT ServiceNotFoundError : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceNotFound;
+
     ServiceNotFoundError();
     ~ServiceNotFoundError() override;
     char* serialize() override;
@@ -114,6 +134,8 @@ public:
 /// The resource does not exist.
 class ORVU_EXPORT ResourceNotFound : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeResourceNotFound;
+
     ResourceNotFound();
     ~ResourceNotFound() override;
     char* serialize() override;
@@ -124,6 +146,8 @@ public:
 /// The resource exists but cannot be used now.
 class ORVU_EXPORT ResourceUnavailable : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeResourceUnavailable;
+
     ResourceUnavailable();
     ~ResourceUnavailable() override;
     char* serialize() override;
@@ -134,6 +158,8 @@ public:
 /// There is no broadcast signal.
 class ORVU_EXPORT NoSignalError : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeNoSignal;
+
     NoSignalError();
     ~NoSignalError() override;
     char* serialize() override;
@@ -144,6 +170,8 @@ public:
 /// The requested SI table is not available.
 class ORVU_EXPORT TableNotFound : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTableNotFound;
+
     TableNotFound();
     ~TableNotFound() override;
     char* serialize() override;
@@ -154,6 +182,8 @@ public:
 /// A server could not be reached.
 class ORVU_EXPORT CannotConnectToServer : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeCannotConnectToServer;
+
     CannotConnectToServer();
     ~CannotConnectToServer() override;
     char* serialize() override;
@@ -164,6 +194,8 @@ public:
 /// The request was handled and has no content to return.
 class ORVU_EXPORT EmptyResponse : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeEmptyResponse;
+
     EmptyResponse();
     ~EmptyResponse() override;
     char* serialize() override;
@@ -174,6 +206,8 @@ public:
 /// A required argument is missing.
 class ORVU_EXPORT MissingArgument : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeMissingArgument;
+
     MissingArgument();
     ~MissingArgument() override;
     char* serialize() override;
@@ -184,6 +218,8 @@ public:
 /// No TV service is being presented.
 class ORVU_EXPORT TVServiceNotInUse : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTvServiceNotInUse;
+
     TVServiceNotInUse();
     ~TVServiceNotInUse() override;
     char* serialize() override;

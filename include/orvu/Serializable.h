@@ -107,6 +107,8 @@ enum DataType : unsigned int {
 
 /// The base of every message that crosses a socket: one JSON object, whose "HEADER" member names its type.
 ///
+/// A class of one type names it as `static constexpr DataType kDataType`; a BinaryData gets its type at construction.
+///
 /// A message has no locks: use it from one thread at a time. The functions here keep no state of their own and may be
 /// called from any thread.
 class ORVU_EXPORT Serializable {

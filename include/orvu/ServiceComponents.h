@@ -14,6 +14,8 @@ namespace Orvu {
 /// ServiceComponentList. A number of -1 is not known.
 class ORVU_EXPORT ServiceComponent : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceComponent;
+
     int streamType = -1;    ///< stream_type of the PMT.
     int componentTag = -1;  ///< Component tag; travels as hexadecimal text.
     int pid = -1;           ///< PID of the stream.
@@ -42,6 +44,8 @@ public:
 /// The components of a service. Wire name "components".
 class ORVU_EXPORT ServiceComponentList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeComponents;
+
     std::vector<ServiceComponent*> components;  ///< Owned; deleted with the list.
 
     ServiceComponentList();
@@ -63,6 +67,8 @@ public:
 /// Names one component. Wire name "serviceComponentTag".
 class ORVU_EXPORT ServiceComponentTag : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceComponentTag;
+
     int componentTag = 0;  ///< Component tag; a plain number here.
 
     ServiceComponentTag();
@@ -78,6 +84,8 @@ public:
 /// Starts, pauses or stops one component, moves its window or sets its volume. Wire name "serviceCompTagAction".
 class ORVU_EXPORT ServiceCompTagAction : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceCompTagAction;
+
     int componentTag = 0;                   ///< Component tag; a plain number here.
     StatusType action = StatusTypeUnknown;  ///< Start, pause or stop.
     Position* pos = nullptr;                ///< Owned, may be null.
@@ -109,6 +117,8 @@ public:
 /// Switches a component on or off on the receiver's chip. Wire name "rtkChangeComponentStatus".
 class ORVU_EXPORT RtkChangeComponentStatus : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeRtkChangeComponentStatus;
+
     bool enableComponent = false;
     unsigned componentTag = 0;  ///< Component tag; a plain number here.
 
@@ -125,6 +135,8 @@ public:
 /// Asks for a set of PIDs as a stream. Wire name "streamPidsRequest"; answered by a StreamPidsResponse.
 class ORVU_EXPORT StreamPidsRequest : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeStreamPidsRequest;
+
     std::string handle;      ///< Agreed between the applications.
     std::string clientAddr;  ///< Agreed between the applications.
     std::vector<unsigned short> pids;
@@ -154,6 +166,8 @@ public:
 /// Where the stream of a StreamPidsRequest is found, or why not. Wire name "streamPidsResponse".
 class ORVU_EXPORT StreamPidsResponse : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeStreamPidsResponse;
+
     std::string handle;  ///< As in the request.
     std::string streamUrl;
     std::string mimeType = "video/mp2t";  ///< Written, never read back.

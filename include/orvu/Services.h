@@ -10,6 +10,8 @@ namespace Orvu {
 /// One broadcast service (TV channel). Wire name "currentService"; also the element of a ServiceList.
 class ORVU_EXPORT Service : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeCurrentService;
+
     std::string serviceContextId;  ///< Locator text such as "1.2.01" (see ServiceContext); never checked here.
     std::string serviceName;       ///< UTF-8, as broadcast.
     int transportStreamId = 0;     ///< DVB/ISDB identifiers, as signalled.
@@ -32,6 +34,8 @@ public:
 /// The channel list. Wire name "serviceList".
 class ORVU_EXPORT ServiceList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceList;
+
     std::vector<Service*> services;  ///< Owned; deleted with the list.
 
     ServiceList();
@@ -52,6 +56,8 @@ public:
 /// Asks for a service, or reports one, by its locator. Wire name "serviceSelection".
 class ORVU_EXPORT ServiceSelection : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceSelection;
+
     std::string serviceContextId;  ///< Locator text (see ServiceContext); never checked here.
 
     ServiceSelection();
@@ -67,6 +73,8 @@ public:
 /// The broadcast time of the current service. Wire name "serviceTime".
 class ORVU_EXPORT ServiceTime : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeServiceTime;
+
     std::string time;  ///< In a form that the two applications agree on; never checked here.
 
     ServiceTime();

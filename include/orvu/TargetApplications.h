@@ -18,6 +18,8 @@ enum PriorityType : int {
 /// Which links a target application handles. Wire name "targetAppFilter".
 class ORVU_EXPORT TargetAppFilter : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTargetAppFilter;
+
     std::string scheme;
     std::string host;
     std::string path;
@@ -45,6 +47,8 @@ public:
 /// An application on the TV that a companion may address. Wire name "targetApp"; also the element of a TargetAppList.
 class ORVU_EXPORT TargetApp : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTargetApp;
+
     std::string targetId;
     std::string displayName;
     std::string canonicalName;              ///< Written only while `writeCanonicalName` is set.
@@ -104,6 +108,8 @@ public:
 /// The target applications. Wire name "targetApps".
 class ORVU_EXPORT TargetAppList : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTargetApps;
+
     std::string targetId;
     std::vector<TargetApp*> targets;  ///< Owned; deleted with the list.
     bool writeCanonicalNames = true;  ///< Given to every target when the list is written.
@@ -131,6 +137,8 @@ public:
 /// Starts or stops a target application, or opens a link. Wire name "targetAppAction".
 class ORVU_EXPORT TargetAppAction : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTargetAppAction;
+
     std::string url;  ///< With a URL nothing else is written.
     std::string targetId;
     TargetStatusType action = TargetStatusTypeUnknown;
@@ -171,6 +179,8 @@ public:
 /// Tells an application to start or stop a target. Wire name "targetAppPerformAction".
 class ORVU_EXPORT TargetAppPerformAction : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeTargetAppPerformAction;
+
     TargetStatusType action = TargetStatusTypeUnknown;
     PriorityType priority = PriorityTypeForeground;
     std::string canonicalName;
@@ -205,6 +215,8 @@ public:
 /// A link for a target application to open. Wire name "deepLink".
 class ORVU_EXPORT DeepLink : public Serializable {
 public:
+    static constexpr DataType kDataType = DataTypeDeepLink;
+
     std::string targetId;
     std::string url;
 

@@ -9,27 +9,28 @@ namespace Orvu {
 class JsonReader;
 class JsonWriter;
 
-// A message without a contract of its own must not compile.
-void write(JsonWriter& json, Serializable& message) = delete;
-void read(JsonReader& json, Serializable& message) = delete;
+/// The two styles of cJSON: cJSON_Print's and cJSON_PrintUnformatted's.
+enum class PrintStyle { Formatted, Compact };
 
 /// What a message class says on the wire: the one function that writes its members and the one that reads them.
 struct Contract {
     void (*write)(JsonWriter& json, Serializable& message);
     void (*read)(JsonReader& json, Serializable& message);
+    PrintStyle style;            ///< Of a text of its own; a child takes the style of its holder.
     const std::type_info* type;  ///< The class itself; objects of classes derived from it write and read themselves.
 };
 
-/// The contract of a class: the functions `write(JsonWriter&, Message&)` and `read(JsonReader&, Message&)` of its family.
+/// The contract of a class, by which other messages embed it. CONTRACT (see Message.h) defines it in the class's own file; a
+/// class without one does not compile as a child.
 template <class Message>
-const Contract& contractOf()
-{
-    static const Contract contract = {
-        [](JsonWriter& json, Serializable& message) { write(json, static_cast<Message&>(message)); },
-        [](JsonReader& json, Serializable& message) { read(json, static_cast<Message&>(message)); },
-        &typeid(Message),
-    };
-    return contract;
-}
+const Contract& contractOf() = delete;
+
+// Every class of the catalogue has one.
+#define ROW_AS(Type, Class, ...) \
+    class Class;                 \
+    template <>                  \
+    const Contract& contractOf<Class>();
+#define ROW_WITHOUT_CLASS(...)
+#include "messages/core/Catalogue.def"
 
 }  // namespace Orvu

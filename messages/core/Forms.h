@@ -1,18 +1,23 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "messages/core/JsonReader.h"
 #include "messages/core/JsonWriter.h"
+#include "messages/core/Ownership.h"
 #include "messages/core/Vocabulary.h"
 
 namespace Orvu {
 
 /// \file
-/// Fields that travel in another form than their own. A form writes itself as one value, and reads itself from an item of
-/// any kind: false leaves the field as it was.
+/// Fields that travel in another form than their own. A form writes itself as one value, or answers false when it has none,
+/// which leaves its key out. It reads itself from a value of any kind, and answers false when it leaves its field as it was.
+
+/// Reads a text as the value of a word; false for a value of another kind.
+bool readWord(JsonValue value, const WordTable& words, int& field);
 
 /// An enumeration as its word.
 template <class Enum>
@@ -21,11 +26,12 @@ struct AsWord {
     const Vocabulary<Enum>& words;
 
     void write(JsonWriter& json) const { json.value(words.word(field)); }
-    bool read(JsonReader&, const cJSON& item) const
+    bool read(JsonReader&, JsonValue value) const
     {
-        if (!cJSON_IsString(&item)) return false;
-        field = words.value(item.valuestring);
-        return true;
+        int number = field;
+        const bool isRead = readWord(value, words, number);
+        field = static_cast<Enum>(number);
+        return isRead;
     }
 };
 template <class Enum>
@@ -34,7 +40,7 @@ AsWord<Enum> asWord(Enum& field, const Vocabulary<Enum>& words)
     return {field, words};
 }
 
-/// A list of enumerations as an array of their words. Reading appends; what is no text is skipped.
+/// A list of enumerations as an array of their words. Reading appends; items that are not texts are skipped.
 template <class Enum>
 struct AsWords {
     std::vector<Enum>& fields;
@@ -44,9 +50,12 @@ struct AsWords {
     {
         json.array(fields, [&](Enum field) { json.value(words.word(field)); });
     }
-    bool read(JsonReader&, const cJSON& item) const
+    bool read(JsonReader&, JsonValue array) const
     {
-        forEachText(item, [&](const char* text) { fields.push_back(words.value(text)); });
+        for (const JsonValue item : array.items()) {
+            int number = 0;
+            if (readWord(item, words, number)) fields.push_back(static_cast<Enum>(number));
+        }
         return true;
     }
 };
@@ -67,71 +76,181 @@ inline AsNullWhenEmpty asNullWhenEmpty(const std::string& field)
     return {field};
 }
 
-/// A number, or null when it is below 1.
-struct AsNullBelowOne {
-    int field;
+/// A value that a pointer holds, which is null, and left out, without one.
+template <class Value>
+struct IfHeld {
+    Value*& field;
 
-    void write(JsonWriter& json) const { field < 1 ? json.null() : json.value(field); }
+    bool write(JsonWriter& json) const
+    {
+        if (field) json.value(*field);
+        return field != nullptr;
+    }
+    bool read(JsonReader& json, JsonValue value) const
+    {
+        Value taken{};
+        if (!json.read(value, taken)) return false;
+        hold(field, std::move(taken));
+        return true;
+    }
 };
-inline AsNullBelowOne asNullBelowOne(int field)
+template <class Value>
+IfHeld<Value> ifHeld(Value*& field)
 {
     return {field};
 }
 
-/// Each text of an array, handed to `take`, in order; what is no text is skipped. Only for reading.
-template <class Take>
+/// A child, or a list of children, whose header flags are left as they are. Only for writing.
+template <class Message>
+struct AsIs {
+    Message* child;
+
+    bool write(JsonWriter& json) const { return child && json.value(*child); }
+};
+template <class Message>
+AsIs<Message> asIs(Message* child)
+{
+    return {child};
+}
+template <class Message>
+struct AllAsIs {
+    const std::vector<Message*>& children;
+
+    void write(JsonWriter& json) const { json.array(children); }
+};
+template <class Message>
+AllAsIs<Message> asIs(const std::vector<Message*>& children)
+{
+    return {children};
+}
+
+/// A child as it is; the text that one of an application's class gives is minified before it is parsed. Only for writing.
+template <class Message>
+struct Minified {
+    Message* child;
+
+    bool write(JsonWriter& json) const { return child && json.value(*child, ChildText::Minified); }
+};
+template <class Message>
+Minified<Message> minified(Message* child)
+{
+    return {child};
+}
+
+/// A child in one of the forms above, or null when there is none. Only for writing.
+template <class Child>
+struct OrNull {
+    Child form;
+
+    bool write(JsonWriter& json) const
+    {
+        if (form.child) return form.write(json);
+        json.null();
+        return true;
+    }
+};
+template <class Child>
+OrNull<Child> orNull(Child form)
+{
+    return {form};
+}
+
+/// A list of children. Reading appends one for each item, also for those that cannot be read.
+template <class Message>
+struct KeepingAll {
+    std::vector<Message*>& children;
+
+    bool read(JsonReader&, JsonValue array) const
+    {
+        readChildren(array, ListOfChildren(children), Unreadable::Kept);
+        return true;
+    }
+};
+template <class Message>
+KeepingAll<Message> keepingAll(std::vector<Message*>& children)
+{
+    return {children};
+}
+
+/// A child. Reading makes a new one, whatever is held, which is the application's from then on.
+template <class Message>
+struct Replaced {
+    Message*& child;
+
+    bool read(JsonReader&, JsonValue value) const
+    {
+        child = new Message;
+        readChild(*child, contractOf<Message>(), value);
+        return true;
+    }
+};
+template <class Message>
+Replaced<Message> replaced(Message*& child)
+{
+    return {child};
+}
+
+/// The list that follows a member, whatever its own key. Without one the read fails.
+template <class Field>
+struct ListAfter {
+    Field field;
+
+    bool read(JsonReader& json, JsonValue value) const
+    {
+        const JsonValue list = value.next();
+        if (!list) json.fail(Fault::Missing);
+        return list && json.read(list, field);
+    }
+};
+template <class Field>
+ListAfter<Field> listAfter(Field&& field)
+{
+    return {std::forward<Field>(field)};
+}
+
+/// Nothing but the question whether the key is there, with a value of any kind.
+struct OfAnyKind {
+    bool read(JsonReader&, JsonValue) const { return true; }
+};
+
+/// Each text of an array, handed to `handle`, in order; other items are skipped. Only for reading.
+template <class Handle>
 struct EachText {
-    Take take;
+    Handle handle;
 
-    bool read(JsonReader&, const cJSON& item) const
+    bool read(JsonReader&, JsonValue array) const
     {
-        forEachText(item, take);
-        return true;
-    }
-};
-template <class Take>
-EachText<Take> eachText(Take take)
-{
-    return {take};
-}
-
-/// Each item of an array as a number, handed to `take`, in order; what is no number counts as 0. Only for reading.
-template <class Take>
-struct EachNumber {
-    Take take;
-
-    bool read(JsonReader& json, const cJSON& item) const
-    {
-        for (const cJSON* number = item.child; number; number = number->next)
-            take(json.numberOrZero(*number));
-        return true;
-    }
-};
-template <class Take>
-EachNumber<Take> eachNumber(Take take)
-{
-    return {take};
-}
-
-/// Each item of an array as a child that `make` makes, handed to `keep` when it could be read. Only for reading.
-template <class Make, class Keep>
-struct EachChild {
-    Make make;
-    Keep keep;
-
-    bool read(JsonReader&, const cJSON& item) const
-    {
-        for (const cJSON* element = item.child; element; element = element->next) {
-            auto child = make();
-            if (readNested(*child, *element)) keep(std::move(child));
+        for (const JsonValue item : array.items()) {
+            if (item.isText()) handle(item.text());
         }
         return true;
     }
 };
-template <class Make, class Keep>
-EachChild<Make, Keep> eachChild(Make make, Keep keep)
+template <class Handle>
+EachText<Handle> eachText(Handle handle)
 {
-    return {make, keep};
+    return {handle};
+}
+
+/// Each item of an array as a number, handed to `handle`, in order; any other item counts as 0. Only for reading.
+template <class Handle>
+struct EachNumber {
+    Handle handle;
+
+    bool read(JsonReader&, JsonValue array) const
+    {
+        for (const JsonValue item : array.items()) {
+            int number = 0;
+            if (item.isNumber()) item.integer(number);
+            handle(number);
+        }
+        return true;
+    }
+};
+template <class Handle>
+EachNumber<Handle> eachNumber(Handle handle)
+{
+    return {handle};
 }
 
 }  // namespace Orvu

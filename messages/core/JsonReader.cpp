@@ -1,137 +1,63 @@
 #include "messages/core/JsonReader.h"
 
-#include <cstring>
-#include <new>
-#include <strings.h>
-
 namespace Orvu {
-namespace {
-
-bool isNamed(const cJSON& item, const char* key)
-{
-    constexpr int kLetterCase = 'a' ^ 'A';
-    if (!item.string || ((*item.string ^ *key) & ~kLetterCase) != 0) return false;  // spares most of the calls
-    return std::strcmp(item.string, key) == 0 || strcasecmp(item.string, key) == 0;
-}
-
-/// What `number` reads as once it is printed and parsed again; empty when it prints as no number (infinities).
-JsonTree reprinted(const cJSON& number)
-{
-    char text[64];  // cJSON writes at most 26
-    cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false);
-    JsonTree tree = parseJson(text);
-    if (!tree) throw std::bad_alloc();  // what cJSON prints is JSON: only memory can have failed
-    return cJSON_IsNumber(tree.get()) ? std::move(tree) : nullptr;
-}
-
-}  // namespace
 
 bool JsonReader::optional(const char* key, std::string& field)
 {
-    const cJSON* const item = member(key);
-    if (!cJSON_IsString(item)) return false;
-    field = item->valuestring;
-    return true;
+    return read(member(key), field);
 }
 
 bool JsonReader::optional(const char* key, int& field)
 {
-    const cJSON* const item = member(key);
-    return item && integer(*item, field);
+    return member(key).integer(field);
 }
 
 bool JsonReader::optional(const char* key, unsigned& field)
 {
-    int value = 0;
-    if (!optional(key, value)) return false;
-    field = static_cast<unsigned>(value);
-    return true;
+    return read(member(key), field);
 }
 
 bool JsonReader::optional(const char* key, bool& field)
 {
-    int value = 0;
-    if (!optional(key, value)) return false;
-    field = value != 0;
+    return read(member(key), field);
+}
+
+bool JsonReader::read(JsonValue value, std::string& field)
+{
+    if (!value.isText()) return false;
+    field = value.text();
     return true;
 }
 
-bool JsonReader::optional(const char* key, std::vector<std::string>& texts)
+bool JsonReader::read(JsonValue value, unsigned& field)
 {
-    const cJSON* const list = member(key);
-    if (list) forEachText(*list, [&](const char* text) { texts.emplace_back(text); });
-    return list != nullptr;
+    int number = 0;
+    if (!value.integer(number)) return false;
+    field = static_cast<unsigned>(number);
+    return true;
 }
 
-/// The member that cJSON_GetObjectItem would find. The usual order costs one comparison: a member that stands behind those
-/// already found, with at most "HEADER" between them, is the first of its name, unless the last one found has it too.
-const cJSON* JsonReader::member(const char* key)
+bool JsonReader::read(JsonValue value, bool& field)
 {
-    if (fault_ != Fault::None) return nullptr;
-    if (found_ && isNamed(*found_, key)) return found_;
-    if (next_ && isNamed(*next_, key)) return takeNext();
-    if (!next_ || !isNamed(*next_, "HEADER")) return search(key);
-    next_ = next_->next;
-    return next_ && isNamed(*next_, key) ? takeNext() : search(key);
+    int number = 0;
+    if (!value.integer(number)) return false;
+    field = number != 0;
+    return true;
 }
 
-const cJSON* JsonReader::takeNext()
+bool JsonReader::read(JsonValue array, std::vector<std::string>& texts)
 {
-    found_ = next_;
-    next_ = next_->next;
-    return found_;
-}
-
-const cJSON* JsonReader::search(const char* key) const
-{
-    for (const cJSON* item = value_.child; item; item = item->next) {
-        if (isNamed(*item, key)) return item;
+    for (const JsonValue item : array.items()) {
+        if (item.isText()) texts.push_back(item.text());
     }
-    return nullptr;
+    return true;
 }
 
 /// A required member was not taken: this message's first fault, if it has none yet.
 bool JsonReader::missing(const char* key)
 {
-    if (fault_ == Fault::None) fault_ = search(key) ? Fault::WrongKind : Fault::Missing;
+    if (!failed()) fail(members_.search(key) ? Fault::WrongKind : Fault::Missing);
     return false;
-}
-
-/// What stands right behind the member `key`; without it the read fails.
-const cJSON* JsonReader::behind(const char* key)
-{
-    const cJSON* const item = member(key);
-    if (item && item->next) return item->next;
-    fail(Fault::Missing);
-    return nullptr;
-}
-
-void JsonReader::requireObject()
-{
-    if (!cJSON_IsObject(&value_)) fail(Fault::WrongKind);
-}
-
-int JsonReader::numberOrZero(const cJSON& item) const
-{
-    int value = 0;
-    if (cJSON_IsNumber(&item)) integer(item, value);
-    return value;
-}
-
-bool JsonReader::integer(const cJSON& item, int& value) const
-{
-    if (cJSON_IsBool(&item)) {
-        value = cJSON_IsTrue(&item);
-        return true;
-    }
-    if (!cJSON_IsNumber(&item)) return false;
-    if (place_ == Place::OwnText || item.valuedouble == item.valueint) {
-        value = item.valueint;
-        return true;
-    }
-    const JsonTree number = reprinted(item);
-    if (number) value = number->valueint;
-    return number != nullptr;
 }
 
 }  // namespace Orvu

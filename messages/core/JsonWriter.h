@@ -1,28 +1,20 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include "messages/core/Children.h"
 #include "messages/core/Contract.h"
-#include "messages/core/Json.h"
+#include "messages/core/JsonPrinter.h"
 
 namespace Orvu {
 
-/// The two styles of cJSON: cJSON_Print's and cJSON_PrintUnformatted's.
-enum class PrintStyle { Formatted, Compact };
-
-/// Writes JSON straight into one growing text, byte for byte as cJSON would print the same tree.
-///
-/// The verbs in which messages state what they write add a member to the object that is being written, in the order of
-/// their calls. A failure (memory, or more than kMaxDepth levels) makes every further call do nothing and take() null.
+/// Writes a message straight to text: the verbs in which contracts state what they write, each of which adds a member to
+/// the object that is being written, in the order of their calls.
 class JsonWriter {
 public:
-    explicit JsonWriter(PrintStyle style) : formatted_(style == PrintStyle::Formatted) {}
-    JsonWriter(const JsonWriter&) = delete;
-    JsonWriter& operator=(const JsonWriter&) = delete;
-    ~JsonWriter() { std::free(text_); }
+    explicit JsonWriter(PrintStyle style) : json_(style) {}
 
     /// "HEADER", whatever the message's header flag says.
     void header(const Serializable& message);
@@ -39,12 +31,20 @@ public:
     template <class Value, class = std::enable_if_t<std::is_arithmetic_v<Value> || std::is_enum_v<Value>>>
     void put(const char* key, Value value) = delete;
 
-    /// A field in the form in which it travels (see Forms.h).
+    /// A field in the form in which it travels (see Forms.h). A form that answers false has no value: the key is left out.
     template <class Form>
-    auto put(const char* key, const Form& form) -> decltype(form.write(*this))
+    auto put(const char* key, const Form& form) -> std::void_t<decltype(form.write(*this))>
     {
-        member(key);
-        form.write(*this);
+        const JsonPrinter::Mark mark = json_.here();
+        json_.key(key);
+        if (!hasValue([&] { return form.write(*this); })) json_.backTo(mark);
+    }
+
+    /// A child under `key`. Its header flag goes off, for good. Null, or a child without a JSON text, leaves the key out.
+    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
+    void put(const char* key, Message* child)
+    {
+        if (child) putChild(key, *child, contractOf<Message>());
     }
 
     template <class Value>
@@ -53,176 +53,114 @@ public:
         if (condition) put(key, value);
     }
 
-    /// A child under `key`. Its header flag goes off, for good. Null, or a child without a JSON text, leaves the key out.
-    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
-    void put(const char* key, Message* child)
-    {
-        if (child) child->serializeHeader(false);
-        putAsIs(key, child);
-    }
-    /// The same with the child's header flag left alone.
-    template <class Message>
-    void putAsIs(const char* key, Message* child)
-    {
-        if (child) embedMember(key, *child, contractOf<Message>());
-    }
-    /// The same, but without a child the key is written with null.
-    template <class Message>
-    void putAsIsOrNull(const char* key, Message* child)
-    {
-        child ? putAsIs(key, child) : putNull(key);
-    }
-    /// The same, but the text that a child of an application's class gives is minified before it is parsed: comments may
-    /// stand in it.
-    template <class Message>
-    void putMinifiedOrNull(const char* key, Message* child)
-    {
-        if (!child) return putNull(key);
-        embedMember(key, *child, contractOf<Message>(), TextOfChild::Minified);
-    }
-    /// The same, but a child without a JSON text leaves this message without one.
-    template <class Message>
-    void putOrGiveUp(const char* key, Message* child)
-    {
-        if (child && !embedMember(key, *child, contractOf<Message>())) gaveUp_ = true;
-    }
-    void putNull(const char* key);
-
     /// An array of children. Their header flags go off, for good; null ones and those without a JSON text are skipped.
     template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
     void list(const char* key, const std::vector<Message*>& children)
     {
+        json_.key(key);
+        json_.beginArray();
         for (Message* child : children) {
             if (child) child->serializeHeader(false);
+            element(child, contractOf<Message>());
         }
-        listAsIs(key, children);
-    }
-    /// The same with the children's header flags left alone.
-    template <class Message>
-    void listAsIs(const char* key, const std::vector<Message*>& children)
-    {
-        member(key);
-        beginArray();
-        for (Message* child : children) {
-            if (child) embedElement(*child, contractOf<Message>());
-        }
-        endArray();
+        json_.endArray();
     }
     /// An array of texts, or of numbers.
     template <class Values>
     void list(const char* key, const Values& values)
     {
-        member(key);
-        array(values, [this](const auto& each) { this->value(each); });
+        json_.key(key);
+        array(values);
     }
-
-    void emptyList(const char* key);
 
     /// An object that `members` writes with the verbs above.
     template <class Members>
     void object(const char* key, Members members)
     {
-        member(key);
+        json_.key(key);
         object(members);
     }
 
-    /// An array of objects whose members `members` writes, one for each pointer that is not null.
-    template <class Range, class Members>
-    void objects(const char* key, const Range& range, Members members)
-    {
-        member(key);
-        array(range, [&](const auto& one) { object([&] { members(one); }); });
-    }
+    /// The message that is being written is to have no text, whatever else it writes.
+    void giveUp() { gaveUp_ = true; }
 
-    /// One value, for the forms in which fields travel.
-    void value(const char* text) { string(text); }
-    void value(const std::string& text) { string(text.c_str()); }
-    void value(int number) { integer(number); }
-    void value(unsigned short number) { integer(static_cast<int>(number)); }
-    void null() { append("null", 4); }
-    /// An object that `members` writes with the verbs above.
+    // Values, for the forms in which fields travel.
+
+    void value(const char* text) { json_.text(text); }
+    void value(const std::string& text) { json_.text(text.c_str()); }
+    void value(int number) { json_.number(number); }
+    void value(unsigned short number) { json_.number(static_cast<int>(number)); }
+    void value(bool flag) { json_.boolean(flag); }
+    void null() { json_.null(); }
+    /// A child with its header flag as it is. False when it has no JSON text: there is no value then.
+    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
+    bool value(Message& child, ChildText text = ChildText::AsIs)
+    {
+        return writeChild(*this, child, contractOf<Message>(), text);
+    }
     template <class Members>
     void object(Members members)
     {
-        beginObject();
+        json_.beginObject();
         members();
-        endObject();
+        json_.endObject();
     }
-    /// An array, one value for each element, which `each` writes; null pointers are skipped.
+    /// An array with one value for each element, which `each` writes; null pointers are skipped.
     template <class Range, class Each>
     void array(const Range& range, Each each)
     {
-        beginArray();
+        json_.beginArray();
         for (const auto& one : range) {
             if constexpr (std::is_pointer_v<std::decay_t<decltype(one)>>) {
                 if (!one) continue;
             }
-            element();
+            json_.element();
             each(one);
         }
-        endArray();
+        json_.endArray();
+    }
+    /// An array of texts, or of numbers.
+    template <class Range>
+    void array(const Range& range)
+    {
+        array(range, [this](const auto& one) { value(one); });
+    }
+    /// An array of children with their header flags as they are; null ones and those without a JSON text are skipped.
+    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
+    void array(const std::vector<Message*>& children)
+    {
+        json_.beginArray();
+        for (Message* child : children)
+            element(child, contractOf<Message>());
+        json_.endArray();
     }
 
-    /// The message as one object, by its contract. Not a member: this is where a text begins.
-    void message(Serializable& message, const Contract& contract);
-    /// A parsed value, as cJSON prints it. Not a member: this is where a text begins.
-    void tree(const cJSON& value);
+    /// A message as one object, by its contract. False when it gave up; what it wrote is to be dropped then.
+    bool message(Serializable& message, const Contract& contract);
+    bool gaveUp() const { return gaveUp_; }
+    /// A parsed value, as cJSON prints it.
+    void tree(const cJSON& value) { json_.tree(value); }
 
     /// The finished text, NUL-terminated, made by `malloc`, the caller's from then on; null after a failure.
-    char* take();
+    char* take() { return gaveUp_ ? nullptr : json_.take(); }
 
 private:
-    struct Mark {
-        std::size_t size;
-        bool first;
-    };
-    Mark here() const { return {size_, first_}; }
-    void backTo(Mark mark);
+    void putChild(const char* key, Serializable& child, const Contract& contract);
+    void element(Serializable* child, const Contract& contract);
 
-    // False when the child has no JSON text; nothing is written then.
-    enum class TextOfChild { AsIs, Minified };
-    bool embedMember(const char* key, Serializable& child, const Contract& contract,
-                     TextOfChild how = TextOfChild::AsIs);
-    bool embedElement(Serializable& child, const Contract& contract);
-    bool embed(Serializable& child, const Contract& contract, Mark mark, TextOfChild how = TextOfChild::AsIs);
+    template <class Write>
+    static bool hasValue(Write write)
+    {
+        if constexpr (std::is_void_v<decltype(write())>) {
+            write();
+            return true;
+        } else {
+            return write();
+        }
+    }
 
-    void beginObject();
-    void endObject();
-    void beginArray();
-    void endArray();
-    void member(const char* key);
-    void newMember();
-    void colon();
-    void element();
-    void objectTree(const cJSON& object);
-    void arrayTree(const cJSON& array);
-
-    void string(const char* value);
-    void escaped(unsigned char c);
-    void integer(int value);
-    void integer(unsigned value);
-    void number(const cJSON& value);
-
-    void enter(char bracket);
-    void append(char byte);
-    void append(const char* bytes, std::size_t size);
-    void indent();
-    char* room(std::size_t size);
-    bool grow(std::size_t size);
-    bool fail() { return !(failed_ = true); }
-
-    const bool formatted_;
-    bool failed_ = false;
-    bool gaveUp_ = false;  // the message that is being written is to have no text
-    bool first_ = true;    // nothing stands yet in the innermost object or array
-    int depth_ = 0;        // objects and arrays begun and not ended
-    char* text_ = nullptr;
-    std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
+    JsonPrinter json_;
+    bool gaveUp_ = false;
 };
-
-/// The formatted text of a parsed value, as cJSON_Print gives it, but made by `malloc` whatever cJSON's hooks are. Null for
-/// more than kMaxDepth levels and when memory cannot be had.
-char* printed(const cJSON& value);
 
 }  // namespace Orvu

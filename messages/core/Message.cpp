@@ -2,64 +2,64 @@
 
 #include <stdexcept>
 
+#include "messages/core/Json.h"
+
 namespace Orvu {
 
-char* writeText(Serializable& message, const Contract& contract, PrintStyle style)
+char* writeText(Serializable& message, const Contract& contract)
 {
     try {
-        JsonWriter json(style);
-        json.message(message, contract);
-        return json.take();
+        JsonWriter json(contract.style);
+        return json.message(message, contract) ? json.take() : nullptr;
     } catch (...) {
-        return nullptr;  // memory, or a child of an application's class that throws
+        return nullptr;  // out of memory, or a child of an application's class that throws
     }
 }
 
 namespace {
 
-/// The first fault of the message in a parsed text.
-JsonReader::Fault faultOf(Serializable& message, const Contract& contract, const cJSON& tree)
+/// The code of the first fault; 0 without one.
+unsigned char errorOf(Serializable& message, Reading read, JsonValue value)
 {
-    JsonReader json(tree, JsonReader::Place::OwnText);
+    JsonReader json(value);
     try {
-        contract.read(json, message);
+        read(json, message);
     } catch (const std::invalid_argument&) {
         throw;  // a number text without a number: promised to pass
     } catch (const std::out_of_range&) {
         throw;  // a number text beyond 32 bits: promised to pass
     } catch (...) {
-        json.fail(JsonReader::Fault::NotRead);  // memory, or a child of an application's class that throws
+        json.fail(Fault::Missing);  // out of memory, or a child of an application's class that throws
     }
-    return json.fault();
+    return json.error();
 }
 
 }  // namespace
 
-bool readText(Serializable& message, const Contract& contract, const char* text)
+bool readText(Serializable& message, Reading read, const char* text)
 {
-    const JsonTree tree = parseJson(text);
-    return tree && readTree(message, contract, *tree);
+    unsigned char ignored = 0;
+    return readText(message, read, text, ignored);
 }
 
-bool readText(Serializable& message, const Contract& contract, const char* text, unsigned char& error)
+bool readText(Serializable& message, Reading read, const char* text, unsigned char& error)
 {
     const JsonTree tree = parseJson(text);
-    if (tree) return readTree(message, contract, *tree, error);
-    error = static_cast<unsigned char>(JsonReader::Fault::NotRead);
+    if (tree) return readValue(message, read, JsonValue(*tree), error);
+    error = static_cast<unsigned char>(Fault::Missing);
     return false;
 }
 
-bool readTree(Serializable& message, const Contract& contract, const cJSON& tree)
+bool readValue(Serializable& message, Reading read, JsonValue value)
 {
-    return faultOf(message, contract, tree) == JsonReader::Fault::None;
+    return errorOf(message, read, value) == 0;
 }
 
-bool readTree(Serializable& message, const Contract& contract, const cJSON& tree, unsigned char& error)
+bool readValue(Serializable& message, Reading read, JsonValue value, unsigned char& error)
 {
-    const JsonReader::Fault fault = faultOf(message, contract, tree);
-    if (fault == JsonReader::Fault::None) return true;
-    error = static_cast<unsigned char>(fault);
-    return false;
+    const unsigned char found = errorOf(message, read, value);
+    if (found != 0) error = found;
+    return found == 0;
 }
 
 }  // namespace Orvu

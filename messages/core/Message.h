@@ -1,5 +1,8 @@
 #pragma once
 
+#include <type_traits>
+#include <utility>
+
 #include "messages/core/Contract.h"
 #include "messages/core/JsonReader.h"
 #include "messages/core/JsonWriter.h"
@@ -7,7 +10,7 @@
 namespace Orvu {
 
 /// The text of a message by its contract, made by `malloc`, the caller's; null when it cannot be written.
-char* writeText(Serializable& message, const Contract& contract, PrintStyle style);
+char* writeText(Serializable& message, const Contract& contract);
 
 /// The text of an object whose members `members` writes, for messages that have a second text; otherwise as above.
 template <class Members>
@@ -18,38 +21,68 @@ char* writeObject(PrintStyle style, Members members)
         json.object([&] { members(json); });
         return json.take();
     } catch (...) {
-        return nullptr;  // memory, or a child of an application's class that throws
+        return nullptr;  // out of memory, or a child of an application's class that throws
     }
 }
 
-/// Reads a message by its contract from its own text. False for a null text, one that is no JSON, a faulty one, and memory
-/// that cannot be had; `std::invalid_argument` and `std::out_of_range` of number texts pass.
-bool readText(Serializable& message, const Contract& contract, const char* text);
+/// Reads members into a message: the second function of a contract.
+using Reading = void (*)(JsonReader& json, Serializable& message);
 
-/// The same with the reason: `error` becomes 1 for a text that is null or no JSON, else the code of the message's fault.
-bool readText(Serializable& message, const Contract& contract, const char* text, unsigned char& error);
+/// Reads a message from a text of its own. False for a text that is null, not JSON or faulty, and when out of memory;
+/// `std::invalid_argument` and `std::out_of_range` of number texts pass.
+bool readText(Serializable& message, Reading read, const char* text);
 
-/// The same from the tree of the text.
-bool readTree(Serializable& message, const Contract& contract, const cJSON& tree);
-bool readTree(Serializable& message, const Contract& contract, const cJSON& tree, unsigned char& error);
+/// The same with the reason: `error` becomes 1 for a text that is null or not JSON, else the code of the message's fault.
+bool readText(Serializable& message, Reading read, const char* text, unsigned char& error);
 
-/// Compiles only for the exact functions of `Message`, so that a class cannot borrow those of a class that it derives from.
+/// The same from what the text was parsed to.
+bool readValue(Serializable& message, Reading read, JsonValue value);
+bool readValue(Serializable& message, Reading read, JsonValue value, unsigned char& error);
+
+/// Stands for a message of exactly one class: converts to it, and not to a class that it derives from.
 template <class Message>
-constexpr bool hasContract(void (*)(JsonWriter&, Message&), void (*)(JsonReader&, Message&))
-{
-    return true;
-}
+struct Exactly {
+    template <class Wanted, class = std::enable_if_t<std::is_same_v<Wanted, Message>>>
+    operator Wanted&() const;
+};
 
-/// serialize() and deserialize(text) of a message that prints in the given style.
-#define ENTRY_POINTS(Message, Style)                                       \
-    char* Message::serialize()                                             \
-    {                                                                      \
-        static_assert(hasContract<Message>(&write, &read));                \
-        return writeText(*this, contractOf<Message>(), PrintStyle::Style); \
-    }                                                                      \
-    bool Message::deserialize(const char* text)                            \
-    {                                                                      \
-        return readText(*this, contractOf<Message>(), text);               \
+/// Whether a class has a `write` and a `read` of its own; those of a class that it derives from do not count.
+template <class Message, class = void>
+constexpr bool hasItsOwnPair = false;
+template <class Message>
+constexpr bool hasItsOwnPair<Message, std::void_t<decltype(write(std::declval<JsonWriter&>(), Exactly<Message>())),
+                                                  decltype(read(std::declval<JsonReader&>(), Exactly<Message>()))>> =
+    true;
+
+/// Defines the contract of a class from its functions `write(JsonWriter&, Class&)` and `read(JsonReader&, Class&)`.
+#define CONTRACT(Class, Style)                                                                          \
+    template <>                                                                                         \
+    const Contract& contractOf<Class>()                                                                 \
+    {                                                                                                   \
+        static_assert(hasItsOwnPair<Class>, #Class " needs a write and a read function of its own");    \
+        static constexpr Contract contract = {                                                          \
+            [](JsonWriter& json, Serializable& message) { write(json, static_cast<Class&>(message)); }, \
+            [](JsonReader& json, Serializable& message) { read(json, static_cast<Class&>(message)); },  \
+            PrintStyle::Style,                                                                          \
+            &typeid(Class),                                                                             \
+        };                                                                                              \
+        return contract;                                                                                \
     }
+
+/// serialize() and deserialize(text) of a class by its contract.
+#define ENTRY_POINTS(Class)                                     \
+    char* Class::serialize()                                    \
+    {                                                           \
+        return writeText(*this, contractOf<Class>());           \
+    }                                                           \
+    bool Class::deserialize(const char* text)                   \
+    {                                                           \
+        return readText(*this, contractOf<Class>().read, text); \
+    }
+
+/// Closes what a message says on the wire: its contract, as other messages embed it, and its entry points.
+#define MESSAGE(Class, Style) \
+    CONTRACT(Class, Style)    \
+    ENTRY_POINTS(Class)
 
 }  // namespace Orvu

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Orvu {
 
-/// Puts `element` at `place` and takes it, also when memory cannot be had: it is deleted then. Null is ignored.
+/// Puts `element` at `place` and takes it, also when out of memory: it is deleted then. Null is ignored.
 template <class Message>
 void takeAt(std::vector<Message*>& owned, typename std::vector<Message*>::const_iterator place, Message* element)
 {
@@ -23,6 +24,17 @@ template <class Message>
 void take(std::vector<Message*>& owned, Message* element)
 {
     takeAt(owned, owned.end(), element);
+}
+
+/// Stores a value in a field that is null without one.
+template <class Value>
+void hold(Value*& field, Value value)
+{
+    if (field) {
+        *field = std::move(value);
+    } else {
+        field = new Value(std::move(value));
+    }
 }
 
 /// Deletes every element; null ones, which an application may have put there, too.

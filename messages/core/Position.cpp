@@ -7,17 +7,16 @@
 #include <string>
 
 #include "messages/core/Message.h"
-#include "messages/core/Position.h"
 
 namespace Orvu {
 namespace {
 
 constexpr int kDisplayWidth = 1280;
 constexpr int kDisplayHeight = 720;
+constexpr int kMalformed = -1;
 
 int pixelsOf(const char* text, int total)
 {
-    constexpr int kMalformed = -1;
     if (!text || std::strlen(text) < 2 || !std::strchr(text, '%')) return kMalformed;
     std::string number = text;
     number.erase(std::remove(number.begin(), number.end(), '%'), number.end());
@@ -30,11 +29,11 @@ struct AsPixels {
     int& field;
     int total;
 
-    bool read(JsonReader& json, const cJSON& item) const
+    bool read(JsonReader& json, JsonValue value) const
     {
-        if (cJSON_IsNumber(&item) && json.integer(item, field)) return true;
-        field = pixelsOf(cJSON_IsString(&item) ? item.valuestring : nullptr, total);
-        if (field < 0) json.fail(JsonReader::Fault::WrongKind);
+        if (value.isNumber() && value.integer(field)) return true;
+        field = value.isText() ? pixelsOf(value.text().c_str(), total) : kMalformed;
+        if (field < 0) json.fail(Fault::WrongKind);
         return field >= 0;
     }
 };
@@ -50,8 +49,8 @@ AsPixels acrossHeight(int& field)
 
 }  // namespace
 
-Position::Position() : Serializable(DataTypePos) {}
-Position::Position(int x, int y, int w, int h) : Serializable(DataTypePos), x(x), y(y), w(w), h(h) {}
+Position::Position() : Serializable(kDataType) {}
+Position::Position(int x, int y, int w, int h) : Serializable(kDataType), x(x), y(y), w(w), h(h) {}
 Position::~Position() = default;
 
 void Position::setValues(int x, int y, int w, int h)
@@ -100,11 +99,11 @@ void read(JsonReader& json, Position& position)
     json.optional("h", acrossHeight(position.h));
 }
 
-ENTRY_POINTS(Position, Formatted)
+MESSAGE(Position, Formatted)
 
 bool Position::deserialize(const char* text, unsigned char& error)
 {
-    return readText(*this, contractOf<Position>(), text, error);
+    return readText(*this, contractOf<Position>().read, text, error);
 }
 
 }  // namespace Orvu

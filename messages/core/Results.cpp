@@ -6,43 +6,52 @@ namespace Orvu {
 namespace {
 
 /// All that a result says is its type, always.
-constexpr Contract kResult = {
-    [](JsonWriter& json, Serializable& result) { json.header(result); },
-    nullptr,  // never read: see RESULT
-    nullptr,  // never nested
-};
+void writeResult(JsonWriter& json, Serializable& result)
+{
+    json.header(result);
+}
+
+/// The type was established by the "HEADER" before anybody reads a result.
+void readResult(JsonReader&, Serializable&) {}
 
 }  // namespace
 
-// The type was established by the "HEADER" before anybody reads a result: any text will do.
-#define RESULT(Class, Type)                                      \
-    Class::Class() : Serializable(Type) {}                       \
-    Class::~Class() = default;                                   \
-    char* Class::serialize()                                     \
-    {                                                            \
-        return writeText(*this, kResult, PrintStyle::Formatted); \
-    }                                                            \
-    bool Class::deserialize(const char*)                         \
-    {                                                            \
-        return true;                                             \
+// Any text will do for deserialize(), null included.
+#define RESULT(Class)                                                                                          \
+    Class::Class() : Serializable(kDataType) {}                                                                \
+    Class::~Class() = default;                                                                                 \
+    template <>                                                                                                \
+    const Contract& contractOf<Class>()                                                                        \
+    {                                                                                                          \
+        static constexpr Contract contract = {writeResult, readResult, PrintStyle::Formatted, &typeid(Class)}; \
+        return contract;                                                                                       \
+    }                                                                                                          \
+    char* Class::serialize()                                                                                   \
+    {                                                                                                          \
+        return writeText(*this, contractOf<Class>());                                                          \
+    }                                                                                                          \
+    bool Class::deserialize(const char*)                                                                       \
+    {                                                                                                          \
+        return true;                                                                                           \
     }
 
-RESULT(UnknowRequest, DataTypeUnknown)
-RESULT(EmptyData, DataTypeEmptyData)
-RESULT(IllegalArgument, DataTypeIllegalArgument)
-RESULT(PlatformUnavailable, DataTypePlatformUnavailable)
-RESULT(FormatNotSupported, DataTypeFormatNotSupported)
-RESULT(ActionNotSupported, DataTypeActionNotSupported)
-RESULT(ParameterNotSupported, DataTypeParameterNotSupported)
-RESULT(SuccessResponse, DataTypeSuccess)
-RESULT(EmptyChannelListError, DataTypeEmptyChannelList)
-RESULT(ServiceNotFoundError, DataTypeServiceNotFound)
-RESULT(ResourceNotFound, DataTypeResourceNotFound)
-RESULT(ResourceUnavailable, DataTypeResourceUnavailable)
-RESULT(NoSignalError, DataTypeNoSignal)
-RESULT(TableNotFound, DataTypeTableNotFound)
-RESULT(CannotConnectToServer, DataTypeCannotConnectToServer)
-RESULT(EmptyResponse, DataTypeEmptyResponse)
-RESULT(MissingArgument, DataTypeMissingArgument)
-RESULT(TVServiceNotInUse, DataTypeTvServiceNotInUse)
+RESULT(UnknowRequest)
+RESULT(EmptyData)
+RESULT(IllegalArgument)
+RESULT(PlatformUnavailable)
+RESULT(FormatNotSupported)
+RESULT(ActionNotSupported)
+RESULT(ParameterNotSupported)
+RESULT(SuccessResponse)
+RESULT(EmptyChannelListError)
+RESULT(ServiceNotFoundError)
+RESULT(ResourceNotFound)
+RESULT(ResourceUnavailable)
+RESULT(NoSignalError)
+RESULT(TableNotFound)
+RESULT(CannotConnectToServer)
+RESULT(EmptyResponse)
+RESULT(MissingArgument)
+RESULT(TVServiceNotInUse)
+
 }  // namespace Orvu

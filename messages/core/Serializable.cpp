@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "messages/core/Json.h"
-#include "messages/core/JsonWriter.h"
+#include "messages/core/JsonPrinter.h"
 
 namespace Orvu {
 

@@ -3,7 +3,7 @@
 namespace Orvu {
 namespace {
 
-constexpr Word<StatusType> kStatusWords[] = {
+constexpr Word kStatusWords[] = {
     {StatusTypeUnknown, "unknown", WrittenOnly},
     {StatusTypeIdle, "idle"},
     {StatusTypePrepare, "prepare"},
@@ -32,13 +32,13 @@ constexpr Word<StatusType> kStatusWords[] = {
     {StatusTypeRequesting, "requesting", WrittenOnly},
 };
 
-constexpr Word<ComponentStatusType> kComponentStatusWords[] = {
+constexpr Word kComponentStatusWords[] = {
     {ComponentStatusTypeStarted, "started"},
     {ComponentStatusTypeStopped, "stopped"},
     {ComponentStatusTypePaused, "paused"},
 };
 
-constexpr Word<TargetStatusType> kTargetStatusWords[] = {
+constexpr Word kTargetStatusWords[] = {
     {TargetStatusTypeUnknown, "unknown", WrittenOnly},
     {TargetStatusTypeStart, "start"},
     {TargetStatusTypeStop, "stop"},

@@ -9,47 +9,47 @@ namespace Orvu {
 enum Readability : bool { WrittenOnly = false, ReadBack = true };
 
 /// A value of an enumeration and its word on the wire.
-template <class Enum>
 struct Word {
-    Enum value;
+    int value;
     const char* text;
     Readability readability = ReadBack;
 };
 
-/// The words of an enumeration, one table for both directions.
-template <class Enum>
-struct Vocabulary {
-    const Word<Enum>* words;
-    std::size_t count;
-    Enum stranger;  ///< What any other text reads as.
+/// The words of an enumeration whatever its type, one table for both directions.
+class WordTable {
+public:
+    constexpr WordTable(const Word* words, std::size_t count, int otherwise)
+        : words_(words), count_(count), otherwise_(otherwise)
+    {}
 
     /// The word of a value; "" for one outside the table. Never null.
-    const char* word(Enum value) const
-    {
-        const auto index = static_cast<std::size_t>(static_cast<unsigned>(value));
-        return index < count ? words[index].text : "";
-    }
-
+    const char* word(int value) const;
     /// The value of a word that is read back, compared exactly.
-    Enum value(std::string_view text) const
-    {
-        const char first = text.empty() ? '\0' : text.front();  // spares most of the comparisons
-        for (std::size_t i = 0; i < count; ++i) {
-            const bool mayBe = words[i].readability == ReadBack && *words[i].text == first;
-            if (mayBe && text == words[i].text) return words[i].value;
-        }
-        return stranger;
-    }
+    int value(std::string_view text) const;
+
+private:
+    const Word* words_;
+    std::size_t count_;
+    int otherwise_;  // what any other text reads as
 };
 
-/// The vocabulary of a table whose rows stand at their values; any other table does not compile.
+/// The words of an enumeration.
+template <class Enum>
+class Vocabulary : public WordTable {
+public:
+    using WordTable::WordTable;
+    const char* word(Enum value) const { return WordTable::word(value); }
+    Enum value(std::string_view text) const { return static_cast<Enum>(WordTable::value(text)); }
+};
+
+/// The vocabulary of a table in which each row has the value of its index; any other table does not compile.
 template <class Enum, std::size_t Count>
-constexpr Vocabulary<Enum> vocabulary(const Word<Enum> (&words)[Count], Enum stranger)
+constexpr Vocabulary<Enum> vocabulary(const Word (&words)[Count], Enum otherwise)
 {
     for (std::size_t i = 0; i < Count; ++i) {
-        if (words[i].value != static_cast<Enum>(i)) throw "a word does not stand at its value";
+        if (words[i].value != static_cast<int>(i)) throw "a word is not at its value";
     }
-    return {words, Count, stranger};
+    return {words, Count, otherwise};
 }
 
 }  // namespace Orvu

@@ -1,8 +1,5 @@
-#include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/ginga/Files.h"
-#include "messages/services/EventInformation.h"
 #include "orvu/Files.h"
 
 namespace Orvu {
@@ -13,9 +10,25 @@ bool hasBytes(const BinaryData& part)
     return part.buffer && part.bufferSize != 0;
 }
 
+/// An array of parts; those that cannot be read, or hold no bytes, are dropped. Only for reading.
+struct AsParts {
+    std::vector<BinaryData*>& parts;
+
+    bool read(JsonReader&, JsonValue array) const
+    {
+        for (const JsonValue item : array.items()) {
+            auto part = std::make_unique<BinaryData>(BinaryDataMultipart::kDataType);
+            if (!readChild(*part, contractOf<BinaryData>(), item) || !hasBytes(*part)) continue;
+            parts.push_back(part.get());
+            part.release();
+        }
+        return true;
+    }
+};
+
 }  // namespace
 
-BinaryDataMultipart::BinaryDataMultipart() : Serializable(DataTypeBinaryDataMultipart) {}
+BinaryDataMultipart::BinaryDataMultipart() : Serializable(kDataType) {}
 BinaryDataMultipart::~BinaryDataMultipart()
 {
     deleteAll(parts);
@@ -36,17 +49,11 @@ void write(JsonWriter& json, BinaryDataMultipart& message)
 
 void read(JsonReader& json, BinaryDataMultipart& message)
 {
-    const auto newPart = [] { return std::make_unique<BinaryData>(DataTypeBinaryDataMultipart); };
-    const auto keep = [&](std::unique_ptr<BinaryData> part) {
-        if (!hasBytes(*part)) return;
-        message.parts.push_back(part.get());
-        part.release();
-    };
     json.optional("serviceContextId", message.serviceContextId);
-    json.required("binaryDataMultipart", eachChild(newPart, keep));
+    json.required("binaryDataMultipart", AsParts{message.parts});
     json.optional("timestamp", message.timestamp);
 }
 
-ENTRY_POINTS(BinaryDataMultipart, Formatted)
+MESSAGE(BinaryDataMultipart, Formatted)
 
 }  // namespace Orvu

@@ -3,10 +3,8 @@
 #include <cstring>
 #include <utility>
 
-#include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/ginga/Files.h"
 
 namespace Orvu {
 namespace {
@@ -17,11 +15,21 @@ void writeSummary(JsonWriter& json, const File& file)
     json.put("size", file.size);
 }
 
+/// An array of files without what they hold.
+struct AsSummaries {
+    const std::vector<File*>& files;
+
+    void write(JsonWriter& json) const
+    {
+        json.array(files, [&](const File* file) { json.object([&] { writeSummary(json, *file); }); });
+    }
+};
+
 /// The answer to a listing, without what the files hold.
 char* listingOf(const std::vector<File*>& files, const std::vector<Directory*>& dirs)
 {
     return writeObject(PrintStyle::Formatted, [&](JsonWriter& json) {
-        json.objects("files", files, [&](const File* file) { writeSummary(json, *file); });
+        json.put("files", AsSummaries{files});
         if (!dirs.empty()) json.list("dirs", dirs);
     });
 }
@@ -33,10 +41,10 @@ char* payloadOfFirst(const std::vector<File*>& files)
 
 }  // namespace
 
-File::File() : Serializable(DataTypeFile) {}
-File::File(std::string name, int size) : Serializable(DataTypeFile), name(std::move(name)), size(size) {}
+File::File() : Serializable(kDataType) {}
+File::File(std::string name, int size) : Serializable(kDataType), name(std::move(name)), size(size) {}
 File::File(std::string mimeType, std::string payload)
-    : Serializable(DataTypeFile), mimeType(std::move(mimeType)), payload(std::move(payload))
+    : Serializable(kDataType), mimeType(std::move(mimeType)), payload(std::move(payload))
 {}
 File::~File() = default;
 
@@ -58,15 +66,15 @@ void read(JsonReader& json, File& file)
     json.optional("path", file.path);
 }
 
-ENTRY_POINTS(File, Formatted)
+MESSAGE(File, Formatted)
 
 char* File::serializeResponse()
 {
     return writeObject(PrintStyle::Formatted, [this](JsonWriter& json) { writeSummary(json, *this); });
 }
 
-Directory::Directory() : Serializable(DataTypeDirectory) {}
-Directory::Directory(std::string name) : Serializable(DataTypeDirectory), name(std::move(name)) {}
+Directory::Directory() : Serializable(kDataType) {}
+Directory::Directory(std::string name) : Serializable(kDataType), name(std::move(name)) {}
 Directory::~Directory() = default;
 
 void write(JsonWriter& json, Directory& directory)
@@ -80,9 +88,9 @@ void read(JsonReader& json, Directory& directory)
     json.optional("name", directory.name);
 }
 
-ENTRY_POINTS(Directory, Formatted)
+MESSAGE(Directory, Formatted)
 
-GingaFileList::GingaFileList() : Serializable(DataTypeGingaFileList) {}
+GingaFileList::GingaFileList() : Serializable(kDataType) {}
 
 GingaFileList::~GingaFileList()
 {
@@ -116,14 +124,14 @@ void read(JsonReader& json, GingaFileList& list)
     json.required("dirs", list.dirs);
 }
 
-ENTRY_POINTS(GingaFileList, Formatted)
+MESSAGE(GingaFileList, Formatted)
 
 char* GingaFileList::serializeResponse(bool payloadOnly)
 {
     return payloadOnly ? payloadOfFirst(files) : listingOf(files, dirs);
 }
 
-DsmccFileList::DsmccFileList() : Serializable(DataTypeDsmccFileList) {}
+DsmccFileList::DsmccFileList() : Serializable(kDataType) {}
 
 DsmccFileList::~DsmccFileList()
 {
@@ -159,7 +167,7 @@ void read(JsonReader& json, DsmccFileList& list)
     json.required("dirs", list.dirs);
 }
 
-ENTRY_POINTS(DsmccFileList, Formatted)
+MESSAGE(DsmccFileList, Formatted)
 
 char* DsmccFileList::serializeResponse(bool payloadOnly)
 {

@@ -4,19 +4,18 @@
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
 #include "messages/core/Status.h"
-#include "messages/ginga/GingaApps.h"
 
 namespace Orvu {
 namespace {
 
-constexpr Word<GingaAppType> kTypeWords[] = {
+constexpr Word kTypeWords[] = {
     {GingaAppTypeUnknown, "unknown", WrittenOnly},
     {GingaAppTypeGingaNCL, "Ginga-NCL"},
     {GingaAppTypeGingaHTML5, "Ginga-HTML5"},
 };
 constexpr auto kTypes = vocabulary(kTypeWords, GingaAppTypeUnknown);
 
-constexpr Word<GingaControlCode> kControlCodeWords[] = {
+constexpr Word kControlCodeWords[] = {
     {GingaControlCodeUnknown, "unknown", WrittenOnly},
     {GingaControlCodeAutostart, "AUTOSTART"},
     {GingaControlCodePresent, "PRESENT"},
@@ -28,7 +27,7 @@ constexpr Word<GingaControlCode> kControlCodeWords[] = {
 };
 constexpr auto kControlCodes = vocabulary(kControlCodeWords, GingaControlCodeUnknown);
 
-constexpr Word<GingaState> kStateWords[] = {
+constexpr Word kStateWords[] = {
     {GingaStateUnknown, "unknown", WrittenOnly},
     {GingaStateRunning, "running"},
     {GingaStateStored, "stored"},
@@ -38,12 +37,12 @@ constexpr Word<GingaState> kStateWords[] = {
 };
 constexpr auto kStates = vocabulary(kStateWords, GingaStateUnknown);
 
-constexpr auto kNoAction = JsonReader::Fault{2};
+constexpr OwnCode kNoAction{2};
 constexpr unsigned char kActionNotAccepted = 3;
 
 }  // namespace
 
-RestGingaApp::RestGingaApp() : Serializable(DataTypeGingaApp) {}
+RestGingaApp::RestGingaApp() : Serializable(kDataType) {}
 RestGingaApp::~RestGingaApp() = default;
 
 const char* RestGingaApp::typeToString(GingaAppType value)
@@ -94,9 +93,9 @@ void read(JsonReader& json, RestGingaApp& app)
     json.optional("entryPoint", app.entryPoint);
 }
 
-ENTRY_POINTS(RestGingaApp, Formatted)
+MESSAGE(RestGingaApp, Formatted)
 
-GingaAppList::GingaAppList() : Serializable(DataTypeGingaAppList) {}
+GingaAppList::GingaAppList() : Serializable(kDataType) {}
 GingaAppList::~GingaAppList()
 {
     deleteAll(apps);
@@ -119,9 +118,9 @@ void read(JsonReader& json, GingaAppList& list)
     json.required("apps", list.apps);
 }
 
-ENTRY_POINTS(GingaAppList, Formatted)
+MESSAGE(GingaAppList, Formatted)
 
-GingaAppAction::GingaAppAction() : Serializable(DataTypeGingaAppAction) {}
+GingaAppAction::GingaAppAction() : Serializable(kDataType) {}
 GingaAppAction::~GingaAppAction() = default;
 
 bool GingaAppAction::checkArguments(unsigned char& code)
@@ -143,14 +142,14 @@ void read(JsonReader& json, GingaAppAction& action)
     unsigned char code = 0;
     json.optional("appid", action.appid);
     if (!json.optional("action", asWord(action.action, kStatus))) return json.fail(kNoAction);
-    if (!action.checkArguments(code)) json.fail(JsonReader::Fault{code});  // the action stays stored
+    if (!action.checkArguments(code)) json.fail(OwnCode{code});  // the action stays stored
 }
 
-ENTRY_POINTS(GingaAppAction, Formatted)
+MESSAGE(GingaAppAction, Formatted)
 
 bool GingaAppAction::deserialize(const char* text, unsigned char& error)
 {
-    return readText(*this, contractOf<GingaAppAction>(), text, error);
+    return readText(*this, contractOf<GingaAppAction>().read, text, error);
 }
 
 }  // namespace Orvu

@@ -1,12 +1,11 @@
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "messages/ginga/Ncl.h"
 #include "orvu/Ncl.h"
 
 namespace Orvu {
 namespace {
 
-constexpr Word<EditCommand> kCommandWords[] = {
+constexpr Word kCommandWords[] = {
     {EditCommandUnknown, "unknown", WrittenOnly},
     {EditCommandAddRegion, "addRegion"},
     {EditCommandAddRegionBase, "addRegionBase"},
@@ -75,7 +74,7 @@ void readAttributes(JsonReader& json, GingaEditCommand& command)
 
 }  // namespace
 
-GingaEditCommand::GingaEditCommand() : Serializable(DataTypeGingaEditCommand) {}
+GingaEditCommand::GingaEditCommand() : Serializable(kDataType) {}
 GingaEditCommand::~GingaEditCommand() = default;
 
 const char* GingaEditCommand::cmdTypeString(EditCommand value)
@@ -120,6 +119,6 @@ void read(JsonReader& json, GingaEditCommand& command)
     json.optional("value", command.value);
 }
 
-ENTRY_POINTS(GingaEditCommand, Formatted)
+MESSAGE(GingaEditCommand, Formatted)
 
 }  // namespace Orvu

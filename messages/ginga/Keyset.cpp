@@ -2,7 +2,6 @@
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "messages/ginga/Keyset.h"
 
 namespace Orvu {
 namespace {
@@ -16,7 +15,7 @@ const char* const GingaKeyset::COLORED_KEYSET = "colored_keys";
 const char* const GingaKeyset::SELECTION_KEYSET = "selection_keys";
 const char* const GingaKeyset::CURSOR_KEYSET = "cursor_keys";
 
-GingaKeyset::GingaKeyset() : Serializable(DataTypeKeyset) {}
+GingaKeyset::GingaKeyset() : Serializable(kDataType) {}
 GingaKeyset::~GingaKeyset() = default;
 
 void GingaKeyset::addKeyset(std::vector<std::string> names)
@@ -72,6 +71,6 @@ void read(JsonReader& json, GingaKeyset& keyset)
     keyset.addKeyset(std::move(names));  // which leaves empty names out
 }
 
-ENTRY_POINTS(GingaKeyset, Formatted)
+MESSAGE(GingaKeyset, Formatted)
 
 }  // namespace Orvu

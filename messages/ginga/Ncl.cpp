@@ -4,12 +4,11 @@
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
 #include "messages/core/Status.h"
-#include "messages/ginga/Ncl.h"
 
 namespace Orvu {
 namespace {
 
-constexpr Word<NclNodeType> kNodeTypeWords[] = {
+constexpr Word kNodeTypeWords[] = {
     {NclNodeTypeUnknown, "unknown", WrittenOnly},
     {NclNodeTypeMedia, "media"},
     {NclNodeTypeContext, "context"},
@@ -19,20 +18,6 @@ constexpr Word<NclNodeType> kNodeTypeWords[] = {
     {NclNodeTypePort, "port"},
 };
 constexpr auto kNodeTypes = vocabulary(kNodeTypeWords, NclNodeTypeUnknown);
-
-/// A flag that is null until it is known.
-struct AsKnownFlag {
-    bool*& field;
-
-    bool read(JsonReader& json, const cJSON& item) const
-    {
-        int value = 0;
-        if (!json.integer(item, value)) return false;
-        if (!field) field = new bool;
-        *field = value != 0;
-        return true;
-    }
-};
 
 bool isNodeAction(StatusType action)
 {
@@ -57,7 +42,7 @@ bool isNodeAction(StatusType action)
 
 }  // namespace
 
-NCLDocument::NCLDocument() : Serializable(DataTypeNclEvent) {}  // shares the type of NCLEvent; neither writes a header
+NCLDocument::NCLDocument() : Serializable(kDataType) {}  // shares the type of NCLEvent; neither writes a header
 NCLDocument::~NCLDocument() = default;
 
 void write(JsonWriter& json, NCLDocument& document)
@@ -72,9 +57,9 @@ void read(JsonReader& json, NCLDocument& document)
     json.optional("fileName", document.fileName);
 }
 
-ENTRY_POINTS(NCLDocument, Compact)
+MESSAGE(NCLDocument, Compact)
 
-NCLEvent::NCLEvent() : Serializable(DataTypeNclEvent) {}
+NCLEvent::NCLEvent() : Serializable(kDataType) {}
 NCLEvent::~NCLEvent()
 {
     delete prepared;
@@ -82,21 +67,21 @@ NCLEvent::~NCLEvent()
 
 void write(JsonWriter& json, NCLEvent& event)
 {
-    if (event.prepared) json.put("prepared", *event.prepared);  // an event travels nested: no header
+    json.put("prepared", ifHeld(event.prepared));  // an event travels nested: no header
     json.put("state", asWord(event.state, kStatus));
     json.put("occurrences", event.occurrences);
 }
 
 void read(JsonReader& json, NCLEvent& event)
 {
-    json.optional("prepared", AsKnownFlag{event.prepared});
+    json.optional("prepared", ifHeld(event.prepared));
     json.optional("state", asWord(event.state, kStatus));
     json.optional("occurrences", event.occurrences);
 }
 
-ENTRY_POINTS(NCLEvent, Compact)
+MESSAGE(NCLEvent, Compact)
 
-NCLNode::NCLNode() : Serializable(DataTypeNclNode) {}
+NCLNode::NCLNode() : Serializable(kDataType) {}
 
 NCLNode::~NCLNode()
 {
@@ -134,8 +119,8 @@ void write(JsonWriter& json, NCLNode& node)
     json.putIf(!node.appid.empty(), "appid", node.appid);
     json.putIf(!node.documentId.empty(), "documentId", node.documentId);
     json.putIf(!node.mimeType.empty(), "mimeType", node.mimeType);
-    json.putAsIs("presentationEvent", node.presentationEvent);
-    json.putAsIs("preparationEvent", node.preparationEvent);
+    json.put("presentationEvent", asIs(node.presentationEvent));
+    json.put("preparationEvent", asIs(node.preparationEvent));
     if (!node.interfaces.empty()) json.list("interfaces", node.interfaces);
 }
 
@@ -151,9 +136,9 @@ void read(JsonReader& json, NCLNode& node)
     json.optional("interfaces", node.interfaces);
 }
 
-ENTRY_POINTS(NCLNode, Compact)
+MESSAGE(NCLNode, Compact)
 
-NCLNodeList::NCLNodeList() : Serializable(DataTypeNclNodeList) {}
+NCLNodeList::NCLNodeList() : Serializable(kDataType) {}
 NCLNodeList::~NCLNodeList()
 {
     deleteAll(nodes);
@@ -180,14 +165,14 @@ void read(JsonReader& json, NCLNodeList& list)
     json.required("nodes", list.nodes);
 }
 
-ENTRY_POINTS(NCLNodeList, Formatted)
+MESSAGE(NCLNodeList, Formatted)
 
 char* NCLNodeList::serializeResponse()
 {
     return writeObject(PrintStyle::Formatted, [this](JsonWriter& json) { json.list("nodes", nodes); });
 }
 
-NCLNodeAction::NCLNodeAction() : Serializable(DataTypeNclNodeAction) {}
+NCLNodeAction::NCLNodeAction() : Serializable(kDataType) {}
 NCLNodeAction::~NCLNodeAction() = default;
 
 bool NCLNodeAction::validateArguments()
@@ -214,12 +199,12 @@ void read(JsonReader& json, NCLNodeAction& action)
     json.optional("documentId", action.documentId);
     json.optional("nodeId", action.nodeId);
     json.optional("action", asWord(action.action, kStatus));
-    action.hasInterface = json.any("interface") != nullptr;  // of whatever kind
+    action.hasInterface = json.optional("interface", OfAnyKind());
     json.optional("interface", action.interface);
-    action.hasValue = json.any("value") != nullptr;
+    action.hasValue = json.optional("value", OfAnyKind());
     json.optional("value", action.value);
 }
 
-ENTRY_POINTS(NCLNodeAction, Compact)
+MESSAGE(NCLNodeAction, Compact)
 
 }  // namespace Orvu

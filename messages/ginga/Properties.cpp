@@ -4,13 +4,12 @@
 
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/ginga/Properties.h"
 
 namespace Orvu {
 
-Property::Property() : Serializable(DataTypeProperty) {}
+Property::Property() : Serializable(kDataType) {}
 Property::Property(std::string name, std::string value)
-    : Serializable(DataTypeProperty), name(std::move(name)), value(std::move(value))
+    : Serializable(kDataType), name(std::move(name)), value(std::move(value))
 {}
 Property::~Property() = default;
 
@@ -27,9 +26,9 @@ void read(JsonReader& json, Property& property)
     json.optional("value", property.value);
 }
 
-ENTRY_POINTS(Property, Formatted)
+MESSAGE(Property, Formatted)
 
-NodeProperties::NodeProperties() : Serializable(DataTypeNodeProperties) {}
+NodeProperties::NodeProperties() : Serializable(kDataType) {}
 NodeProperties::~NodeProperties()
 {
     deleteAll(properties);
@@ -56,14 +55,14 @@ void read(JsonReader& json, NodeProperties& properties)
     json.required("nodeProperties", properties.properties);
 }
 
-ENTRY_POINTS(NodeProperties, Formatted)
+MESSAGE(NodeProperties, Formatted)
 
 char* NodeProperties::serializeProperties()
 {
     return writeObject(PrintStyle::Formatted, [this](JsonWriter& json) { json.list("nodeProperties", properties); });
 }
 
-PersistentProperties::PersistentProperties() : Serializable(DataTypePersistent) {}
+PersistentProperties::PersistentProperties() : Serializable(kDataType) {}
 PersistentProperties::~PersistentProperties()
 {
     deleteAll(properties);
@@ -90,14 +89,14 @@ void read(JsonReader& json, PersistentProperties& properties)
     json.required("persistent", properties.properties);
 }
 
-ENTRY_POINTS(PersistentProperties, Formatted)
+MESSAGE(PersistentProperties, Formatted)
 
 char* PersistentProperties::serializeProperties()
 {
     return writeObject(PrintStyle::Formatted, [this](JsonWriter& json) { json.list("persistent", properties); });
 }
 
-PersistProperty::PersistProperty() : Serializable(DataTypePersistProperty) {}
+PersistProperty::PersistProperty() : Serializable(kDataType) {}
 PersistProperty::~PersistProperty() = default;
 
 void write(JsonWriter& json, PersistProperty& persist)
@@ -121,7 +120,7 @@ void read(JsonReader& json, PersistProperty& persist)
     json.optional("value", persist.property.value);
 }
 
-ENTRY_POINTS(PersistProperty, Formatted)
+MESSAGE(PersistProperty, Formatted)
 
 char* PersistProperty::serializeProperties()
 {
@@ -132,28 +131,19 @@ char* PersistProperty::serializeProperties()
     });
 }
 
-constexpr Contract kReceivedOnly = {
-    nullptr,
-    [](JsonReader& json, Serializable& message) { read(json, static_cast<PersistentVariableValue&>(message)); },
-    nullptr,
-};
-
-PersistentVariableValue::PersistentVariableValue() : Serializable(DataTypePersistentVariableValue) {}
+PersistentVariableValue::PersistentVariableValue() : Serializable(kDataType) {}
 PersistentVariableValue::~PersistentVariableValue() = default;
+
+void write(JsonWriter& json, PersistentVariableValue&)
+{
+    json.giveUp();  // only ever received
+}
 
 void read(JsonReader& json, PersistentVariableValue& variable)
 {
     json.optional("varValue", variable.value);  // spelt unlike the "var-value" of a PersistProperty
 }
 
-char* PersistentVariableValue::serialize()
-{
-    return nullptr;
-}  // only ever received
-
-bool PersistentVariableValue::deserialize(const char* text)
-{
-    return readText(*this, kReceivedOnly, text);
-}
+MESSAGE(PersistentVariableValue, Formatted)
 
 }  // namespace Orvu

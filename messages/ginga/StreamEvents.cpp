@@ -1,10 +1,9 @@
 #include "messages/core/Message.h"
-#include "messages/ginga/Files.h"
 #include "orvu/Files.h"
 
 namespace Orvu {
 
-StreamEventRequest::StreamEventRequest() : Serializable(DataTypeStreamEventRequest) {}
+StreamEventRequest::StreamEventRequest() : Serializable(kDataType) {}
 StreamEventRequest::~StreamEventRequest() = default;
 
 void write(JsonWriter& json, StreamEventRequest& request)
@@ -30,9 +29,9 @@ void read(JsonReader& json, StreamEventRequest& request)
     json.optional("protocol", request.protocol);
 }
 
-ENTRY_POINTS(StreamEventRequest, Formatted)
+MESSAGE(StreamEventRequest, Formatted)
 
-StreamEventDispose::StreamEventDispose() : Serializable(DataTypeStreamEventDispose) {}
+StreamEventDispose::StreamEventDispose() : Serializable(kDataType) {}
 StreamEventDispose::~StreamEventDispose() = default;
 
 void write(JsonWriter& json, StreamEventDispose& dispose)
@@ -46,6 +45,6 @@ void read(JsonReader& json, StreamEventDispose& dispose)
     json.required("handle", dispose.handle);
 }
 
-ENTRY_POINTS(StreamEventDispose, Formatted)
+MESSAGE(StreamEventDispose, Formatted)
 
 }  // namespace Orvu

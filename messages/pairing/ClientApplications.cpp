@@ -4,18 +4,15 @@
 #include <ctime>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/pairing/ClientApplications.h"
-#include "messages/services/Services.h"
 
 namespace Orvu {
 
-ClientApplication::ClientApplication()
-    : Serializable(DataTypeClientApplication), bornTime(static_cast<int>(std::time(nullptr)))
-{}
+ClientApplication::ClientApplication() : Serializable(kDataType), bornTime(static_cast<int>(std::time(nullptr))) {}
 ClientApplication::~ClientApplication() = default;
 
 void write(JsonWriter& json, ClientApplication& app)
@@ -41,9 +38,9 @@ void read(JsonReader& json, ClientApplication& app)
     json.optional("bornTime", app.bornTime);
 }
 
-ENTRY_POINTS(ClientApplication, Formatted)
+MESSAGE(ClientApplication, Formatted)
 
-ClientApplicationList::ClientApplicationList() : Serializable(DataTypeClientApplicationList) {}
+ClientApplicationList::ClientApplicationList() : Serializable(kDataType) {}
 ClientApplicationList::~ClientApplicationList()
 {
     deleteAll(apps);
@@ -71,9 +68,9 @@ void read(JsonReader& json, ClientApplicationList& list)
     json.optional("deletionItens", list.deletionIds);
 }
 
-ENTRY_POINTS(ClientApplicationList, Formatted)
+MESSAGE(ClientApplicationList, Formatted)
 
-ServiceBindTokens::ServiceBindTokens() : Serializable(DataTypeServiceBindTokens), service(new Service) {}
+ServiceBindTokens::ServiceBindTokens() : Serializable(kDataType), service(new Service) {}
 
 ServiceBindTokens::ServiceBindTokens(const ServiceBindTokens& other)
     : Serializable(other), bindTokens(other.bindTokens), fullService(other.fullService)
@@ -121,12 +118,12 @@ void read(JsonReader& json, ServiceBindTokens& tokens)
         if (!tokens.service) tokens.service = new Service;
         tokens.service->serviceContextId = locator;
     }
-    json.optional("bindTokens", eachText([&](const char* token) { tokens.addToken(token); }));
+    json.optional("bindTokens", eachText([&](std::string token) { tokens.addToken(std::move(token)); }));
 }
 
-ENTRY_POINTS(ServiceBindTokens, Formatted)
+MESSAGE(ServiceBindTokens, Formatted)
 
-ServiceBindTokensList::ServiceBindTokensList() : Serializable(DataTypeServiceBindTokensList) {}
+ServiceBindTokensList::ServiceBindTokensList() : Serializable(kDataType) {}
 ServiceBindTokensList::~ServiceBindTokensList()
 {
     deleteAll(services);
@@ -147,9 +144,9 @@ void read(JsonReader& json, ServiceBindTokensList& list)
     json.optional("boundServices", list.services);
 }
 
-ENTRY_POINTS(ServiceBindTokensList, Formatted)
+MESSAGE(ServiceBindTokensList, Formatted)
 
-ServiceBoundTokenList::ServiceBoundTokenList() : Serializable(DataTypeServiceBoundTokenList) {}
+ServiceBoundTokenList::ServiceBoundTokenList() : Serializable(kDataType) {}
 ServiceBoundTokenList::~ServiceBoundTokenList()
 {
     deleteAll(boundServices);
@@ -172,9 +169,9 @@ void read(JsonReader& json, ServiceBoundTokenList& list)
     json.required("boundServices", list.boundServices);
 }
 
-ENTRY_POINTS(ServiceBoundTokenList, Formatted)
+MESSAGE(ServiceBoundTokenList, Formatted)
 
-RevokeToken::RevokeToken() : Serializable(DataTypeRevokeToken) {}
+RevokeToken::RevokeToken() : Serializable(kDataType) {}
 RevokeToken::~RevokeToken() = default;
 
 void write(JsonWriter& json, RevokeToken& revoke)
@@ -190,6 +187,6 @@ void read(JsonReader& json, RevokeToken& revoke)
     json.optional("serviceContextId", revoke.serviceContextId);
 }
 
-ENTRY_POINTS(RevokeToken, Formatted)
+MESSAGE(RevokeToken, Formatted)
 
 }  // namespace Orvu

@@ -4,11 +4,10 @@
 
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/pairing/PairingScreens.h"
 
 namespace Orvu {
 
-PairMobileAppScreen::PairMobileAppScreen() : Serializable(DataTypePairMobileAppScreen) {}
+PairMobileAppScreen::PairMobileAppScreen() : Serializable(kDataType) {}
 PairMobileAppScreen::~PairMobileAppScreen() = default;
 
 void write(JsonWriter& json, PairMobileAppScreen& screen)
@@ -22,10 +21,10 @@ void read(JsonReader& json, PairMobileAppScreen& screen)
     json.optional("pairingEnabled", screen.pairingEnabled);
 }
 
-ENTRY_POINTS(PairMobileAppScreen, Formatted)
+MESSAGE(PairMobileAppScreen, Formatted)
 
 ConfirmationScreen::ConfirmationScreen(std::string displayName)
-    : Serializable(DataTypeConfirmationScreen), displayName(std::move(displayName))
+    : Serializable(kDataType), displayName(std::move(displayName))
 {}
 ConfirmationScreen::~ConfirmationScreen() = default;
 
@@ -48,10 +47,10 @@ void read(JsonReader& json, ConfirmationScreen& screen)
     json.optional("success", screen.success);
 }
 
-ENTRY_POINTS(ConfirmationScreen, Formatted)
+MESSAGE(ConfirmationScreen, Formatted)
 
 QrCodeScreen::QrCodeScreen(std::string displayName, std::string qrCodeData)
-    : Serializable(DataTypeQrCodeScreen), displayName(std::move(displayName)), qrCodeData(std::move(qrCodeData))
+    : Serializable(kDataType), displayName(std::move(displayName)), qrCodeData(std::move(qrCodeData))
 {}
 QrCodeScreen::~QrCodeScreen() = default;
 
@@ -72,10 +71,10 @@ void read(JsonReader& json, QrCodeScreen& screen)
     json.optional("success", screen.success);
 }
 
-ENTRY_POINTS(QrCodeScreen, Formatted)
+MESSAGE(QrCodeScreen, Formatted)
 
 PinScreen::PinScreen(std::string displayName, std::string pin)
-    : Serializable(DataTypePinScreen), displayName(std::move(displayName)), pin(std::move(pin))
+    : Serializable(kDataType), displayName(std::move(displayName)), pin(std::move(pin))
 {}
 PinScreen::~PinScreen() = default;
 
@@ -96,9 +95,9 @@ void read(JsonReader& json, PinScreen& screen)
     json.optional("success", screen.success);
 }
 
-ENTRY_POINTS(PinScreen, Formatted)
+MESSAGE(PinScreen, Formatted)
 
-ScreenItem::ScreenItem() : Serializable(DataTypeScreenItem) {}
+ScreenItem::ScreenItem() : Serializable(kDataType) {}
 ScreenItem::~ScreenItem()
 {
     deleteAll(items);
@@ -135,9 +134,9 @@ void read(JsonReader& json, ScreenItem& item)
     json.optional("contentList", item.items);
 }
 
-ENTRY_POINTS(ScreenItem, Formatted)
+MESSAGE(ScreenItem, Formatted)
 
-ScreenDescription::ScreenDescription() : Serializable(DataTypeScreenDescription) {}
+ScreenDescription::ScreenDescription() : Serializable(kDataType) {}
 ScreenDescription::~ScreenDescription()
 {
     deleteAll(items);
@@ -158,6 +157,6 @@ void read(JsonReader& json, ScreenDescription& description)
     json.required("screen_items", description.items);
 }
 
-ENTRY_POINTS(ScreenDescription, Formatted)
+MESSAGE(ScreenDescription, Formatted)
 
 }  // namespace Orvu

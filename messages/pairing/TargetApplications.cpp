@@ -2,17 +2,17 @@
 
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
 #include "messages/core/Status.h"
-#include "messages/pairing/TargetApplications.h"
 
 namespace Orvu {
 namespace {
 
-constexpr Word<PriorityType> kPriorityWords[] = {
+constexpr Word kPriorityWords[] = {
     {PriorityTypeUnknown, "unknown", WrittenOnly},
     {PriorityTypeForeground, "foreground"},
     {PriorityTypeBackground, "background"},
@@ -20,14 +20,14 @@ constexpr Word<PriorityType> kPriorityWords[] = {
 constexpr auto kPriorities = vocabulary(kPriorityWords, PriorityTypeUnknown);
 
 // Why a target cannot be read; text that is no JSON is the first reason.
-constexpr auto kNoName = JsonReader::Fault{2};
-constexpr auto kNoFilterList = JsonReader::Fault{3};
-constexpr auto kNoFilter = JsonReader::Fault{4};
-constexpr auto kNoIdentity = JsonReader::Fault{5};
+constexpr OwnCode kNoName{2};
+constexpr OwnCode kNoFilterList{3};
+constexpr OwnCode kNoFilter{4};
+constexpr OwnCode kNoIdentity{5};
 
 enum class Identity { NotAsked, Required };
 
-void readTarget(JsonReader& json, TargetApp& target, Identity identity)
+void readMembers(JsonReader& json, TargetApp& target, Identity identity)
 {
     const bool strict = identity == Identity::Required;
     if (json.optional("targetId", target.targetId)) target.targetIdRead = true;
@@ -42,26 +42,36 @@ void readTarget(JsonReader& json, TargetApp& target, Identity identity)
     json.optional("priority", asWord(target.priority, kPriorities));
 }
 
-constexpr Contract kStrictTarget = {
-    nullptr,
-    [](JsonReader& json, Serializable& target) {
-        readTarget(json, static_cast<TargetApp&>(target), Identity::Required);
-    },
-    nullptr,
-};
-
-/// Takes a text, and fails the read for a number or a boolean; anything else counts as absent.
-template <class Field>
-bool textOrAbsent(JsonReader& json, const char* key, Field&& field)
+void readStrictly(JsonReader& json, Serializable& target)
 {
-    const cJSON* const item = json.any(key);
-    if (cJSON_IsNumber(item) || cJSON_IsBool(item)) json.fail(JsonReader::Fault::WrongKind);
-    return json.optional(key, std::forward<Field>(field));
+    readMembers(json, static_cast<TargetApp&>(target), Identity::Required);
+}
+
+/// A text; a number or a boolean fails the read, anything else counts as absent.
+template <class Field>
+struct TextOrAbsent {
+    Field field;
+
+    bool read(JsonReader& json, JsonValue value) const
+    {
+        if (value.isNumber() || value.isBoolean()) json.fail(Fault::WrongKind);
+        return json.read(value, field);
+    }
+};
+template <class Field>
+TextOrAbsent<Field> textOrAbsent(Field&& field)
+{
+    return {std::forward<Field>(field)};
+}
+
+void requireObject(JsonReader& json)
+{
+    if (!json.value().isObject()) json.fail(Fault::WrongKind);
 }
 
 }  // namespace
 
-TargetAppFilter::TargetAppFilter() : Serializable(DataTypeTargetAppFilter) {}
+TargetAppFilter::TargetAppFilter() : Serializable(kDataType) {}
 TargetAppFilter::~TargetAppFilter() = default;
 
 std::string TargetAppFilter::getAsUrl()
@@ -86,9 +96,9 @@ void read(JsonReader& json, TargetAppFilter& filter)
     json.optional("path", filter.path);
 }
 
-ENTRY_POINTS(TargetAppFilter, Formatted)
+MESSAGE(TargetAppFilter, Formatted)
 
-TargetApp::TargetApp() : Serializable(DataTypeTargetApp) {}
+TargetApp::TargetApp() : Serializable(kDataType) {}
 TargetApp::~TargetApp()
 {
     deleteAll(filters);
@@ -142,17 +152,17 @@ void write(JsonWriter& json, TargetApp& target)
 
 void read(JsonReader& json, TargetApp& target)
 {
-    readTarget(json, target, Identity::NotAsked);
+    readMembers(json, target, Identity::NotAsked);
 }
 
-ENTRY_POINTS(TargetApp, Formatted)
+MESSAGE(TargetApp, Formatted)
 
 bool TargetApp::deserialize(const char* text, unsigned char& error)
 {
-    return readText(*this, kStrictTarget, text, error);
+    return readText(*this, readStrictly, text, error);
 }
 
-TargetAppList::TargetAppList() : Serializable(DataTypeTargetApps) {}
+TargetAppList::TargetAppList() : Serializable(kDataType) {}
 TargetAppList::~TargetAppList()
 {
     deleteAll(targets);
@@ -178,9 +188,9 @@ void read(JsonReader& json, TargetAppList& list)
     json.required("targetApps", list.targets);
 }
 
-ENTRY_POINTS(TargetAppList, Formatted)
+MESSAGE(TargetAppList, Formatted)
 
-TargetAppAction::TargetAppAction() : Serializable(DataTypeTargetAppAction) {}
+TargetAppAction::TargetAppAction() : Serializable(kDataType) {}
 TargetAppAction::~TargetAppAction() = default;
 
 void write(JsonWriter& json, TargetAppAction& action)
@@ -193,16 +203,16 @@ void write(JsonWriter& json, TargetAppAction& action)
 
 void read(JsonReader& json, TargetAppAction& action)
 {
-    json.requireObject();
+    requireObject(json);
     if (json.optional("url", action.url)) action.urlRead = true;
-    if (textOrAbsent(json, "targetId", action.targetId)) action.targetIdRead = true;
-    if (textOrAbsent(json, "action", asWord(action.action, kTargetStatus))) action.actionRead = true;
-    if (textOrAbsent(json, "priority", asWord(action.priority, kPriorities))) action.priorityRead = true;
+    if (json.optional("targetId", textOrAbsent(action.targetId))) action.targetIdRead = true;
+    if (json.optional("action", textOrAbsent(asWord(action.action, kTargetStatus)))) action.actionRead = true;
+    if (json.optional("priority", textOrAbsent(asWord(action.priority, kPriorities)))) action.priorityRead = true;
 }
 
-ENTRY_POINTS(TargetAppAction, Formatted)
+MESSAGE(TargetAppAction, Formatted)
 
-TargetAppPerformAction::TargetAppPerformAction() : Serializable(DataTypeTargetAppPerformAction) {}
+TargetAppPerformAction::TargetAppPerformAction() : Serializable(kDataType) {}
 TargetAppPerformAction::~TargetAppPerformAction() = default;
 
 void write(JsonWriter& json, TargetAppPerformAction& action)
@@ -215,15 +225,15 @@ void write(JsonWriter& json, TargetAppPerformAction& action)
 
 void read(JsonReader& json, TargetAppPerformAction& action)
 {
-    json.requireObject();
+    requireObject(json);
     if (json.optional("canonicalName", action.canonicalName)) action.canonicalNameRead = true;
     if (json.optional("action", asWord(action.action, kTargetStatus))) action.actionRead = true;
     if (json.optional("priority", asWord(action.priority, kPriorities))) action.priorityRead = true;
 }
 
-ENTRY_POINTS(TargetAppPerformAction, Formatted)
+MESSAGE(TargetAppPerformAction, Formatted)
 
-DeepLink::DeepLink() : Serializable(DataTypeDeepLink) {}
+DeepLink::DeepLink() : Serializable(kDataType) {}
 DeepLink::~DeepLink() = default;
 
 void write(JsonWriter& json, DeepLink& link)
@@ -239,6 +249,6 @@ void read(JsonReader& json, DeepLink& link)
     json.optional("url", link.url);
 }
 
-ENTRY_POINTS(DeepLink, Formatted)
+MESSAGE(DeepLink, Formatted)
 
 }  // namespace Orvu

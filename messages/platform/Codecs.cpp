@@ -3,34 +3,33 @@
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/platform/Codecs.h"
 #include "messages/platform/Vocabularies.h"
 
 namespace Orvu {
 namespace {
 
-constexpr Word<VideoCodec> kVideoCodecWords[] = {
+constexpr Word kVideoCodecWords[] = {
     {VideoCodecUnknown, "unknown"},
     {VideoCodecH264, "H.264"},
     {VideoCodecH265, "H.265"},
 };
 constexpr auto kVideoCodecs = vocabulary(kVideoCodecWords, VideoCodecUnknown);
 
-constexpr Word<AudioCodec> kAudioCodecWords[] = {
+constexpr Word kAudioCodecWords[] = {
     {AudioCodecUnknown, "unknown"},  {AudioCodecAACLC, "AAC-LC"}, {AudioCodecAACHE, "AAC-HE"},
     {AudioCodecAACHEv2, "AAC-HEv2"}, {AudioCodecAC3, "AC-3"},     {AudioCodecEAC3, "E-AC-3"},
     {AudioCodecAC4, "AC-4"},         {AudioCodecMPEGH, "MPEG-H"},
 };
 constexpr auto kAudioCodecs = vocabulary(kAudioCodecWords, AudioCodecUnknown);
 
-constexpr Word<SubtitleCodec> kSubtitleCodecWords[] = {
+constexpr Word kSubtitleCodecWords[] = {
     {SubtitleCodecUnknown, "unknown"},
     {SubtitleCodecIMSC1TTML, "IMSC1-TTML"},
     {SubtitleCodecWebVTT, "WebVTT"},
 };
 constexpr auto kSubtitleCodecs = vocabulary(kSubtitleCodecWords, SubtitleCodecUnknown);
 
-constexpr Word<ImageCodec> kImageCodecWords[] = {
+constexpr Word kImageCodecWords[] = {
     {ImageCodecUnknown, "unknown"},
     {ImageCodecJPEG, "JPEG"},
     {ImageCodecPNG, "PNG"},
@@ -39,12 +38,12 @@ constexpr Word<ImageCodec> kImageCodecWords[] = {
 constexpr auto kImageCodecs = vocabulary(kImageCodecWords, ImageCodecUnknown);
 
 // Of these two the last value stands for strangers, and its word is read back like the others.
-constexpr Word<DrmFormat> kFormatWords[] = {
+constexpr Word kFormatWords[] = {
     {DrmFormatMp4, "mp4"}, {DrmFormatMpegTs, "mpeg-ts"}, {DrmFormatDash, "dash"},
     {DrmFormatHls, "hls"}, {DrmFormatPes, "pes"},        {DrmFormatUnknown, "Unknown"},
 };
 
-constexpr Word<DrmScheme> kSchemeWords[] = {
+constexpr Word kSchemeWords[] = {
     {DrmSchemeSbtvdTs, "sbtvd-ts"}, {DrmSchemeDsmcc, "dsmcc"}, {DrmSchemeHttp, "http"},       {DrmSchemeHttps, "https"},
     {DrmSchemeRtsp, "rtsp"},        {DrmSchemeFile, "file"},   {DrmSchemeUnknown, "Unknown"},
 };
@@ -54,7 +53,7 @@ constexpr Word<DrmScheme> kSchemeWords[] = {
 constexpr Vocabulary<DrmFormat> kFormats = vocabulary(kFormatWords, DrmFormatUnknown);
 constexpr Vocabulary<DrmScheme> kSchemes = vocabulary(kSchemeWords, DrmSchemeUnknown);
 
-Codecs::Codecs() : Serializable(DataTypeCodecsSupported) {}
+Codecs::Codecs() : Serializable(kDataType) {}
 Codecs::~Codecs() = default;
 
 const char* Codecs::videoCodecToString(VideoCodec value)
@@ -121,9 +120,9 @@ void read(JsonReader& json, Codecs& codecs)
     json.optional("subtitle", asWords(codecs.subtitle, kSubtitleCodecs));
 }
 
-ENTRY_POINTS(Codecs, Compact)
+MESSAGE(Codecs, Compact)
 
-DrmSystem::DrmSystem() : Serializable(DataTypeDrmSystem) {}
+DrmSystem::DrmSystem() : Serializable(kDataType) {}
 DrmSystem::~DrmSystem() = default;
 
 const char* DrmSystem::formatToString(DrmFormat value)
@@ -168,9 +167,9 @@ void read(JsonReader& json, DrmSystem& system)
     json.required("formatsSupported", asWords(system.formatsSupported, kFormats));
 }
 
-ENTRY_POINTS(DrmSystem, Compact)
+MESSAGE(DrmSystem, Compact)
 
-DrmSystemList::DrmSystemList() : Serializable(DataTypeDrms) {}
+DrmSystemList::DrmSystemList() : Serializable(kDataType) {}
 DrmSystemList::~DrmSystemList()
 {
     deleteAll(systems);
@@ -191,6 +190,6 @@ void read(JsonReader& json, DrmSystemList& list)
     json.required("drms", list.systems);
 }
 
-ENTRY_POINTS(DrmSystemList, Formatted)
+MESSAGE(DrmSystemList, Formatted)
 
 }  // namespace Orvu

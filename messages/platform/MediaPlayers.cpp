@@ -3,15 +3,11 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <utility>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/core/Position.h"
 #include "messages/core/Status.h"
-#include "messages/platform/Codecs.h"
-#include "messages/platform/MediaPlayers.h"
 #include "messages/platform/Vocabularies.h"
 
 namespace Orvu {
@@ -19,13 +15,6 @@ namespace {
 
 constexpr int kScreenWidth = 1280;
 constexpr int kScreenHeight = 720;
-
-/// Stores a value in a field that is null while a command does not carry it.
-template <class Value>
-void hold(Value*& field, Value value)
-{
-    delete std::exchange(field, new Value(std::move(value)));
-}
 
 bool containsAny(const std::string& text, std::initializer_list<const char*> words)
 {
@@ -43,7 +32,7 @@ bool isOnScreen(const Position& pos)
 
 }  // namespace
 
-MediaPlayer::MediaPlayer() : Serializable(DataTypePlayer)
+MediaPlayer::MediaPlayer() : Serializable(kDataType)
 {
     auto position = std::make_unique<Position>();
     codecsSupported = new Codecs;
@@ -78,9 +67,9 @@ void write(JsonWriter& json, MediaPlayer& player)
     json.put("state", asWord(player.state, kStatus));
     json.put("schemesSupported", asWords(player.schemesSupported, kSchemes));
     json.put("formatsSupported", asWords(player.formatsSupported, kFormats));
-    json.putAsIs("codecsSupported", player.codecsSupported);
-    if (!player.drmsSupported.empty()) json.listAsIs("drmsSupported", player.drmsSupported);
-    json.putAsIs("pos", player.pos);
+    json.put("codecsSupported", asIs(player.codecsSupported));
+    json.putIf(!player.drmsSupported.empty(), "drmsSupported", asIs(player.drmsSupported));
+    json.put("pos", asIs(player.pos));
     json.put("vol", player.vol);
     json.put("currTime", player.currTime);
     json.put("duration", player.duration);
@@ -94,16 +83,16 @@ void read(JsonReader& json, MediaPlayer& player)
     json.required("schemesSupported", asWords(player.schemesSupported, kSchemes));
     json.required("formatsSupported", asWords(player.formatsSupported, kFormats));
     json.optional("codecsSupported", player.codecsSupported);
-    json.keepAll("drmsSupported", player.drmsSupported);  // also systems that cannot be read
+    json.optional("drmsSupported", keepingAll(player.drmsSupported));  // also systems that cannot be read
     json.optional("pos", player.pos);
     json.optional("vol", player.vol);
     json.optional("currTime", player.currTime);
     json.optional("duration", player.duration);
 }
 
-ENTRY_POINTS(MediaPlayer, Formatted)
+MESSAGE(MediaPlayer, Formatted)
 
-MediaPlayerList::MediaPlayerList() : Serializable(DataTypePlayers) {}
+MediaPlayerList::MediaPlayerList() : Serializable(kDataType) {}
 MediaPlayerList::~MediaPlayerList()
 {
     deleteAll(players);
@@ -124,9 +113,9 @@ void read(JsonReader& json, MediaPlayerList& list)
     json.required("players", list.players);
 }
 
-ENTRY_POINTS(MediaPlayerList, Formatted)
+MESSAGE(MediaPlayerList, Formatted)
 
-MediaPlayerAction::MediaPlayerAction() : Serializable(DataTypePlayerAction) {}
+MediaPlayerAction::MediaPlayerAction() : Serializable(kDataType) {}
 
 MediaPlayerAction::~MediaPlayerAction()
 {
@@ -172,27 +161,25 @@ std::string MediaPlayerAction::getUrlToLoad()
 void write(JsonWriter& json, MediaPlayerAction& command)
 {
     json.headerIfSet(command);
-    if (command.playerid) json.put("playerid", *command.playerid);
-    if (command.url && !command.url->empty()) json.put("url", *command.url);
+    json.put("playerid", ifHeld(command.playerid));
+    json.putIf(command.url && !command.url->empty(), "url", ifHeld(command.url));
     if (command.action && *command.action != StatusTypeUnknown) json.put("action", asWord(*command.action, kStatus));
-    json.putAsIs("pos", command.pos);
-    if (command.vol) json.put("vol", *command.vol);
-    if (command.currTime) json.put("currTime", *command.currTime);
+    json.put("pos", asIs(command.pos));
+    json.put("vol", ifHeld(command.vol));
+    json.put("currTime", ifHeld(command.currTime));
 }
 
 void read(JsonReader& json, MediaPlayerAction& command)
 {
-    std::string text;
     StatusType action = StatusTypeUnknown;
-    int number = 0;
-    if (json.optional("playerid", text)) hold(command.playerid, text);
-    if (json.optional("url", text)) hold(command.url, text);
+    json.optional("playerid", ifHeld(command.playerid));
+    json.optional("url", ifHeld(command.url));
     if (json.optional("action", asWord(action, kStatus))) hold(command.action, action);
     json.optional("pos", command.pos);
-    if (json.optional("vol", number)) hold(command.vol, number);
-    if (json.optional("currTime", number)) hold(command.currTime, number);
+    json.optional("vol", ifHeld(command.vol));
+    json.optional("currTime", ifHeld(command.currTime));
 }
 
-ENTRY_POINTS(MediaPlayerAction, Formatted)
+MESSAGE(MediaPlayerAction, Formatted)
 
 }  // namespace Orvu

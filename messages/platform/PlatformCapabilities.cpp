@@ -5,12 +5,11 @@
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/platform/PlatformCapabilities.h"
 
 namespace Orvu {
 namespace {
 
-constexpr Word<ColorimetryType> kColorimetryWords[] = {
+constexpr Word kColorimetryWords[] = {
     {ColorimetryTypeUnknown, "unknown", WrittenOnly},
     {ColorimetryTypeBT601, "BT.601"},
     {ColorimetryTypeBT709, "BT.709"},
@@ -19,7 +18,7 @@ constexpr Word<ColorimetryType> kColorimetryWords[] = {
 };
 constexpr auto kColorimetry = vocabulary(kColorimetryWords, ColorimetryTypeUnknown);
 
-constexpr Word<DynamicRangeType> kDynamicRangeWords[] = {
+constexpr Word kDynamicRangeWords[] = {
     {DynamicRangeTypeUnknown, "unknown", WrittenOnly},
     {DynamicRangeTypeSDR, "SDR"},
     {DynamicRangeTypeHLG, "HLG"},
@@ -30,7 +29,7 @@ constexpr Word<DynamicRangeType> kDynamicRangeWords[] = {
 };
 constexpr auto kDynamicRange = vocabulary(kDynamicRangeWords, DynamicRangeTypeUnknown);
 
-constexpr Word<InputDevices> kInputDeviceWords[] = {
+constexpr Word kInputDeviceWords[] = {
     {InputDevicesUnknown, "unknown", WrittenOnly},
     {InputDevicesRemoteControl, "remoteControl"},
     {InputDevicesPointer, "pointer"},
@@ -41,7 +40,7 @@ constexpr Word<InputDevices> kInputDeviceWords[] = {
 };
 constexpr auto kInputDevices = vocabulary(kInputDeviceWords, InputDevicesUnknown);
 
-constexpr Word<DisplayLayerType> kDisplayLayerWords[] = {
+constexpr Word kDisplayLayerWords[] = {
     {DisplayLayerTypeUnknown, "unknown", WrittenOnly},
     {DisplayLayerTypeVideo, "video"},
     {DisplayLayerTypeImage, "image"},
@@ -50,7 +49,7 @@ constexpr Word<DisplayLayerType> kDisplayLayerWords[] = {
 };
 constexpr auto kDisplayLayers = vocabulary(kDisplayLayerWords, DisplayLayerTypeUnknown);
 
-constexpr Word<NetworkInterfaceType> kNetworkInterfaceWords[] = {
+constexpr Word kNetworkInterfaceWords[] = {
     {NetworkInterfaceTypeUnknown, "unknown", WrittenOnly},
     {NetworkInterfaceTypeWired, "wired"},
     {NetworkInterfaceTypeWireless, "wireless"},
@@ -75,16 +74,32 @@ std::vector<const char*> colorimetryWords(const PlatformCapabilities& can, bool 
     return words;
 }
 
+struct EmptyList {
+    void write(JsonWriter& json) const { json.array(std::vector<int>()); }
+};
+
+/// The bounds of a layer. When they have no text, the layer has none either.
+struct OrNoLayer {
+    Bounds* bounds;
+
+    bool write(JsonWriter& json) const
+    {
+        const bool isWritten = bounds && json.value(*bounds);
+        if (bounds && !isWritten) json.giveUp();
+        return isWritten;
+    }
+};
+
 void writeCapabilities(JsonWriter& json, PlatformCapabilities& can)
 {
     const bool dolbyVision = hasDolbyVision(can.dynamicRange.begin(), can.dynamicRange.end());
     json.put("manufacturer", can.manufacturer);
     json.put("model", can.model);  // the friendly name is read, never written
-    json.putAsIs("physicalScreenSize", can.physicalScreenSize);
+    json.put("physicalScreenSize", asIs(can.physicalScreenSize));
     json.list("displayLayers", can.displayLayers);
     json.list("colorimetry", colorimetryWords(can, dolbyVision));  // the codec strings travel behind the colour words
     json.put("dynamicRange", asWords(can.dynamicRange, kDynamicRange));
-    if (dolbyVision) json.emptyList("dolbyVisionCodecString");  // and leave their own array empty
+    json.putIf(dolbyVision, "dolbyVisionCodecString", EmptyList());  // and leave their own array empty
     json.put("videoRefreshRate", can.videoRefreshRate);
     json.put("inputDevices", asWords(can.inputDevices, kInputDevices));
     json.list("networkInterfaces", can.networkInterfaces);
@@ -97,7 +112,7 @@ void readCapabilities(JsonReader& json, PlatformCapabilities& can)
     json.optional("model", can.model);
     json.optional("friendlyName", can.friendlyName);
     json.optional("physicalScreenSize", can.physicalScreenSize);
-    json.requiredKeepAll("displayLayers", can.displayLayers);  // also layers that cannot be read
+    json.required("displayLayers", keepingAll(can.displayLayers));  // also layers that cannot be read
     json.optional("videoRefreshRate", can.videoRefreshRate);
     json.required("colorimetry", asWords(can.colorimetry, kColorimetry));
     json.required("dynamicRange", asWords(can.dynamicRange, kDynamicRange));
@@ -110,8 +125,8 @@ void readCapabilities(JsonReader& json, PlatformCapabilities& can)
 
 }  // namespace
 
-Bounds::Bounds() : Serializable(DataTypePos) {}  // a position's type, which shows nowhere: bounds write no header
-Bounds::Bounds(int w, int h) : Serializable(DataTypePos), w(w), h(h) {}
+Bounds::Bounds() : Serializable(kDataType) {}  // a position's type, which shows nowhere: bounds write no header
+Bounds::Bounds(int w, int h) : Serializable(kDataType), w(w), h(h) {}
 Bounds::~Bounds() = default;
 
 void Bounds::setValues(int h, int w)
@@ -137,9 +152,9 @@ void read(JsonReader& json, Bounds& bounds)
     json.optional("h", bounds.h);
 }
 
-ENTRY_POINTS(Bounds, Compact)
+MESSAGE(Bounds, Compact)
 
-DisplayLayer::DisplayLayer() : Serializable(DataTypeDisplayLayers), bounds(new Bounds) {}
+DisplayLayer::DisplayLayer() : Serializable(kDataType), bounds(new Bounds) {}
 
 DisplayLayer::~DisplayLayer()
 {
@@ -159,7 +174,7 @@ DisplayLayerType DisplayLayer::stringToLayer(std::string word)
 void write(JsonWriter& json, DisplayLayer& layer)
 {
     json.put("type", asWord(layer.type, kDisplayLayers));
-    json.putOrGiveUp("bounds", layer.bounds);  // a layer whose bounds have no text has none either
+    json.put("bounds", OrNoLayer{layer.bounds});
 }
 
 void read(JsonReader& json, DisplayLayer& layer)
@@ -168,9 +183,9 @@ void read(JsonReader& json, DisplayLayer& layer)
     json.optional("bounds", layer.bounds);
 }
 
-ENTRY_POINTS(DisplayLayer, Compact)
+MESSAGE(DisplayLayer, Compact)
 
-NetworkInterface::NetworkInterface() : Serializable(DataTypeNetworkInterfaces) {}
+NetworkInterface::NetworkInterface() : Serializable(kDataType) {}
 NetworkInterface::~NetworkInterface() = default;
 
 const char* NetworkInterface::typeToString(NetworkInterfaceType value)
@@ -194,11 +209,9 @@ void read(JsonReader& json, NetworkInterface& interface)
     json.optional("active", interface.active);
 }
 
-ENTRY_POINTS(NetworkInterface, Compact)
+MESSAGE(NetworkInterface, Compact)
 
-PlatformCapabilities::PlatformCapabilities()
-    : Serializable(DataTypePlatformCapabilities), physicalScreenSize(new Bounds)
-{}
+PlatformCapabilities::PlatformCapabilities() : Serializable(kDataType), physicalScreenSize(new Bounds) {}
 
 PlatformCapabilities::~PlatformCapabilities()
 {
@@ -265,9 +278,10 @@ void write(JsonWriter& json, PlatformCapabilities& can)
 
 void read(JsonReader& json, PlatformCapabilities& can)
 {
-    json.requiredObject("platformCapabilities", [&](JsonReader& inner) { readCapabilities(inner, can); });
+    const auto readMembers = [&](JsonReader& inner) { readCapabilities(inner, can); };
+    if (!json.object("platformCapabilities", readMembers)) json.fail(Fault::Missing);
 }
 
-ENTRY_POINTS(PlatformCapabilities, Formatted)
+MESSAGE(PlatformCapabilities, Formatted)
 
 }  // namespace Orvu

@@ -5,7 +5,6 @@
 
 #include "codecs/Base64.h"
 #include "messages/core/Message.h"
-#include "messages/services/EventInformation.h"
 #include "orvu/EventInformation.h"
 
 namespace Orvu {
@@ -71,16 +70,16 @@ void read(JsonReader& json, BinaryData& data)
     if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
     data.knownBlock_ = data.buffer;
     if (!json.required("buffer", text)) return;
-    if (data.bufferSize > kLargest) return json.fail(JsonReader::Fault::WrongKind);
+    if (data.bufferSize > kLargest) return json.fail(Fault::WrongKind);
     const std::string bytes = Base64::decode(text);
     unsigned char* const block = blockOf(bytes, data.bufferSize);
-    if (!block) return json.fail(JsonReader::Fault::WrongKind);
+    if (!block) return json.fail(Fault::WrongKind);
     data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
     data.knownSize_ = static_cast<unsigned>(bytes.size());
     data.knownRoom_ = kRoom * data.bufferSize;
     json.optional("timestamp", data.timestamp);
 }
 
-ENTRY_POINTS(BinaryData, Formatted)
+MESSAGE(BinaryData, Formatted)
 
 }  // namespace Orvu

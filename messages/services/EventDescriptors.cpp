@@ -1,7 +1,6 @@
 #include "orvu/EventDescriptors.h"
 
 #include "messages/core/Message.h"
-#include "messages/services/EventDescriptors.h"
 
 // Descriptors travel inside an event: none of them ever writes a header.
 
@@ -12,13 +11,13 @@ namespace {
 struct AsNibbles {
     int (&nibbles)[4];
 
-    bool read(JsonReader& json, const cJSON& item) const
+    bool read(JsonReader&, JsonValue value) const
     {
-        if (cJSON_GetArraySize(&item) != 4) return true;  // another length changes nothing, and is no fault
+        if (value.items().size() != 4) return true;  // another length changes nothing, and is no fault
         int* next = nibbles;
-        for (const cJSON* nibble = item.child; nibble; nibble = nibble->next) {
-            *next = 0;  // what neither is a number nor a boolean
-            json.integer(*nibble, *next++);
+        for (const JsonValue nibble : value.items()) {
+            *next = 0;  // what is neither a number nor a boolean
+            nibble.integer(*next++);
         }
         return true;
     }
@@ -26,7 +25,7 @@ struct AsNibbles {
 
 }  // namespace
 
-ContentDescriptor::ContentDescriptor() : Serializable(DataTypeContentDescription) {}
+ContentDescriptor::ContentDescriptor() : Serializable(kDataType) {}
 ContentDescriptor::~ContentDescriptor() = default;
 
 void write(JsonWriter& json, ContentDescriptor& content)
@@ -39,9 +38,9 @@ void read(JsonReader& json, ContentDescriptor& content)
     json.required("contentDescription", AsNibbles{content.content});
 }
 
-ENTRY_POINTS(ContentDescriptor, Compact)
+MESSAGE(ContentDescriptor, Compact)
 
-LinkageDescriptor::LinkageDescriptor() : Serializable(DataTypeLinkageDescriptor) {}
+LinkageDescriptor::LinkageDescriptor() : Serializable(kDataType) {}
 LinkageDescriptor::~LinkageDescriptor() = default;
 
 void write(JsonWriter& json, LinkageDescriptor& linkage)
@@ -62,9 +61,9 @@ void read(JsonReader& json, LinkageDescriptor& linkage)
     json.ignored("data");  // written, never read back
 }
 
-ENTRY_POINTS(LinkageDescriptor, Compact)
+MESSAGE(LinkageDescriptor, Compact)
 
-HyperlinkDescriptor::HyperlinkDescriptor() : Serializable(DataTypeHyperlinkDescriptor) {}
+HyperlinkDescriptor::HyperlinkDescriptor() : Serializable(kDataType) {}
 HyperlinkDescriptor::~HyperlinkDescriptor() = default;
 
 void write(JsonWriter& json, HyperlinkDescriptor& hyperlink)
@@ -95,9 +94,9 @@ void read(JsonReader& json, HyperlinkDescriptor& hyperlink)
     json.optional("url", hyperlink.url);
 }
 
-ENTRY_POINTS(HyperlinkDescriptor, Compact)
+MESSAGE(HyperlinkDescriptor, Compact)
 
-SeriesDescriptor::SeriesDescriptor() : Serializable(DataTypeSeriesDescriptor) {}
+SeriesDescriptor::SeriesDescriptor() : Serializable(kDataType) {}
 SeriesDescriptor::~SeriesDescriptor() = default;
 
 void write(JsonWriter& json, SeriesDescriptor& series)
@@ -122,9 +121,9 @@ void read(JsonReader& json, SeriesDescriptor& series)
     json.optional("name", series.name);
 }
 
-ENTRY_POINTS(SeriesDescriptor, Compact)
+MESSAGE(SeriesDescriptor, Compact)
 
-EventGroupDescriptor::EventGroupDescriptor() : Serializable(DataTypeEventGroupDescriptor) {}
+EventGroupDescriptor::EventGroupDescriptor() : Serializable(kDataType) {}
 EventGroupDescriptor::~EventGroupDescriptor() = default;
 
 void write(JsonWriter& json, EventGroupDescriptor& descriptor)
@@ -143,6 +142,6 @@ void read(JsonReader& json, EventGroupDescriptor& descriptor)
     json.optional("serviceId", descriptor.serviceId);
 }
 
-ENTRY_POINTS(EventGroupDescriptor, Compact)
+MESSAGE(EventGroupDescriptor, Compact)
 
 }  // namespace Orvu

@@ -1,7 +1,6 @@
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/services/EventDescriptors.h"
 #include "orvu/EventDescriptors.h"
 
 // Groups travel inside an event, without a header. Each is read by place: its list stands right behind its number, under
@@ -9,7 +8,7 @@
 
 namespace Orvu {
 
-EventGroup::EventGroup() : Serializable(DataTypeEventGroup) {}
+EventGroup::EventGroup() : Serializable(kDataType) {}
 EventGroup::~EventGroup()
 {
     deleteAll(descriptors);
@@ -28,12 +27,12 @@ void write(JsonWriter& json, EventGroup& group)
 void read(JsonReader& json, EventGroup& group)
 {
     if (!json.optional("type", group.type)) return;  // without a type the group stays as it is
-    json.listAfter("type", group.descriptors);
+    json.required("type", listAfter(group.descriptors));
 }
 
-ENTRY_POINTS(EventGroup, Compact)
+MESSAGE(EventGroup, Compact)
 
-ComponentGroup::ComponentGroup() : Serializable(DataTypeComponentGroup) {}
+ComponentGroup::ComponentGroup() : Serializable(kDataType) {}
 ComponentGroup::~ComponentGroup()
 {
     deleteAll(components);
@@ -52,14 +51,12 @@ void write(JsonWriter& json, ComponentGroup& group)
 void read(JsonReader& json, ComponentGroup& group)
 {
     if (!json.optional("type", group.type)) return;  // without a type the group stays as it is
-    json.listAfter("type", group.components);
+    json.required("type", listAfter(group.components));
 }
 
-ENTRY_POINTS(ComponentGroup, Compact)
+MESSAGE(ComponentGroup, Compact)
 
-ComponentGroupDescriptor::ComponentGroupDescriptor()
-    : Serializable(DataTypeComponentGroupDescriptor), caUnit(new CAUnit)
-{}
+ComponentGroupDescriptor::ComponentGroupDescriptor() : Serializable(kDataType), caUnit(new CAUnit) {}
 ComponentGroupDescriptor::~ComponentGroupDescriptor()
 {
     delete caUnit;
@@ -70,7 +67,7 @@ void write(JsonWriter& json, ComponentGroupDescriptor& descriptor)
     json.put("id", descriptor.id);
     json.put("totalBitRate", descriptor.totalBitRate);
     json.put("description", descriptor.description);
-    json.putAsIs("caUnit", descriptor.caUnit);
+    json.put("caUnit", asIs(descriptor.caUnit));
 }
 
 void read(JsonReader& json, ComponentGroupDescriptor& descriptor)
@@ -81,9 +78,9 @@ void read(JsonReader& json, ComponentGroupDescriptor& descriptor)
     json.optional("caUnit", descriptor.caUnit);
 }
 
-ENTRY_POINTS(ComponentGroupDescriptor, Compact)
+MESSAGE(ComponentGroupDescriptor, Compact)
 
-CAUnit::CAUnit() : Serializable(DataTypeCAUnit) {}
+CAUnit::CAUnit() : Serializable(kDataType) {}
 CAUnit::~CAUnit() = default;
 
 void CAUnit::addComponentTag(int tag)
@@ -100,9 +97,9 @@ void write(JsonWriter& json, CAUnit& unit)
 void read(JsonReader& json, CAUnit& unit)
 {
     if (!json.optional("id", unit.id)) return;  // without an id the unit stays as it is
-    json.listAfter("id", eachNumber([&](int tag) { unit.addComponentTag(tag); }));
+    json.required("id", listAfter(eachNumber([&](int tag) { unit.addComponentTag(tag); })));
 }
 
-ENTRY_POINTS(CAUnit, Compact)
+MESSAGE(CAUnit, Compact)
 
 }  // namespace Orvu

@@ -5,8 +5,6 @@
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/services/EventDescriptors.h"
-#include "messages/services/EventInformation.h"
 
 namespace Orvu {
 namespace {
@@ -22,6 +20,17 @@ struct AsBareNibbles {
     }
 };
 
+/// A number, or null when it is below 1.
+struct AsNullBelowOne {
+    int number;
+
+    void write(JsonWriter& json) const { number < 1 ? json.null() : json.value(number); }
+};
+AsNullBelowOne asNullBelowOne(int number)
+{
+    return {number};
+}
+
 /// A schedule in order stays as it is, so that events of equal times are not exchanged by being read once more.
 void putInOrder(std::vector<EventInfo*>& schedule)
 {
@@ -32,7 +41,7 @@ void putInOrder(std::vector<EventInfo*>& schedule)
 
 }  // namespace
 
-EventInfo::EventInfo() : Serializable(DataTypeEventInfo) {}
+EventInfo::EventInfo() : Serializable(kDataType) {}
 
 EventInfo::~EventInfo()
 {
@@ -65,11 +74,11 @@ void write(JsonWriter& json, EventInfo& event)
     json.put("hasInteractivity", event.hasInteractivity);
     json.put("logoURI", asNullWhenEmpty(event.logoURI));
     json.put("contentDescription", AsBareNibbles{event.contentDescription});  // its reader expects an object around it
-    json.putAsIsOrNull("linkage", event.linkage);
-    json.putAsIsOrNull("hyperlink", event.hyperlink);
-    json.putMinifiedOrNull("series", event.series);
-    json.putMinifiedOrNull("eventGroup", event.eventGroup);
-    json.putMinifiedOrNull("componentGroup", event.componentGroup);
+    json.put("linkage", orNull(asIs(event.linkage)));
+    json.put("hyperlink", orNull(asIs(event.hyperlink)));
+    json.put("series", orNull(minified(event.series)));
+    json.put("eventGroup", orNull(minified(event.eventGroup)));
+    json.put("componentGroup", orNull(minified(event.componentGroup)));
 }
 
 void read(JsonReader& json, EventInfo& event)
@@ -91,17 +100,18 @@ void read(JsonReader& json, EventInfo& event)
     json.optional("dataContentText", event.dataContentText);
     json.optional("hasInteractivity", event.hasInteractivity);
     json.optional("logoURI", event.logoURI);
-    json.replace("contentDescription", event.contentDescription);  // also by null, which reads as a default descriptor
-    json.replace("linkage", event.linkage);
-    json.replace("hyperlink", event.hyperlink);
-    json.replace("series", event.series);
-    json.replace("eventGroup", event.eventGroup);
-    json.replace("componentGroup", event.componentGroup);
+    json.optional("contentDescription",
+                  replaced(event.contentDescription));  // also by null, which reads as a default descriptor
+    json.optional("linkage", replaced(event.linkage));
+    json.optional("hyperlink", replaced(event.hyperlink));
+    json.optional("series", replaced(event.series));
+    json.optional("eventGroup", replaced(event.eventGroup));
+    json.optional("componentGroup", replaced(event.componentGroup));
 }
 
-ENTRY_POINTS(EventInfo, Formatted)
+MESSAGE(EventInfo, Formatted)
 
-EventInfoList::EventInfoList() : Serializable(DataTypeEventInfoList) {}
+EventInfoList::EventInfoList() : Serializable(kDataType) {}
 
 EventInfoList::~EventInfoList()
 {
@@ -142,6 +152,6 @@ void read(JsonReader& json, EventInfoList& list)
     json.optional("timestamp", list.timestamp);
 }
 
-ENTRY_POINTS(EventInfoList, Formatted)
+MESSAGE(EventInfoList, Formatted)
 
 }  // namespace Orvu

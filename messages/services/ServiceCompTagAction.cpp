@@ -3,26 +3,25 @@
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "messages/core/Position.h"
 #include "messages/core/Status.h"
-#include "messages/services/ServiceComponents.h"
 #include "orvu/ServiceComponents.h"
 
 namespace Orvu {
 namespace {
 
-constexpr auto kBadAction = JsonReader::Fault{2};
-constexpr auto kBadPosition = JsonReader::Fault{3};
-constexpr auto kBadVolume = JsonReader::Fault{4};
+constexpr OwnCode kBadAction{2};
+constexpr OwnCode kBadPosition{3};
+constexpr OwnCode kBadVolume{4};
 
 /// The volume, a number and nothing else; a boolean is none here.
 struct AsVolume {
     ServiceCompTagAction& action;
 
-    bool read(JsonReader& json, const cJSON& item) const
+    bool read(JsonReader& json, JsonValue value) const
     {
-        const int vol = json.numberOrZero(item);
-        const bool isVolume = cJSON_IsNumber(&item) && action.checkVol(vol);
+        int vol = 0;
+        if (value.isNumber()) value.integer(vol);
+        const bool isVolume = value.isNumber() && action.checkVol(vol);
         if (isVolume) action.vol = vol;
         if (!isVolume) json.fail(kBadVolume);
         return isVolume;
@@ -33,30 +32,27 @@ struct AsVolume {
 struct AsValidPosition {
     ServiceCompTagAction& action;
 
-    bool read(JsonReader& json, const cJSON& item) const
+    bool read(JsonReader& json, JsonValue value) const
     {
-        if (!readPosition(item)) {
-            json.fail(kBadPosition);
-            return false;
-        }
-        std::puts("ServiceCompTagAction::deserialize: this->pos->deserialize return = true");
-        if (!action.checkPos()) json.fail(kBadPosition);
+        if (!readPosition(value) || !action.checkPos()) json.fail(kBadPosition);
         return true;
     }
 
 private:
-    bool readPosition(const cJSON& item) const
+    bool readPosition(JsonValue value) const
     {
-        if (!cJSON_IsObject(&item)) return false;
+        if (!value.isObject()) return false;
         if (!action.pos) action.pos = new Position;
         unsigned char ignored = 0;  // the caller's error byte tells of the action
-        return readNested(*action.pos, item, ignored);
+        if (!readChild(*action.pos, contractOf<Position>(), value, ignored)) return false;
+        std::puts("ServiceCompTagAction::deserialize: this->pos->deserialize return = true");
+        return true;
     }
 };
 
 }  // namespace
 
-ServiceCompTagAction::ServiceCompTagAction() : Serializable(DataTypeServiceCompTagAction) {}
+ServiceCompTagAction::ServiceCompTagAction() : Serializable(kDataType) {}
 ServiceCompTagAction::~ServiceCompTagAction()
 {
     delete pos;
@@ -83,7 +79,7 @@ void write(JsonWriter& json, ServiceCompTagAction& action)
     json.put("componentTag", action.componentTag);
     json.putIf(action.action != StatusTypeUnknown, "action", asWord(action.action, kStatus));
     json.put("localAssociatedAccess", action.localAssociatedAccess);
-    if (action.pos && (action.pos->w >= 0 || action.pos->h >= 0)) json.putAsIs("pos", action.pos);
+    json.putIf(action.pos && (action.pos->w >= 0 || action.pos->h >= 0), "pos", asIs(action.pos));
     json.putIf(action.vol >= 0, "vol", action.vol);
 }
 
@@ -92,18 +88,17 @@ void read(JsonReader& json, ServiceCompTagAction& action)
     json.optional("componentTag", action.componentTag);
     json.optional("localAssociatedAccess", action.localAssociatedAccess);
     if (json.optional("action", asWord(action.action, kStatus)) && !action.checkAction()) json.fail(kBadAction);
-    if (json.any("pos")) {
-        json.optional("pos", AsValidPosition{action});
-        return;  // an action that carries a position never changes the volume
-    }
-    if (json.fault() != JsonReader::Fault::None) return;
+    if (json.optional("pos", AsValidPosition{action})) return;  // an action with a position never changes the volume
+    if (json.failed()) return;
     delete std::exchange(action.pos, nullptr);  // an action without a position drops the one held
     json.optional("vol", AsVolume{action});
 }
 
+CONTRACT(ServiceCompTagAction, Formatted)
+
 char* ServiceCompTagAction::serialize()
 {
-    return writeText(*this, contractOf<ServiceCompTagAction>(), PrintStyle::Formatted);
+    return writeText(*this, contractOf<ServiceCompTagAction>());
 }
 
 bool ServiceCompTagAction::deserialize(const char* text)
@@ -114,7 +109,7 @@ bool ServiceCompTagAction::deserialize(const char* text)
 
 bool ServiceCompTagAction::deserialize(const char* text, unsigned char& error)
 {
-    return readText(*this, contractOf<ServiceCompTagAction>(), text, error);
+    return readText(*this, contractOf<ServiceCompTagAction>().read, text, error);
 }
 
 }  // namespace Orvu

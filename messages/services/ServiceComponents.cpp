@@ -3,11 +3,10 @@
 #include <new>
 
 #include "messages/core/Forms.h"
+#include "messages/core/Json.h"
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/core/Position.h"
 #include "messages/core/Status.h"
-#include "messages/services/ServiceComponents.h"
 
 namespace Orvu {
 namespace {
@@ -22,11 +21,11 @@ struct AsHex {
         if (!text) throw std::bad_alloc();
         json.value(text.get());
     }
-    bool read(JsonReader& json, const cJSON& item) const
+    bool read(JsonReader&, JsonValue value) const
     {
-        if (json.integer(item, field)) return true;
-        if (!cJSON_IsString(&item)) return false;
-        field = validateStringNumber(item.valuestring);
+        if (value.integer(field)) return true;
+        if (!value.isText()) return false;
+        field = validateStringNumber(value.text());
         return true;
     }
 };
@@ -47,7 +46,7 @@ bool isAudioOrCaption(int componentTag)
 
 }  // namespace
 
-ServiceComponent::ServiceComponent() : Serializable(DataTypeServiceComponent) {}
+ServiceComponent::ServiceComponent() : Serializable(kDataType) {}
 ServiceComponent::~ServiceComponent()
 {
     delete pos;
@@ -64,7 +63,7 @@ void write(JsonWriter& json, ServiceComponent& component)
     json.putIf(component.componentType >= 0, "componentType", asHex(component.componentType));
     json.putIf(component.vol >= 0, "vol", component.vol);
     if (isVideo(component.componentTag) && component.pos) {  // only video has a place on the screen
-        json.object("pos", [&] { write(json, *component.pos); });
+        json.object("pos", [&] { contractOf<Position>().write(json, *component.pos); });
     }
     json.putIf(isAudioOrCaption(component.componentTag), "ISO639languageCode", component.ISO639languageCode);
     json.putIf(component.dataComponentId >= 0, "dataComponentId", component.dataComponentId);
@@ -84,9 +83,9 @@ void read(JsonReader& json, ServiceComponent& component)
     json.optional("dataComponentId", component.dataComponentId);
 }
 
-ENTRY_POINTS(ServiceComponent, Formatted)
+MESSAGE(ServiceComponent, Formatted)
 
-ServiceComponentList::ServiceComponentList() : Serializable(DataTypeComponents) {}
+ServiceComponentList::ServiceComponentList() : Serializable(kDataType) {}
 ServiceComponentList::~ServiceComponentList()
 {
     deleteAll(components);
@@ -107,9 +106,9 @@ void read(JsonReader& json, ServiceComponentList& list)
     json.required("components", list.components);
 }
 
-ENTRY_POINTS(ServiceComponentList, Formatted)
+MESSAGE(ServiceComponentList, Formatted)
 
-ServiceComponentTag::ServiceComponentTag() : Serializable(DataTypeServiceComponentTag) {}
+ServiceComponentTag::ServiceComponentTag() : Serializable(kDataType) {}
 ServiceComponentTag::~ServiceComponentTag() = default;
 
 void write(JsonWriter& json, ServiceComponentTag& tag)
@@ -123,9 +122,9 @@ void read(JsonReader& json, ServiceComponentTag& tag)
     json.required("componentTag", tag.componentTag);
 }
 
-ENTRY_POINTS(ServiceComponentTag, Formatted)
+MESSAGE(ServiceComponentTag, Formatted)
 
-RtkChangeComponentStatus::RtkChangeComponentStatus() : Serializable(DataTypeRtkChangeComponentStatus) {}
+RtkChangeComponentStatus::RtkChangeComponentStatus() : Serializable(kDataType) {}
 RtkChangeComponentStatus::~RtkChangeComponentStatus() = default;
 
 void write(JsonWriter& json, RtkChangeComponentStatus& status)
@@ -141,6 +140,6 @@ void read(JsonReader& json, RtkChangeComponentStatus& status)
     json.optional("componentTag", status.componentTag);
 }
 
-ENTRY_POINTS(RtkChangeComponentStatus, Formatted)
+MESSAGE(RtkChangeComponentStatus, Formatted)
 
 }  // namespace Orvu

@@ -2,11 +2,10 @@
 
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "messages/services/Services.h"
 
 namespace Orvu {
 
-Service::Service() : Serializable(DataTypeCurrentService) {}
+Service::Service() : Serializable(kDataType) {}
 Service::~Service() = default;
 
 Service* Service::clone()
@@ -39,9 +38,9 @@ void read(JsonReader& json, Service& service)
     json.optional("serviceId", service.serviceId);
 }
 
-ENTRY_POINTS(Service, Formatted)
+MESSAGE(Service, Formatted)
 
-ServiceList::ServiceList() : Serializable(DataTypeServiceList) {}
+ServiceList::ServiceList() : Serializable(kDataType) {}
 ServiceList::~ServiceList()
 {
     deleteAll(services);
@@ -62,9 +61,9 @@ void read(JsonReader& json, ServiceList& list)
     json.required("serviceList", list.services);
 }
 
-ENTRY_POINTS(ServiceList, Formatted)
+MESSAGE(ServiceList, Formatted)
 
-ServiceSelection::ServiceSelection() : Serializable(DataTypeServiceSelection) {}
+ServiceSelection::ServiceSelection() : Serializable(kDataType) {}
 ServiceSelection::~ServiceSelection() = default;
 
 void write(JsonWriter& json, ServiceSelection& selection)
@@ -78,9 +77,9 @@ void read(JsonReader& json, ServiceSelection& selection)
     json.optional("serviceContextId", selection.serviceContextId);
 }
 
-ENTRY_POINTS(ServiceSelection, Formatted)
+MESSAGE(ServiceSelection, Formatted)
 
-ServiceTime::ServiceTime() : Serializable(DataTypeServiceTime) {}
+ServiceTime::ServiceTime() : Serializable(kDataType) {}
 ServiceTime::~ServiceTime() = default;
 
 void write(JsonWriter& json, ServiceTime& time)
@@ -94,6 +93,6 @@ void read(JsonReader& json, ServiceTime& time)
     json.required("time", time.time);
 }
 
-ENTRY_POINTS(ServiceTime, Formatted)
+MESSAGE(ServiceTime, Formatted)
 
 }  // namespace Orvu

@@ -1,17 +1,28 @@
 #include "messages/core/Forms.h"
+#include "messages/core/Json.h"
 #include "messages/core/Message.h"
-#include "messages/services/ServiceComponents.h"
 #include "orvu/ServiceComponents.h"
 
 namespace Orvu {
 namespace {
 
-constexpr auto kUnusable = JsonReader::Fault{101};
-constexpr auto kNoPids = JsonReader::Fault{105};
+constexpr OwnCode kUnusable{101};
+constexpr OwnCode kNoPids{105};
+
+/// An array of numbers; anything else fails the read.
+struct AsPids {
+    StreamPidsRequest& request;
+
+    bool read(JsonReader& json, JsonValue value) const
+    {
+        if (!value.isArray()) json.fail(kUnusable);
+        return json.read(value, eachNumber([&](int pid) { request.addPid(static_cast<unsigned short>(pid)); }));
+    }
+};
 
 }  // namespace
 
-StreamPidsRequest::StreamPidsRequest() : Serializable(DataTypeStreamPidsRequest) {}
+StreamPidsRequest::StreamPidsRequest() : Serializable(kDataType) {}
 StreamPidsRequest::~StreamPidsRequest() = default;
 
 void StreamPidsRequest::addPid(unsigned short pid)
@@ -31,15 +42,14 @@ void read(JsonReader& json, StreamPidsRequest& request)
 {
     json.optional("handle", request.handle);
     json.optional("clientAddr", request.clientAddr);
-    const cJSON* const pids = json.any("pids");
-    if (!pids) return json.fail(kNoPids);
-    if (!cJSON_IsArray(pids)) return json.fail(kUnusable);
-    json.optional("pids", eachNumber([&](int pid) { request.addPid(static_cast<unsigned short>(pid)); }));
+    if (!json.optional("pids", AsPids{request})) json.fail(kNoPids);
 }
+
+CONTRACT(StreamPidsRequest, Formatted)
 
 char* StreamPidsRequest::serialize()
 {
-    return writeText(*this, contractOf<StreamPidsRequest>(), PrintStyle::Formatted);
+    return writeText(*this, contractOf<StreamPidsRequest>());
 }
 
 bool StreamPidsRequest::deserialize(const char* text)
@@ -56,10 +66,10 @@ bool StreamPidsRequest::deserializeObject(const char* text, unsigned char& error
         error = static_cast<unsigned char>(kUnusable);
         return false;
     }
-    return readTree(*this, contractOf<StreamPidsRequest>(), *tree, error);
+    return readValue(*this, contractOf<StreamPidsRequest>().read, JsonValue(*tree), error);
 }
 
-StreamPidsResponse::StreamPidsResponse() : Serializable(DataTypeStreamPidsResponse) {}
+StreamPidsResponse::StreamPidsResponse() : Serializable(kDataType) {}
 StreamPidsResponse::~StreamPidsResponse() = default;
 
 void write(JsonWriter& json, StreamPidsResponse& response)
@@ -79,6 +89,6 @@ void read(JsonReader& json, StreamPidsResponse& response)
     json.optional("error", response.error);
 }
 
-ENTRY_POINTS(StreamPidsResponse, Formatted)
+MESSAGE(StreamPidsResponse, Formatted)
 
 }  // namespace Orvu

@@ -11,7 +11,7 @@ constexpr const std::type_info* kNothing = nullptr;
 
 }  // namespace
 
-const std::array<CatalogueRow, 97> kCatalogue = {{
+const std::vector<CatalogueRow> kCatalogue = {
     {0, DataTypeUnknown, "unknown", Fallback, &typeid(UnknowRequest)},
     {1, DataTypeEmptyData, "emptyData", NotMapped, kNothing},
     {2, DataTypeIllegalArgument, "illegalArgument", Mapped, &typeid(IllegalArgument)},
@@ -109,6 +109,6 @@ const std::array<CatalogueRow, 97> kCatalogue = {{
     {94, DataTypeStreamPidsResponse, "streamPidsResponse", Mapped, &typeid(StreamPidsResponse)},
     {95, DataTypeSiCacheUnavailable, "siCacheUnavailable", Mapped, kNothing},
     {96, DataTypeRtkChangeComponentStatus, "rtkChangeComponentStatus", Mapped, &typeid(RtkChangeComponentStatus)},
-}};
+};
 
 }  // namespace OrvuTests

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
 #include <typeinfo>
+#include <vector>
 
 #include "orvu/Serializable.h"
 
@@ -18,6 +18,6 @@ struct CatalogueRow {
 };
 
 /// The catalogue of messages as peers know it, written out: the tests hold the library's own against it.
-extern const std::array<CatalogueRow, 97> kCatalogue;
+extern const std::vector<CatalogueRow> kCatalogue;
 
 }  // namespace OrvuTests

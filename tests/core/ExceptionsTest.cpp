@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "core/TestMessages.h"
-#include "messages/services/Services.h"
 #include "orvu/Ncl.h"
 #include "orvu/PairingScreens.h"
 #include "orvu/Services.h"
@@ -94,12 +93,38 @@ public:
 };
 
 template <class Thrown>
-void read(JsonReader& json, Element<Thrown>&)
+void throwAtZero(JsonReader& json)
 {
     int number = 1;
     json.optional("number", number);
     if (number == 0) throw Thrown();
 }
+
+#define ELEMENT_OF(Thrown)                                        \
+    [[maybe_unused]] void write(JsonWriter&, Element<Thrown>&) {} \
+    void read(JsonReader& json, Element<Thrown>&)                 \
+    {                                                             \
+        throwAtZero<Thrown>(json);                                \
+    }
+ELEMENT_OF(InvalidNumber)
+ELEMENT_OF(HugeNumber)
+ELEMENT_OF(Failure)
+ELEMENT_OF(std::bad_alloc)
+
+}  // namespace
+}  // namespace OrvuTests
+
+namespace Orvu {
+
+CONTRACT(OrvuTests::Element<OrvuTests::InvalidNumber>, Compact)
+CONTRACT(OrvuTests::Element<OrvuTests::HugeNumber>, Compact)
+CONTRACT(OrvuTests::Element<OrvuTests::Failure>, Compact)
+CONTRACT(OrvuTests::Element<std::bad_alloc>, Compact)
+
+}  // namespace Orvu
+
+namespace OrvuTests {
+namespace {
 
 template <class Thrown>
 bool readElements(const char* text)

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "core/TestMessages.h"
-#include "messages/services/Services.h"
 #include "orvu/Services.h"
 #include "support/Children.h"
 #include "support/Messages.h"

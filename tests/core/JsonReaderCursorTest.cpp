@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/RandomJson.h"
+#include "core/TestMessages.h"
 #include "messages/core/JsonReader.h"
 #include "orvu/JsonAccess.h"
 #include "support/Messages.h"
@@ -13,8 +14,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-using Fault = JsonReader::Fault;
 
 const std::vector<std::string> kContract = {"alpha", "beta", "gamma", "delta", "epsilon", "zeta"};
 
@@ -78,17 +77,16 @@ std::vector<std::string> shuffled(RandomJson& random, std::vector<std::string> k
 /// taken.
 struct Found {
     std::vector<int> numbers;
-    Fault fault = Fault::None;
+    int fault = kNoFault;
 };
 
 Found foundByCJson(const cJSON& object, const std::vector<std::string>& keys, const std::string& required)
 {
     Found found;
     for (const std::string& key : keys) {
-        const cJSON* const item = found.fault == Fault::None ? cJSON_GetNumberItem(&object, key.c_str()) : nullptr;
+        const cJSON* const item = found.fault == kNoFault ? cJSON_GetNumberItem(&object, key.c_str()) : nullptr;
         found.numbers.push_back(item ? item->valueint : -1);
-        if (!item && key == required)
-            found.fault = cJSON_GetObjectItem(&object, key.c_str()) ? Fault::WrongKind : Fault::Missing;
+        if (!item && key == required) found.fault = cJSON_GetObjectItem(&object, key.c_str()) ? kWrongKind : kMissing;
     }
     return found;
 }
@@ -96,13 +94,13 @@ Found foundByCJson(const cJSON& object, const std::vector<std::string>& keys, co
 Found foundByReader(const cJSON& object, const std::vector<std::string>& keys, const std::string& required)
 {
     Found found;
-    JsonReader json(object, JsonReader::Place::OwnText);
+    JsonReader json{JsonValue(object)};
     for (const std::string& key : keys) {
         int number = -1;
         key == required ? json.required(key.c_str(), number) : json.optional(key.c_str(), number);
         found.numbers.push_back(number);
     }
-    found.fault = json.fault();
+    found.fault = json.error();
     return found;
 }
 

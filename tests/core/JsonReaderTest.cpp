@@ -4,7 +4,6 @@
 
 #include "core/TestMessages.h"
 #include "messages/core/JsonReader.h"
-#include "messages/services/Services.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
 
@@ -12,18 +11,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-using Fault = JsonReader::Fault;
-using Place = JsonReader::Place;
-
-/// What a contract makes of a text.
-Fault faultOf(const std::string& text, const Scripted::Reads& reads, Place place = Place::OwnText)
-{
-    const Tree tree = treeOf(text);
-    JsonReader json(*tree, place);
-    reads(json);
-    return json.fault();
-}
 
 constexpr int kUntouched = 4711;
 
@@ -46,7 +33,7 @@ TEST(AJsonReader, TakesTextsIntegersAndBooleans)
                           EXPECT_TRUE(json.required("number", number));
                           EXPECT_TRUE(json.optional("yes", yes));
                       }),
-              Fault::None);
+              kNoFault);
     EXPECT_EQ(text, "a");
     EXPECT_EQ(number, -5);
     EXPECT_TRUE(yes);
@@ -63,7 +50,7 @@ TEST(AJsonReader, LeavesAFieldWhoseMemberIsMissing)
                           EXPECT_FALSE(json.optional("number", number));
                           EXPECT_FALSE(json.optional("yes", yes));
                       }),
-              Fault::None);
+              kNoFault);
     EXPECT_EQ(text, "before");
     EXPECT_EQ(number, kUntouched);
     EXPECT_TRUE(yes);
@@ -72,8 +59,7 @@ TEST(AJsonReader, LeavesAFieldWhoseMemberIsMissing)
 TEST(AJsonReader, FaultsWhereARequiredMemberIsMissing)
 {
     int number = kUntouched;
-    EXPECT_EQ(faultOf(R"({"b": 1})", [&](JsonReader& json) { EXPECT_FALSE(json.required("a", number)); }),
-              Fault::Missing);
+    EXPECT_EQ(faultOf(R"({"b": 1})", [&](JsonReader& json) { EXPECT_FALSE(json.required("a", number)); }), kMissing);
     EXPECT_EQ(number, kUntouched);
 }
 
@@ -81,7 +67,7 @@ TEST(AJsonReader, FaultsWhereARequiredMemberIsOfAnotherKind)
 {
     int number = kUntouched;
     for (const char* text : {R"({"a": "1"})", R"({"a": null})", R"({"b": 1, "a": []})", R"({"a": {}, "a": 1})"}) {
-        EXPECT_EQ(faultOf(text, [&](JsonReader& json) { EXPECT_FALSE(json.required("a", number)); }), Fault::WrongKind)
+        EXPECT_EQ(faultOf(text, [&](JsonReader& json) { EXPECT_FALSE(json.required("a", number)); }), kWrongKind)
             << text;
     }
     EXPECT_EQ(number, kUntouched);
@@ -105,7 +91,7 @@ TEST(AJsonReader, DoesNothingAfterItsFirstFault)
                           EXPECT_FALSE(json.optional("child", child));
                           EXPECT_FALSE(json.required("text", text));  // of another kind, but not the first fault
                       }),
-              Fault::Missing);
+              kMissing);
     EXPECT_EQ(before, 1);
     EXPECT_EQ(behind, 0);
     EXPECT_TRUE(list.empty());
@@ -116,7 +102,7 @@ TEST(AJsonReader, FindsNoMembersInWhatIsNoObject)
 {
     for (const char* text : {"5", "null", "true", R"("a")", "[]", "[1]", R"([{"a": 1}])"}) {
         int number = kUntouched;
-        EXPECT_EQ(faultOf(text, [&](JsonReader& json) { json.required("a", number); }), Fault::Missing) << text;
+        EXPECT_EQ(faultOf(text, [&](JsonReader& json) { json.required("a", number); }), kMissing) << text;
         EXPECT_EQ(number, kUntouched);
     }
 }
@@ -186,8 +172,8 @@ TEST(AJsonReader, TakesANestedInfinityForNull)
     EXPECT_EQ(integerAt(Place::Nested, "-1e400"), kUntouched);
     int number = 0;
     const auto reads = [&](JsonReader& json) { json.required("a", number); };
-    EXPECT_EQ(faultOf(R"({"a": 1e400})", reads, Place::OwnText), Fault::None);
-    EXPECT_EQ(faultOf(R"({"a": 1e400})", reads, Place::Nested), Fault::WrongKind);
+    EXPECT_EQ(faultOf(R"({"a": 1e400})", reads, Place::OwnText), kNoFault);
+    EXPECT_EQ(faultOf(R"({"a": 1e400})", reads, Place::Nested), kWrongKind);
 }
 
 TEST(AJsonReader, TakesAnyNumberButZeroForTrue)
@@ -210,7 +196,7 @@ TEST(AJsonReader, AppendsAListsElements)
     std::vector<Service*> list = {new Service};
     EXPECT_EQ(faultOf(R"({"list": [{"serviceName": "A"}, null, 5, [], {"serviceName": "B"}]})",
                       [&](JsonReader& json) { EXPECT_TRUE(json.required("list", list)); }),
-              Fault::None);
+              kNoFault);
     std::vector<std::string> names;
     for (const Service* service : list) {
         names.push_back(service->serviceName);
@@ -224,7 +210,7 @@ TEST(AJsonReader, DropsAListsElementsThatFault)
     std::vector<ServiceTime*> list;
     EXPECT_EQ(faultOf(R"({"list": [{"time": "1"}, {}, null, {"time": 2}, {"time": "3"}]})",
                       [&](JsonReader& json) { json.required("list", list); }),
-              Fault::None);
+              kNoFault);
     std::vector<std::string> times;
     for (const ServiceTime* time : list) {
         times.push_back(time->time);

@@ -6,7 +6,6 @@
 #include "core/TestMessages.h"
 #include "messages/core/Forms.h"
 #include "messages/core/JsonReader.h"
-#include "messages/services/Services.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
 
@@ -14,17 +13,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-using Fault = JsonReader::Fault;
-using Place = JsonReader::Place;
-
-Fault faultOf(const std::string& text, const Scripted::Reads& reads, Place place = Place::OwnText)
-{
-    const Tree tree = treeOf(text);
-    JsonReader json(*tree, place);
-    reads(json);
-    return json.fault();
-}
 
 using Texts = std::vector<std::string>;
 
@@ -52,7 +40,7 @@ TEST(TheReadersVerbs, AppendTheTextsOfAList)
     Texts texts = {"before"};
     EXPECT_EQ(faultOf(R"({"a": ["x", 5, null, "", ["y"], true, "z\u0000cut"]})",
                       [&](JsonReader& json) { EXPECT_TRUE(json.required("a", texts)); }),
-              Fault::None);
+              kNoFault);
     EXPECT_EQ(texts, (Texts{"before", "x", "", "z"}));
 }
 
@@ -62,23 +50,24 @@ TEST(TheReadersVerbs, FindNoTextsUnderAValueOfAnotherKind)
         Texts texts;
         EXPECT_EQ(faultOf(R"({"a": )" + std::string(value) + "}",
                           [&](JsonReader& json) { EXPECT_TRUE(json.required("a", texts)); }),
-                  Fault::None);
+                  kNoFault);
         EXPECT_TRUE(texts.empty()) << value;
     }
     Texts texts;
-    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.required("a", texts)); }), Fault::Missing);
+    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.required("a", texts)); }), kMissing);
 }
 
 TEST(TheReadersVerbs, KeepElementsThatCannotBeRead)
 {
     Times times;
     EXPECT_EQ(faultOf(R"({"a": [{"time": "1"}, {}, 5, {"time": "2"}]})",
-                      [&](JsonReader& json) { EXPECT_TRUE(json.keepAll("a", times.list)); }),
-              Fault::None);
+                      [&](JsonReader& json) { EXPECT_TRUE(json.optional("a", keepingAll(times.list))); }),
+              kNoFault);
     EXPECT_EQ(times.texts(), (Texts{"1", "", "", "2"}));
-    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.keepAll("a", times.list)); }), Fault::None);
-    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.requiredKeepAll("a", times.list)); }),
-              Fault::Missing);
+    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.optional("a", keepingAll(times.list))); }),
+              kNoFault);
+    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.required("a", keepingAll(times.list))); }),
+              kMissing);
 }
 
 TEST(TheReadersVerbs, ReadMembersOfAnInnerObject)
@@ -91,7 +80,7 @@ TEST(TheReadersVerbs, ReadMembersOfAnInnerObject)
                     EXPECT_TRUE(json.object("inner", [&](JsonReader& inner) { inner.required("number", number); }));
                     json.optional("behind", behind);
                 }),
-        Fault::None);
+        kNoFault);
     EXPECT_EQ(number, 5);
     EXPECT_EQ(behind, 6);
 }
@@ -103,18 +92,16 @@ TEST(TheReadersVerbs, TakeTheFaultOfAnInnerObjectForTheirs)
         json.object("inner", [&](JsonReader& inner) { inner.required("number", number); });
         json.optional("behind", number);
     };
-    EXPECT_EQ(faultOf(R"({"inner": {}, "behind": 6})", reads), Fault::Missing);
-    EXPECT_EQ(faultOf(R"({"inner": {"number": "5"}, "behind": 6})", reads), Fault::WrongKind);
-    EXPECT_EQ(faultOf(R"({"inner": 5, "behind": 6})", reads), Fault::Missing);
+    EXPECT_EQ(faultOf(R"({"inner": {}, "behind": 6})", reads), kMissing);
+    EXPECT_EQ(faultOf(R"({"inner": {"number": "5"}, "behind": 6})", reads), kWrongKind);
+    EXPECT_EQ(faultOf(R"({"inner": 5, "behind": 6})", reads), kMissing);
     EXPECT_EQ(number, 0);
 }
 
-TEST(TheReadersVerbs, FailWithoutARequiredInnerObject)
+TEST(TheReadersVerbs, SayThatThereIsNoInnerObject)
 {
     const auto nothing = [](JsonReader&) { FAIL() << "there is no object"; };
-    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.object("inner", nothing)); }), Fault::None);
-    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.requiredObject("inner", nothing)); }),
-              Fault::Missing);
+    EXPECT_EQ(faultOf("{}", [&](JsonReader& json) { EXPECT_FALSE(json.object("inner", nothing)); }), kNoFault);
 }
 
 TEST(TheReadersVerbs, KeepThePlaceOfAnInnerObject)
@@ -141,9 +128,9 @@ TEST(TheReadersVerbs, FindAListByItsPlace)
         EXPECT_EQ(faultOf(text,
                           [&](JsonReader& json) {
                               json.required("type", type);
-                              json.listAfter("type", times.list);
+                              json.required("type", listAfter(times.list));
                           }),
-                  Fault::None);
+                  kNoFault);
         EXPECT_EQ(type, 1) << text;
         EXPECT_EQ(times.texts(), (Texts{"1", "2"})) << text;
     }
@@ -152,11 +139,11 @@ TEST(TheReadersVerbs, FindAListByItsPlace)
 TEST(TheReadersVerbs, FailWithoutAListAtItsPlace)
 {
     Times times;
-    const auto reads = [&](JsonReader& json) { json.listAfter("type", times.list); };
-    EXPECT_EQ(faultOf(R"({"type": 1})", reads), Fault::Missing);
-    EXPECT_EQ(faultOf(R"({"list": [{"time": "1"}]})", reads), Fault::Missing);
-    EXPECT_EQ(faultOf(R"({"list": [{"time": "1"}], "type": 1})", reads), Fault::Missing);
-    EXPECT_EQ(faultOf(R"({"type": 1, "list": 5})", reads), Fault::None);  // of another kind: no items
+    const auto reads = [&](JsonReader& json) { json.required("type", listAfter(times.list)); };
+    EXPECT_EQ(faultOf(R"({"type": 1})", reads), kMissing);
+    EXPECT_EQ(faultOf(R"({"list": [{"time": "1"}]})", reads), kMissing);
+    EXPECT_EQ(faultOf(R"({"list": [{"time": "1"}], "type": 1})", reads), kMissing);
+    EXPECT_EQ(faultOf(R"({"type": 1, "list": 5})", reads), kNoFault);  // of another kind: no items
     EXPECT_TRUE(times.list.empty());
 }
 
@@ -168,9 +155,9 @@ TEST(TheReadersVerbs, IgnoreWhatHasNoEffect)
                           json.ignored("a");
                           json.optional("b", number);
                       }),
-              Fault::None);
+              kNoFault);
     EXPECT_EQ(number, 2);
-    EXPECT_EQ(faultOf("{}", [](JsonReader& json) { json.ignored("a"); }), Fault::None);
+    EXPECT_EQ(faultOf("{}", [](JsonReader& json) { json.ignored("a"); }), kNoFault);
 }
 
 TEST(TheReadersVerbs, AskForTheSameKeySeveralTimesInARow)
@@ -190,16 +177,16 @@ TEST(TheReadersVerbs, AskForTheSameKeySeveralTimesInARow)
 
 TEST(TheReadersVerbs, KeepTheFirstOfSeveralFaults)
 {
-    const Tree tree = treeOf("{}");
-    JsonReader json(*tree, Place::OwnText);
-    json.fail(Fault::WrongKind);
-    json.fail(Fault::Missing);
-    EXPECT_EQ(json.fault(), Fault::WrongKind);
+    EXPECT_EQ(faultOf("{}",
+                      [](JsonReader& json) {
+                          json.fail(OwnCode{101});
+                          json.fail(Fault::Missing);
+                      }),
+              101);
 }
 
 enum Colour : int { Unknown, Red, Green };
-constexpr Word<Colour> kColourWords[] = {
-    {Unknown, "unknown", WrittenOnly}, {Red, "red"}, {Green, "green", WrittenOnly}};
+constexpr Word kColourWords[] = {{Unknown, "unknown", WrittenOnly}, {Red, "red"}, {Green, "green", WrittenOnly}};
 constexpr Vocabulary<Colour> kColours = vocabulary(kColourWords, Unknown);
 
 Colour colourOf(const std::string& value)
@@ -224,28 +211,44 @@ TEST(TheForms, ReadListsOfWordsTextsAndNumbers)
     std::vector<Colour> colours = {Green};
     Texts texts;
     std::vector<int> numbers;
-    const Fault fault =
+    const int fault =
         faultOf(R"({"colours": ["red", 5, "blue"], "texts": ["x", 1, "y"], "numbers": [1, "2", true, 3.9, null]})",
                 [&](JsonReader& json) {
                     json.required("colours", asWords(colours, kColours));
-                    json.required("texts", eachText([&](const char* text) { texts.push_back(text); }));
+                    json.required("texts", eachText([&](std::string text) { texts.push_back(std::move(text)); }));
                     json.required("numbers", eachNumber([&](int number) { numbers.push_back(number); }));
                 });
-    EXPECT_EQ(fault, Fault::None);
+    EXPECT_EQ(fault, kNoFault);
     EXPECT_EQ(colours, (std::vector<Colour>{Green, Red, Unknown}));
     EXPECT_EQ(texts, (Texts{"x", "y"}));
     EXPECT_EQ(numbers, (std::vector<int>{1, 0, 0, 3, 0}));
 }
 
-TEST(TheForms, ReadChildrenThatSomebodyElseKeeps)
+TEST(TheForms, ReadWhatAPointerHolds)
 {
-    std::vector<std::unique_ptr<ServiceTime>> kept;
-    faultOf(R"({"a": [{"time": "1"}, {}, {"time": "2"}]})", [&](JsonReader& json) {
-        json.optional("a", eachChild([] { return std::make_unique<ServiceTime>(); },
-                                     [&](std::unique_ptr<ServiceTime> child) { kept.push_back(std::move(child)); }));
-    });
-    ASSERT_EQ(kept.size(), 2u);
-    EXPECT_EQ(kept[0]->time + kept[1]->time, "12");
+    int* number = nullptr;
+    const auto reads = [&](JsonReader& json) {
+        EXPECT_EQ(json.optional("a", ifHeld(number)), json.optional("b", OfAnyKind()));
+    };
+    faultOf(R"({"a": "text"})", reads);
+    EXPECT_EQ(number, nullptr);
+    faultOf(R"({"a": 5, "b": null})", reads);
+    ASSERT_NE(number, nullptr);
+    EXPECT_EQ(*number, 5);
+    const int* const held = number;
+    faultOf(R"({"a": 6, "b": 1})", reads);
+    EXPECT_EQ(number, held);
+    EXPECT_EQ(*number, 6);
+    delete number;
+}
+
+TEST(TheForms, AskForAKeyOfAnyKind)
+{
+    for (const char* value : {"null", "5", R"("text")", "true", "[]", "{}"}) {
+        faultOf(R"({"a": )" + std::string(value) + "}",
+                [&](JsonReader& json) { EXPECT_TRUE(json.optional("a", OfAnyKind())) << value; });
+    }
+    faultOf("{}", [](JsonReader& json) { EXPECT_FALSE(json.optional("a", OfAnyKind())); });
 }
 
 TEST(ReadingWithReasons, GivesTheCodeOfTheFirstFault)
@@ -254,7 +257,7 @@ TEST(ReadingWithReasons, GivesTheCodeOfTheFirstFault)
     Scripted message([&](JsonReader& json) { json.required("a", number); });
     const auto codeFor = [&](const char* text) {
         unsigned char error = 77;
-        const bool success = readText(message, contractOf<Scripted>(), text, error);
+        const bool success = readText(message, contractOf<Scripted>().read, text, error);
         EXPECT_EQ(success, error == 77);
         return error;
     };

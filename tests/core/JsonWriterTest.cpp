@@ -7,7 +7,6 @@
 #include "core/RandomJson.h"
 #include "core/TestMessages.h"
 #include "messages/core/JsonWriter.h"
-#include "messages/services/Services.h"
 #include "orvu/Services.h"
 #include "support/Children.h"
 #include "support/Messages.h"

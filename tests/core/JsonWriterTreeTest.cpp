@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/RandomJson.h"
-#include "messages/core/JsonWriter.h"
+#include "messages/core/JsonPrinter.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
@@ -15,7 +15,7 @@ namespace {
 
 std::string writtenTree(const cJSON& tree, PrintStyle style)
 {
-    JsonWriter json(style);
+    JsonPrinter json(style);
     json.tree(tree);
     return taken(json.take());
 }

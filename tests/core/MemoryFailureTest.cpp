@@ -198,10 +198,10 @@ TEST(WithoutMemory, AHeaderIsRemovedOrTheTextIsGone)
 
 TEST(WithoutMemory, TheFactoryMakesNothing)
 {
-    for (unsigned type = 0; type < 97; ++type) {
-        const bool makes = std::unique_ptr<Serializable>(Serializable::factory(static_cast<DataType>(type))) != nullptr;
+    for (const DataType type : allTypes()) {
+        const bool makes = std::unique_ptr<Serializable>(Serializable::factory(type)) != nullptr;
         withMemoryRefused(
-            [&] { return std::unique_ptr<Serializable>(Serializable::factory(static_cast<DataType>(type))); },
+            [&] { return std::unique_ptr<Serializable>(Serializable::factory(type)); },
             [&](const auto& message, bool refused) { EXPECT_EQ(message != nullptr, makes && !refused) << type; });
     }
 }

@@ -2,16 +2,15 @@
 
 #include <utility>
 
-#include "messages/services/Services.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
 
 namespace OrvuTests {
 
-Scripted::Scripted() : Serializable(DataTypeProperty) {}
-Scripted::Scripted(Writes writes) : Serializable(DataTypeProperty), writes(std::move(writes)) {}
-Scripted::Scripted(Reads reads) : Serializable(DataTypeProperty), reads(std::move(reads)) {}
+Scripted::Scripted() : Serializable(kDataType) {}
+Scripted::Scripted(Writes writes) : Serializable(kDataType), writes(std::move(writes)) {}
+Scripted::Scripted(Reads reads) : Serializable(kDataType), reads(std::move(reads)) {}
 Scripted::~Scripted() = default;
 
 void write(JsonWriter& json, Scripted& message)
@@ -23,8 +22,6 @@ void read(JsonReader& json, Scripted& message)
 {
     if (message.reads) message.reads(json);
 }
-
-ENTRY_POINTS(Scripted, Formatted)
 
 Holder::Holder() : Serializable(DataTypeNodeProperties) {}
 Holder::Holder(Service* child) : Serializable(DataTypeNodeProperties), child(child) {}
@@ -45,8 +42,6 @@ void read(JsonReader& json, Holder& holder)
     json.optional("child", holder.child);
 }
 
-ENTRY_POINTS(Holder, Compact)
-
 Chain::Chain() : Serializable(DataTypePersistent) {}
 Chain::~Chain() = default;
 
@@ -57,12 +52,37 @@ void write(JsonWriter& json, Chain& chain)
 
 void read(JsonReader&, Chain&) {}
 
-ENTRY_POINTS(Chain, Compact)
+}  // namespace OrvuTests
+
+namespace Orvu {
+
+CONTRACT(OrvuTests::Scripted, Formatted)
+CONTRACT(OrvuTests::Holder, Compact)
+CONTRACT(OrvuTests::Chain, Compact)
+
+}  // namespace Orvu
+
+namespace OrvuTests {
+
+ENTRY_POINTS(Scripted)
+ENTRY_POINTS(Holder)
+ENTRY_POINTS(Chain)
+
+int faultOf(const std::string& text, const Scripted::Reads& reads, Place place)
+{
+    const Tree tree = treeOf(text);
+    const JsonValue value(*tree);
+    JsonReader json(place == Place::Nested ? value.nested() : value);
+    reads(json);
+    return json.error();
+}
 
 std::string written(PrintStyle style, Scripted::Writes writes)
 {
     Scripted message(std::move(writes));
-    return taken(writeText(message, contractOf<Scripted>(), style));
+    Contract contract = contractOf<Scripted>();
+    contract.style = style;
+    return taken(writeText(message, contract));
 }
 
 }  // namespace OrvuTests

@@ -11,6 +11,8 @@ namespace OrvuTests {
 /// A message whose contract the test gives. Wire name "property".
 class Scripted : public Orvu::Serializable {
 public:
+    static constexpr Orvu::DataType kDataType = Orvu::DataTypeProperty;
+
     using Writes = std::function<void(Orvu::JsonWriter&)>;
     using Reads = std::function<void(Orvu::JsonReader&)>;
 
@@ -26,9 +28,6 @@ public:
     Writes writes;
     Reads reads;
 };
-
-void write(Orvu::JsonWriter& json, Scripted& message);
-void read(Orvu::JsonReader& json, Scripted& message);
 
 /// A message that holds another by a pointer: {"before": 1, "child": {...}, "behind": 2}. Wire name "nodeProperties".
 class Holder : public Orvu::Serializable {
@@ -46,9 +45,6 @@ public:
     using Serializable::deserialize;
 };
 
-void write(Orvu::JsonWriter& json, Holder& holder);
-void read(Orvu::JsonReader& json, Holder& holder);
-
 /// A message whose one child is of its own class: {"child": {"child": ...}}. Wire name "persistent".
 class Chain : public Orvu::Serializable {
 public:
@@ -62,10 +58,23 @@ public:
     using Serializable::deserialize;
 };
 
-void write(Orvu::JsonWriter& json, Chain& chain);
-void read(Orvu::JsonReader& json, Chain& chain);
+/// Whether a value is a text of its own, or nested in one.
+enum class Place { OwnText, Nested };
+
+/// The code of the first fault when a contract reads a text; kNoFault without one.
+int faultOf(const std::string& text, const Scripted::Reads& reads, Place place = Place::OwnText);
+constexpr int kNoFault = 0;
+constexpr int kMissing = static_cast<int>(Orvu::Fault::Missing);
+constexpr int kWrongKind = static_cast<int>(Orvu::Fault::WrongKind);
 
 /// What a contract writes, in the given style; "(null)" when nothing can be written.
 std::string written(Orvu::PrintStyle style, Scripted::Writes writes);
 
 }  // namespace OrvuTests
+
+namespace Orvu {
+
+template <>
+const Contract& contractOf<OrvuTests::Scripted>();
+
+}  // namespace Orvu

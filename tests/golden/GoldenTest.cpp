@@ -25,9 +25,9 @@ void PrintTo(const GoldenText& golden, std::ostream* out)
 std::vector<GoldenText> goldenTexts()
 {
     std::vector<GoldenText> texts;
-    for (const Sample& sample : samples()) {
-        texts.push_back({sample.name + ".default", [&sample] { return textOf(*sample.empty()); }});
-        texts.push_back({sample.name + ".filled", [&sample] { return textOf(*sample.filled()); }});
+    for (const Sample& sample : writtenSamples()) {
+        texts.push_back({sample.name + ".default", [sample] { return textOf(*sample.empty()); }});
+        texts.push_back({sample.name + ".filled", [sample] { return textOf(*sample.filled()); }});
     }
     for (const SecondText& second : secondTexts()) {
         texts.push_back({second.name + ".default", second.empty});

@@ -46,7 +46,7 @@ void addRequired(cJSON* names, const Sample& sample, const std::string& text, co
 void writeTo(std::FILE* file)
 {
     cJSON* const all = cJSON_CreateObject();
-    for (const Sample& sample : samples()) {
+    for (const Sample& sample : writtenSamples()) {
         addRequired(cJSON_AddArrayToObject(all, sample.name.c_str()), sample, textOf(*sample.filled()), "");
     }
     char* const text = cJSON_Print(all);

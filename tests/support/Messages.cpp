@@ -37,4 +37,12 @@ char* mallocText(const std::string& text)
     return copy;
 }
 
+std::vector<Orvu::DataType> allTypes()
+{
+    std::vector<Orvu::DataType> types;
+    while (*Orvu::Serializable::dataTypeString(static_cast<Orvu::DataType>(types.size())) != '\0')
+        types.push_back(static_cast<Orvu::DataType>(types.size()));
+    return types;
+}
+
 }  // namespace OrvuTests

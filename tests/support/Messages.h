@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <cjson/cJSON.h>
 
@@ -24,6 +25,9 @@ using Tree = std::unique_ptr<cJSON, DeleteTree>;
 
 /// The tree of `text`. Throws std::invalid_argument when it is no JSON.
 Tree treeOf(const std::string& text);
+
+/// Every type of the catalogue.
+std::vector<Orvu::DataType> allTypes();
 
 /// A copy of `text` that `malloc` made, for functions that take such a text or are to return one.
 char* mallocText(const std::string& text);

@@ -123,6 +123,11 @@ void fill(PersistProperty& persist)
     fill(persist.property);
 }
 
+void fill(PersistentVariableValue& variable)
+{
+    variable.value = "42";
+}
+
 void fill(File& file)
 {
     file.name = "main.ncl";

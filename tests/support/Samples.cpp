@@ -1,7 +1,11 @@
 #include "support/Samples.h"
 
+#include <algorithm>
+#include <iterator>
 #include <regex>
+#include <type_traits>
 
+#include "messages/core/NewMessage.h"
 #include "support/Messages.h"
 #include "support/SampleFields.h"
 #include "support/WrittenTexts.h"
@@ -14,19 +18,20 @@ namespace {
 
 using Made = std::unique_ptr<Serializable>;
 
-template <class Message, class... Arguments>
-Sample sample(const std::string& name, Arguments... arguments)
-{
-    return {name, [=]() -> Made { return std::make_unique<Message>(arguments...); },
-            [=]() -> Made { return Made(filled<Message>(arguments...)); }};
-}
+/// A class without fields says nothing but its type.
+template <class Message>
+constexpr bool hasFields = sizeof(Message) > sizeof(SuccessResponse);
 
-/// A result has nothing to fill in.
-template <class Result>
-Sample result(const std::string& name)
+template <class Message>
+Sample sample(const std::string& name, DataType type)
 {
-    const auto make = []() -> Made { return std::make_unique<Result>(); };
-    return {name, make, make};
+    return {name, [type]() -> Made { return Made(newMessage<Message>(type)); },
+            [type]() -> Made {
+                std::unique_ptr<Message> message(newMessage<Message>(type));
+                if constexpr (hasFields<Message>) fill(*message);
+                return message;
+            },
+            !std::is_same_v<Message, PersistentVariableValue>};
 }
 
 template <class Message, class... Arguments>
@@ -48,104 +53,20 @@ SecondText second(const std::string& name, char* (Message::*text)(Arguments...),
 const std::vector<Sample>& samples()
 {
     static const std::vector<Sample> kSamples = {
-        result<UnknowRequest>("unknown"),
-        result<EmptyData>("emptyData"),
-        result<IllegalArgument>("illegalArgument"),
-        result<PlatformUnavailable>("platformUnavailable"),
-        result<FormatNotSupported>("formatNotSupported"),
-        result<ActionNotSupported>("actionNotSupported"),
-        result<ParameterNotSupported>("parameterNotSupported"),
-        result<SuccessResponse>("success"),
-        sample<Service>("currentService"),
-        sample<ServiceList>("serviceList"),
-        sample<ServiceSelection>("serviceSelection"),
-        result<EmptyChannelListError>("emptyChannelList"),
-        result<ServiceNotFoundError>("serviceNotFound"),
-        result<ResourceNotFound>("resourceNotFound"),
-        result<ResourceUnavailable>("resourceUnavailable"),
-        result<NoSignalError>("noSignal"),
-        result<TableNotFound>("tableNotFound"),
-        result<CannotConnectToServer>("cannotConnectToServer"),
-        sample<Bounds>("bounds"),
-        sample<Position>("pos"),
-        sample<ServiceComponent>("serviceComponent"),
-        sample<ServiceComponentList>("components"),
-        sample<ServiceComponentTag>("serviceComponentTag"),
-        sample<ServiceCompTagAction>("serviceCompTagAction"),
-        sample<ServiceTime>("serviceTime"),
-        sample<PairMobileAppScreen>("pairMobileAppScreen"),
-        sample<ConfirmationScreen>("confirmationScreen", ""),
-        sample<QrCodeScreen>("qrCodeScreen", "", ""),
-        sample<PinScreen>("pinScreen", "", ""),
-        sample<BinaryData>("binaryNIT", DataTypeBinaryNIT),
-        sample<BinaryData>("binarySDT", DataTypeBinarySDT),
-        sample<BinaryData>("binaryPAT", DataTypeBinaryPAT),
-        sample<BinaryData>("binaryBAT", DataTypeBinaryBAT),
-        sample<BinaryData>("binaryPMT", DataTypeBinaryPMT),
-        sample<BinaryData>("binaryEPG", DataTypeBinaryEPG),
-        sample<RestGingaApp>("gingaApp"),
-        sample<GingaAppList>("gingaAppList"),
-        sample<GingaAppAction>("gingaAppAction"),
-        sample<DisplayLayer>("displayLayers"),
-        sample<NetworkInterface>("networkInterfaces"),
-        sample<PlatformCapabilities>("platformCapabilities"),
-        sample<DrmSystem>("drmSystem"),
-        sample<DrmSystemList>("drms"),
-        sample<Codecs>("codecsSupported"),
-        sample<MediaPlayer>("player"),
-        sample<MediaPlayerList>("players"),
-        sample<MediaPlayerAction>("playerAction"),
-        sample<Property>("property"),
-        sample<NodeProperties>("nodeProperties"),
-        sample<PersistentProperties>("persistent"),
-        sample<PersistProperty>("persistProperty"),
-        sample<File>("file"),
-        sample<Directory>("directory"),
-        sample<GingaFileList>("gingaFileList"),
-        sample<DsmccFileList>("dsmccFileList"),
-        result<EmptyResponse>("emptyResponse"),
-        sample<StreamEventRequest>("streamEventRequest"),
-        sample<StreamEventDispose>("streamEventDispose"),
-        sample<NCLEvent>("nclEvent"),
-        sample<NCLDocument>("NCLDocument"),
-        sample<NCLNode>("nclNode"),
-        sample<NCLNodeList>("nclNodeList"),
-        sample<NCLNodeAction>("nclNodeAction"),
-        sample<GingaKeyset>("keyset"),
-        sample<GingaEditCommand>("gingaEditCommand"),
-        sample<TargetAppFilter>("targetAppFilter"),
-        sample<TargetApp>("targetApp"),
-        sample<TargetAppList>("targetApps"),
-        sample<TargetAppAction>("targetAppAction"),
-        sample<TargetAppPerformAction>("targetAppPerformAction"),
-        sample<DeepLink>("deepLink"),
-        sample<EventInfo>("eventInfo"),
-        sample<EventInfoList>("eventInfoList"),
-        sample<ContentDescriptor>("contentDescription"),
-        sample<LinkageDescriptor>("linkageDescriptor"),
-        sample<HyperlinkDescriptor>("hyperlinkDescriptor"),
-        sample<SeriesDescriptor>("seriesDescriptor"),
-        sample<EventGroupDescriptor>("eventGroupDescriptor"),
-        sample<EventGroup>("eventGroup"),
-        sample<ComponentGroup>("componentGroup"),
-        sample<ComponentGroupDescriptor>("componentGroupDescriptor"),
-        sample<CAUnit>("cAUnit"),
-        sample<ServiceBindTokens>("serviceBindTokens"),
-        sample<ServiceBindTokensList>("serviceBindTokensList"),
-        sample<ServiceBoundTokenList>("ServiceBoundTokenList"),
-        sample<RevokeToken>("revokeToken"),
-        sample<ClientApplication>("clientApplication"),
-        sample<ClientApplicationList>("clientApplicationList"),
-        sample<BinaryDataMultipart>("binaryDataMultipart"),
-        sample<ScreenDescription>("screenDescription"),
-        sample<ScreenItem>("screenItem"),
-        result<MissingArgument>("missingArgument"),
-        result<TVServiceNotInUse>("tvServiceNotInUse"),
-        sample<StreamPidsRequest>("streamPidsRequest"),
-        sample<StreamPidsResponse>("streamPidsResponse"),
-        sample<RtkChangeComponentStatus>("rtkChangeComponentStatus"),
+#define ROW_AS(Type, Class, wireName, ...) sample<Class>(wireName, Type),
+#define ROW_WITHOUT_CLASS(...)
+#include "messages/core/Catalogue.def"
+        sample<NCLDocument>("NCLDocument", NCLDocument::kDataType),  // shares the type of NCLEvent
     };
     return kSamples;
+}
+
+std::vector<Sample> writtenSamples()
+{
+    std::vector<Sample> written;
+    std::copy_if(samples().begin(), samples().end(), std::back_inserter(written),
+                 [](const Sample& sample) { return sample.isWritten; });
+    return written;
 }
 
 const std::vector<SecondText>& secondTexts()

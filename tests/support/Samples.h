@@ -14,10 +14,14 @@ struct Sample {
     std::string name;  ///< The wire name of its type; the class's name where two classes share a type.
     std::function<std::unique_ptr<Orvu::Serializable>()> empty;
     std::function<std::unique_ptr<Orvu::Serializable>()> filled;
+    bool isWritten;  ///< Not for the value of a persistent variable, which is only ever received.
 };
 
-/// Every message class of the library, plausible for an ISDB-Tb receiver, in the order of the catalogue.
+/// Every message class of the catalogue, in its order, plausible for an ISDB-Tb receiver; then those that share a type.
 const std::vector<Sample>& samples();
+
+/// Those of them that have a text.
+std::vector<Sample> writtenSamples();
 
 /// A text that a message writes beside its own, such as the answer to a listing.
 struct SecondText {

@@ -9,11 +9,7 @@
 #include "JsonText.h"
 #include "Output.h"
 #include "Types.h"
-#include "orvu/Codecs.h"
-#include "orvu/EventDescriptors.h"
-#include "orvu/Position.h"
-#include "orvu/Properties.h"
-#include "orvu/Results.h"
+#include "orvu/Orvu.h"
 
 namespace OrvuTool {
 namespace {
@@ -46,19 +42,11 @@ std::unique_ptr<Serializable> make()
 }
 
 constexpr Maker kMadeByApplications[] = {
-    {Orvu::DataTypeEmptyData, make<Orvu::EmptyData>},
-    {Orvu::DataTypePos, make<Orvu::Position>},
-    {Orvu::DataTypeCodecsSupported, make<Orvu::Codecs>},
-    {Orvu::DataTypePersistentVariableValue, make<Orvu::PersistentVariableValue>},
-    {Orvu::DataTypeContentDescription, make<Orvu::ContentDescriptor>},
-    {Orvu::DataTypeLinkageDescriptor, make<Orvu::LinkageDescriptor>},
-    {Orvu::DataTypeHyperlinkDescriptor, make<Orvu::HyperlinkDescriptor>},
-    {Orvu::DataTypeSeriesDescriptor, make<Orvu::SeriesDescriptor>},
-    {Orvu::DataTypeEventGroupDescriptor, make<Orvu::EventGroupDescriptor>},
-    {Orvu::DataTypeEventGroup, make<Orvu::EventGroup>},
-    {Orvu::DataTypeComponentGroup, make<Orvu::ComponentGroup>},
-    {Orvu::DataTypeComponentGroupDescriptor, make<Orvu::ComponentGroupDescriptor>},
-    {Orvu::DataTypeCAUnit, make<Orvu::CAUnit>},
+#define MAKER_Made(...)
+#define MAKER_NeverMade(Class) {Orvu::Class::kDataType, make<Orvu::Class>},
+#define ROW_AS(Type, Class, wireName, mapping, making) MAKER_##making(Class)
+#define ROW_WITHOUT_CLASS(...)
+#include "messages/core/Catalogue.def"
 };
 
 /// Null when the library has no class for the type.

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "messages/core/Contract.h"
+#include "messages/core/JsonValue.h"
+
+namespace Orvu {
+
+/// \file
+/// The two roads of a child. One whose class is exactly that of the contract is written into its holder's text, and read from
+/// it, by the contract. One of a class that an application derived goes through its virtual functions and a text of its own.
+
+/// Whether the text that a child of an application's class gives is minified before it is parsed: comments may stand in it.
+enum class ChildText { AsIs, Minified };
+
+/// Writes the child as one value. False when it has no JSON text.
+bool writeChild(JsonWriter& json, Serializable& child, const Contract& contract, ChildText text);
+
+/// Reads the child from one value. False when it cannot be read.
+bool readChild(Serializable& child, const Contract& contract, JsonValue value);
+/// The same; a child of an application's class is read by its error-reporting reader.
+bool readChild(Serializable& child, const Contract& contract, JsonValue value, unsigned char& error);
+
+/// A list of children for the core, which does not know their class. Each has a function for what differs.
+class ListOfChildren {
+public:
+    template <class Message>
+    explicit ListOfChildren(std::vector<Message*>& children)
+        : contract(contractOf<Message>()),
+          children_(&children),
+          reserve_(reserveIn<Message>),
+          add_(addTo<Message>),
+          dropLast_(dropLastOf<Message>)
+    {}
+
+    const Contract& contract;
+
+    void reserve(std::size_t more) { reserve_(children_, more); }
+    Serializable& add() { return add_(children_); }
+    void dropLast() { dropLast_(children_); }
+
+private:
+    template <class Message>
+    static std::vector<Message*>& list(void* children)
+    {
+        return *static_cast<std::vector<Message*>*>(children);
+    }
+    template <class Message>
+    static void reserveIn(void* children, std::size_t more)
+    {
+        list<Message>(children).reserve(list<Message>(children).size() + more);
+    }
+    template <class Message>
+    static Serializable& addTo(void* children)
+    {
+        auto child = std::make_unique<Message>();
+        list<Message>(children).push_back(child.get());
+        return *child.release();
+    }
+    template <class Message>
+    static void dropLastOf(void* children)
+    {
+        delete list<Message>(children).back();
+        list<Message>(children).pop_back();
+    }
+
+    void* const children_;
+    void (*const reserve_)(void*, std::size_t);
+    Serializable& (*const add_)(void*);
+    void (*const dropLast_)(void*);
+};
+
+enum class Unreadable { Dropped, Kept };
+
+/// Appends a child for each item of an array.
+void readChildren(JsonValue array, ListOfChildren children, Unreadable unreadable);
+
+}  // namespace Orvu
