@@ -5,7 +5,8 @@ namespace Orvu {
 bool readWord(JsonValue value, const WordTable& words, int& field)
 {
     if (!value.isText()) return false;
-    field = words.value(value.text());
+    std::string room;
+    field = words.value(value.text(room));
     return true;
 }
 

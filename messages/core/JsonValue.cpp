@@ -9,6 +9,11 @@
 namespace Orvu {
 namespace {
 
+bool isOfKind(const cJSON* item, int kinds)
+{
+    return item && (item->type & kinds) != 0;
+}
+
 bool isNamed(const cJSON& item, const char* key)
 {
     constexpr int kLetterCase = 'a' ^ 'A';
@@ -30,27 +35,27 @@ JsonTree reprinted(const cJSON& number)
 
 bool JsonValue::isText() const
 {
-    return cJSON_IsString(item_);
+    return isOfKind(item_, cJSON_String);
 }
 
 bool JsonValue::isNumber() const
 {
-    return cJSON_IsNumber(item_);
+    return isOfKind(item_, cJSON_Number);
 }
 
 bool JsonValue::isBoolean() const
 {
-    return cJSON_IsBool(item_);
+    return isOfKind(item_, cJSON_True | cJSON_False);
 }
 
 bool JsonValue::isObject() const
 {
-    return cJSON_IsObject(item_);
+    return isOfKind(item_, cJSON_Object);
 }
 
 bool JsonValue::isArray() const
 {
-    return cJSON_IsArray(item_);
+    return isOfKind(item_, cJSON_Array);
 }
 
 std::string JsonValue::text() const
@@ -58,13 +63,21 @@ std::string JsonValue::text() const
     return isText() ? item_->valuestring : std::string();
 }
 
+std::string_view JsonValue::text(std::string&) const
+{
+    return isText() ? item_->valuestring : std::string_view();
+}
+
 bool JsonValue::integer(int& value) const
 {
-    if (isBoolean()) {
-        value = cJSON_IsTrue(item_);
-        return true;
-    }
-    if (!isNumber()) return false;
+    if (isNumber()) return integerOf(value);
+    if (!isBoolean()) return false;
+    value = isOfKind(item_, cJSON_True);
+    return true;
+}
+
+bool JsonValue::integerOf(int& value) const
+{
     if (!nested_ || item_->valuedouble == item_->valueint) {
         value = item_->valueint;
         return true;

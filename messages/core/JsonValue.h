@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 struct cJSON;
 
@@ -27,6 +28,8 @@ public:
 
     /// A text, up to its first NUL; "" for a value of another kind.
     std::string text() const;
+    /// The same without a copy where none is needed; otherwise in `room`. Valid as long as both.
+    std::string_view text(std::string& room) const;
 
     /// A number, cut to an integer that saturates at the ends of 32 bits, or a boolean as 1 or 0. False, and `value` stays, for
     /// another kind, and for a number that prints as none.
@@ -50,6 +53,7 @@ private:
 
     JsonValue(const cJSON* item, bool nested) : item_(item), nested_(nested) {}
     JsonValue first() const;
+    bool integerOf(int& value) const;
 
     const cJSON* item_ = nullptr;
     bool nested_ = false;
