@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
 constexpr std::size_t kFirstStep = 64 * 1024;
+constexpr std::size_t kUncounted = 64 * 1024;
 
 }  // namespace
 
@@ -47,15 +48,16 @@ std::optional<std::uint32_t> FrameReader::readLength()
     return length;
 }
 
-FrameText FrameReader::readText(std::size_t size)
+std::optional<FrameText> FrameReader::readText(std::size_t size)
 {
-    FrameText text;
+    FrameText text(room_);
     text.size_ = std::min(filled_ - kLengthSize, size);
-    text.reserve(text.size_);
+    text.reserve(text.size_);  // so little does not count
     std::memcpy(text.bytes_.get(), early_ + kLengthSize, text.size_);
     while (text.size_ < size) {
-        if (text.size_ >= text.reserved_) text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)));
-        // Last, the NUL's place as well: a peer's own NUL, left unread, would make closing reset the connection.
+        const bool isFull = text.size_ >= text.reserved_;
+        if (isFull && !text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)))) return std::nullopt;
+        // At the end, into the NUL's place as well: a peer's own NUL, left unread, would make closing reset the connection.
         const std::size_t nul = text.reserved_ == size ? 1 : 0;
         const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + nul);
         if (got <= 0) break;
@@ -66,13 +68,32 @@ FrameText FrameReader::readText(std::size_t size)
     return text;
 }
 
-void FrameText::reserve(std::size_t size)
+bool TextRoom::take(std::size_t bytes)
 {
+    std::size_t left = left_;
+    do {
+        if (left < bytes) return false;
+    } while (!left_.compare_exchange_weak(left, left - bytes));
+    return true;
+}
+
+bool TextShare::growTo(std::size_t size)
+{
+    if (!room_ || size <= kUncounted + taken_) return true;
+    if (!room_->take(size - kUncounted - taken_)) return false;
+    taken_ = size - kUncounted;
+    return true;
+}
+
+bool FrameText::reserve(std::size_t size)
+{
+    if (!share_.growTo(size)) return false;
     char* const bytes = static_cast<char*>(std::realloc(bytes_.get(), size + 1));
     if (!bytes) throw std::bad_alloc();
     static_cast<void>(bytes_.release());  // it was the old place
     bytes_.reset(bytes);
     reserved_ = size;
+    return true;
 }
 
 bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience)

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <sys/types.h>
+#include <utility>
 
 #include "messages/core/Json.h"
 #include "transport/Socket.h"
@@ -17,6 +19,38 @@ namespace Orvu {
 
 /// The longest text that is read: what is announced longer is refused.
 constexpr std::uint32_t kLongestText = 64u << 20;
+
+/// What the texts that are being received or read may take together. Any thread.
+class TextRoom {
+public:
+    explicit TextRoom(std::size_t bytes) : left_(bytes) {}
+
+    /// False when there is not so much left.
+    bool take(std::size_t bytes);
+    void giveBack(std::size_t bytes) { left_ += bytes; }
+
+private:
+    std::atomic<std::size_t> left_;
+};
+
+/// What one text takes of such room; given back with the text. The first 64 KiB do not count, so that short texts are received
+/// whatever others take.
+class TextShare {
+public:
+    explicit TextShare(TextRoom* room) : room_(room) {}  ///< Null: without a bound.
+    TextShare(TextShare&& other) noexcept : room_(other.room_), taken_(std::exchange(other.taken_, 0)) {}
+    ~TextShare()
+    {
+        if (taken_ > 0) room_->giveBack(taken_);
+    }
+
+    /// False, and nothing changes, when a text of `size` bytes does not fit beside the others.
+    bool growTo(std::size_t size);
+
+private:
+    TextRoom* room_;
+    std::size_t taken_ = 0;
+};
 
 /// Where bytes come from.
 class ByteSource {
@@ -45,7 +79,7 @@ private:
     const int flags_;
 };
 
-/// The text of a frame, with a NUL behind it. Grows without being cleared or, as far as the system can, copied.
+/// The text of a frame, with a NUL after it. Grows without being cleared or, as far as the system can, copied.
 class FrameText {
 public:
     const char* c_str() const { return bytes_ ? bytes_.get() : ""; }
@@ -55,28 +89,33 @@ public:
 private:
     friend class FrameReader;
 
-    /// Makes room for `size` bytes and the NUL. Throws std::bad_alloc.
-    void reserve(std::size_t size);
+    explicit FrameText(TextRoom* room) : share_(room) {}
+
+    /// Makes room for `size` bytes and the NUL; false when they do not fit beside other texts. Throws std::bad_alloc.
+    bool reserve(std::size_t size);
 
     std::unique_ptr<char, FreeText> bytes_;
     std::size_t size_ = 0;
     std::size_t reserved_ = 0;
+    TextShare share_;
 };
 
 /// Reads one frame: first the length, then the text.
 class FrameReader {
 public:
-    explicit FrameReader(ByteSource& source) : source_(source) {}
+    /// `room`: where the text is to fit beside others; null for a text that is bounded by itself alone.
+    explicit FrameReader(ByteSource& source, TextRoom* room = nullptr) : source_(source), room_(room) {}
 
     /// The announced length, the NUL counted. None when the source ends before its four bytes are there.
     std::optional<std::uint32_t> readLength();
 
-    /// The text of `size` bytes; less when the source ends before. Memory follows what arrives, not what was announced.
-    /// Throws std::bad_alloc.
-    FrameText readText(std::size_t size);
+    /// The text of `size` bytes; less when the source ends before, none when there is no room for it. Memory follows what
+    /// arrives, not what was announced. Throws std::bad_alloc.
+    std::optional<FrameText> readText(std::size_t size);
 
 private:
     ByteSource& source_;
+    TextRoom* const room_;
     std::size_t filled_ = 0;
     char early_[2048];  // the length and what came along with it: short frames need one read
 };

@@ -43,6 +43,7 @@ Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight)
     if (!inFlight->enter(socket.fd())) return;
     socket_ = std::move(socket);
     inFlight_ = std::move(inFlight);
+    wantedIn_ = inFlight_;
 }
 
 Connection::~Connection()
@@ -53,7 +54,7 @@ Connection::~Connection()
 bool Connection::leave()
 {
     const std::shared_ptr<InFlight> inFlight = std::move(inFlight_);
-    return inFlight && inFlight->leave(socket_.fd());
+    return inFlight ? inFlight->leave(socket_.fd()) : isWanted();
 }
 
 void Connection::close()

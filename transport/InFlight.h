@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -17,6 +18,8 @@ public:
     /// Removes a socket; before it is closed, or its number could name another one by then. False once wakeAll() was
     /// called: what the exchange has come to is no longer wanted.
     bool leave(int fd);
+    /// False once wakeAll() was called.
+    bool isOpen() const { return !closing_; }
     /// Shuts every socket down, which wakes those who wait on it, and lets no other in from now on.
     void wakeAll();
     /// Waits until every socket has left.
@@ -26,7 +29,7 @@ private:
     std::mutex mutex_;
     std::condition_variable emptied_;
     std::vector<int> sockets_;
-    bool closing_ = false;
+    std::atomic<bool> closing_{false};
 };
 
 /// A socket that is in flight while it lives: it enters when made, and leaves before it is closed.
@@ -41,8 +44,10 @@ public:
 
     explicit operator bool() const { return static_cast<bool>(socket_); }
     int fd() const { return socket_.fd(); }
-    /// Leaves early; the socket stays. False when the exchange is no longer wanted. Once.
+    /// Leaves early; the socket stays. False when the exchange is no longer wanted.
     bool leave();
+    /// Whether the exchange is still wanted, also after leaving.
+    bool isWanted() const { return wantedIn_ && wantedIn_->isOpen(); }
     /// Gives the descriptor away, after leaving.
     int release() { return socket_.release(); }
     /// Leaves and closes.
@@ -51,6 +56,7 @@ public:
 private:
     Socket socket_;
     std::shared_ptr<InFlight> inFlight_;  // null when it has left
+    std::shared_ptr<InFlight> wantedIn_;  // the same, also after leaving
 };
 
 }  // namespace Orvu

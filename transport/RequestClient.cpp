@@ -97,10 +97,10 @@ std::optional<FrameText> readResponse(int fd, int timeoutSeconds)
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
         return std::nullopt;
     }
-    FrameText text = frame.readText(size);
-    if (text.empty()) {
+    std::optional<FrameText> text = frame.readText(size);
+    if (!text || text->empty()) {
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR response data is empty!");
-    } else if (text.size() < size) {
+    } else if (text->size() < size) {
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR response data is cut short!");
     } else {
         return text;

@@ -14,6 +14,8 @@ namespace {
 constexpr Seconds kPatience{5};
 constexpr Seconds kInAll{30};
 
+TextRoom roomForRequests(128u << 20);  // what all requests may take that are being received or read
+
 /// A type of the catalogue that the header mapping leaves out has no message either: the factory is to say so, instead of
 /// making an UnknowRequest of it.
 DataType requestedType(const cJSON* tree)
@@ -43,7 +45,8 @@ void RequestWorker::run()
 void RequestWorker::serve()
 {
     std::optional<FrameText> text = readRequest();
-    if (!text) return;
+    connection_.leave();
+    if (!text || !isWanted()) return;
     if (text->empty()) {
         OrvuRestInterface::log("OrvuRestServerSocket::workerThread: Server received empty request data");
         return answer(EmptyData());
@@ -58,7 +61,7 @@ void RequestWorker::serve()
 std::optional<FrameText> RequestWorker::readRequest()
 {
     SocketSource source(connection_.fd(), kPatience, after(kInAll));
-    FrameReader frame(source);
+    FrameReader frame(source, &roomForRequests);
     const std::optional<std::uint32_t> length = frame.readLength();
     if (!length) {
         OrvuRestInterface::log("OrvuRestServerSocket::workerThread: No data will be read. Skipping...(%d)", number_);
@@ -74,7 +77,14 @@ std::optional<FrameText> RequestWorker::readRequest()
             number_);
         return std::nullopt;
     }
-    return frame.readText(*length - 1);
+    std::optional<FrameText> text = frame.readText(*length - 1);
+    if (!text) {
+        OrvuRestInterface::log(
+            "OrvuRestServerSocket::workerThread: ERROR no room for a request of %u bytes beside others. "
+            "Skipping...(%d)",
+            *length, number_);
+    }
+    return text;
 }
 
 /// The message that `text` holds; null when there is none for the application. A text that its class cannot read is answered.
@@ -95,7 +105,7 @@ std::unique_ptr<Serializable> RequestWorker::messageOf(const FrameText& text)
 void RequestWorker::handOver(std::unique_ptr<Serializable> message)
 {
     const RequestCallback callback = registeredCallback();
-    if (!leave()) return;
+    if (!isWanted()) return;
     auto request = std::make_unique<OrvuRestRequest>(connection_.fd(), message.get());
     connection_.release();
     message.release();
@@ -104,15 +114,15 @@ void RequestWorker::handOver(std::unique_ptr<Serializable> message)
 
 void RequestWorker::answer(Serializable&& response)
 {
-    if (!leave()) return;
+    if (!isWanted()) return;
     OrvuRestRequest request(connection_.release(), nullptr);
     request.sendResponse(&response);
 }
 
-/// False when the server is being destroyed: nobody wants the request any more.
-bool RequestWorker::leave()
+/// False when the server is being destroyed, or is gone: nobody wants the request any more.
+bool RequestWorker::isWanted()
 {
-    if (connection_.leave()) return true;
+    if (connection_.isWanted()) return true;
     OrvuRestInterface::log("OrvuRestServerSocket::workerThread: ERROR request dropped, the server goes away. (%d)",
                            number_);
     return false;

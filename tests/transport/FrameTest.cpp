@@ -43,7 +43,7 @@ private:
 
 std::string readText(FrameReader& frame, std::size_t size)
 {
-    const FrameText text = frame.readText(size);
+    const FrameText text = frame.readText(size).value();
     EXPECT_EQ(text.c_str()[text.size()], '\0');
     return std::string(text.c_str(), text.size());
 }
