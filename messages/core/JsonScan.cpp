@@ -1,5 +1,7 @@
 #include "messages/core/JsonScan.h"
 
+#include <cstring>
+
 namespace Orvu {
 namespace {
 
@@ -48,7 +50,31 @@ Escape unicodeAt(const char* at, const char* end)
     return {2 * kUnicodeSize, 0x10000 + ((code & 0x3FF) << 10 | (low & 0x3FF))};
 }
 
+/// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
+/// endian word may be marked, too.
+std::size_t bytesEqualTo(std::size_t word, char byte)
+{
+    constexpr std::size_t kOnes = ~std::size_t{0} / 255;
+    const std::size_t zeros = word ^ (kOnes * static_cast<unsigned char>(byte));
+    return (zeros - kOnes) & ~zeros & (kOnes << 7);
+}
+
 }  // namespace
+
+const char* plainEnd(const char* at, const char* end)
+{
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    std::size_t word;
+    for (; static_cast<std::size_t>(end - at) >= sizeof word; at += sizeof word) {
+        std::memcpy(&word, at, sizeof word);
+        const std::size_t marks = bytesEqualTo(word, '"') | bytesEqualTo(word, '\\');
+        if (marks != 0) return at + __builtin_ctzll(marks) / 8;
+    }
+#endif
+    while (at != end && *at != '"' && *at != '\\')
+        ++at;
+    return at;
+}
 
 const char* closingQuote(const char* at, const char* end)
 {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace Orvu {
 
@@ -42,30 +41,8 @@ inline const char* afterNumberCharacters(const char* at)
     return at;
 }
 
-/// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
-/// endian word may be marked, too.
-inline std::size_t bytesEqualTo(std::size_t word, char byte)
-{
-    constexpr std::size_t kOnes = ~std::size_t{0} / 255;
-    const std::size_t zeros = word ^ (kOnes * static_cast<unsigned char>(byte));
-    return (zeros - kOnes) & ~zeros & (kOnes << 7);
-}
-
 /// The first quote or backslash, or `end`.
-inline const char* plainEnd(const char* at, const char* end)
-{
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    std::size_t word;
-    for (; static_cast<std::size_t>(end - at) >= sizeof word; at += sizeof word) {
-        std::memcpy(&word, at, sizeof word);
-        const std::size_t marks = bytesEqualTo(word, '"') | bytesEqualTo(word, '\\');
-        if (marks != 0) return at + __builtin_ctzll(marks) / 8;
-    }
-#endif
-    while (at != end && *at != '"' && *at != '\\')
-        ++at;
-    return at;
-}
+const char* plainEnd(const char* at, const char* end);
 
 /// The quote that ends a string, `at` being in it: the first that no backslash covers. `end` without one.
 const char* closingQuote(const char* at, const char* end);
