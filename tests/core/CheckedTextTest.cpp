@@ -221,9 +221,9 @@ TEST(ACheckedText, HasSurrogatesInPairsOnly)
 {
     for (const char* string : {R"("\uD83D\uDE00")", R"("\uD800\uDC00")", R"("\udbff\udfff")", R"("\uD7FF\uE000")"})
         EXPECT_TRUE(isJsonInArray(string)) << string;
-    for (const char* string :
-         {R"("\uDC00")", R"("\uDFFF")", R"("\uD800")", R"("\uDBFFx")", R"("\uD800\u0041")", R"("\uD800\uD800")",
-          R"("\uD800\n\uDC00")", R"("\uD800\uDC0")", R"("\uD800\uDC0x")", R"("\uD800\")", R"("\u0000\uDC00")"})
+    for (const char* string : {R"("\uDC00")", R"("\uDFFF")", R"("\uD800")", R"("\uDBFFx")", R"("\uD800\u0041")",
+                               R"("\uD800\uD800")", R"("\uD800\nDC00")", R"("\uD800\n\uDC00")", R"("\uD800\uDC0")",
+                               R"("\uD800\uDC0x")", R"("\uD800\")", R"("\u0000\uDC00")"})
         EXPECT_FALSE(isJsonInArray(string)) << string;
 }
 
