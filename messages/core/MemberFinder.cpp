@@ -125,8 +125,8 @@ bool MemberFinder::isNamed(const Key& key, std::string_view name) const
 {
     const char* const text = key.at + 1;
     if (key.size != kOdd) return isSame(std::string_view(text, key.size), name);
-    // An escape takes up to six bytes for one of the name's: of a longer key no more is looked at.
-    const std::string_view most = upTo(6 * name.size() + 6, text, text_->end_);
+    // A byte of the name takes at most six of the key, and an escape twelve: of a longer key no more is looked at.
+    const std::string_view most = upTo(6 * name.size() + 12, text, text_->end_);
     return isSame(TextRuns(most.begin(), most.end()), name);
 }
 

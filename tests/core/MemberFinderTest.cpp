@@ -90,6 +90,13 @@ TEST(AMemberFinder, ComparesKeysAfterDecoding)
     EXPECT_EQ(found(R"({"a": 1, "b": 2})", {"a\": 1, \"b", "\\u0061"}), (Texts{"", ""}));
 }
 
+TEST(AMemberFinder, ComparesKeysOfEscapesOnly)
+{
+    const std::string json = R"({"\ud83d\ude00": 1, "a\ud83d\ude00": 2, "\u0061\u0062\u0063": 3, "\u20ac\u0000": 4})";
+    EXPECT_EQ(found(json, {"", "a", "ab", "abc", "abcd", "\xF0", "\u20ac", "a\U0001F600", "\U0001F600"}),
+              (Texts{"", "", "", "3", "", "", "4", "2", "1"}));
+}
+
 TEST(AMemberFinder, EndsKeysAtTheirFirstUnicodeZero)
 {
     EXPECT_EQ(found(R"({"a\u0000b": 1, "a\u12\"4b": 2, "\u123\\": 3, "ab": 4})", {"a", "", "ab"}),
