@@ -1,0 +1,255 @@
+#include "messages/core/CheckedText.h"
+
+#include <cstring>
+#include <new>
+
+#include "messages/core/CJsonBridge.h"
+#include "messages/core/JsonScan.h"
+#include "messages/core/JsonView.h"
+
+namespace Orvu {
+namespace {
+
+/// Behind the byte order mark and white space.
+const char* valueBegin(const char* text)
+{
+    constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
+    const bool isMarked = std::strncmp(text, kByteOrderMark, 3) == 0;
+    return afterWhite(isMarked ? text + 3 : text);
+}
+
+/// Behind the longest number that begins here; null when none does.
+const char* numberEnd(const char* at)
+{
+    const char* const whole = at + (*at == '-');
+    at = afterDigits(whole);
+    bool hasDigits = at != whole;
+    if (*at == '.') {
+        const char* const fraction = at + 1;
+        at = afterDigits(fraction);
+        hasDigits = hasDigits || at != fraction;
+    }
+    if (!hasDigits) return nullptr;
+    if (!isExponent(*at)) return at;
+    const char* const exponent = at + 1 + (at[1] == '+' || at[1] == '-');
+    const char* const end = afterDigits(exponent);
+    return end != exponent ? end : at;
+}
+
+}  // namespace
+
+CheckedText::CheckedText(const char* text)
+    : begin_(text ? text : ""),
+      end_(begin_ + std::strlen(begin_)),
+      index_(kMaxContainers + static_cast<std::uint32_t>(size() / JsonIndex::kLongText))
+{
+    try {
+        offset(end_) == size() ? check() : static_cast<void>(refuse(Refusal::TooLarge));
+    } catch (const std::bad_alloc&) {
+        refuse(Refusal::OutOfMemory);
+    }
+}
+
+JsonView CheckedText::value() const
+{
+    return refusal_ == Refusal::None ? JsonView(*this, root_, 0) : JsonView();
+}
+
+/// Goes from the beginning of each value to that of the next.
+void CheckedText::check()
+{
+    const char* at = valueBegin(begin_);
+    root_ = at;
+    while (at)
+        at = *at == '{' || *at == '[' ? enter(at) : next(scalar(at));
+}
+
+/// The value behind a finished one, out of everything that ends here. Null at the end of the text's value, and where
+/// the finished one was refused.
+const char* CheckedText::next(const char* at)
+{
+    while (at && closer_) {
+        at = afterWhite(at);
+        if (*at == ',') {
+            at = afterWhite(at + 1);
+            return closer_ == '}' ? key(at) : at;
+        }
+        at = *at == closer_ ? leave(at) : refuse(at);
+    }
+    return nullptr;
+}
+
+/// The first value of an object or array. Its entry keeps what is needed to leave it again.
+const char* CheckedText::enter(const char* at)
+{
+    if (depth_ == kMaxDepth) return refuse(at);
+    if (containers_ == kMaxContainers) return refuse(Refusal::TooLarge);
+    if (!index_.add({static_cast<unsigned char>(closer_), open_})) return refuse(Refusal::OutOfMemory);
+    open_ = index_.count() - 1;
+    ++containers_;
+    ++depth_;
+    closer_ = *at == '{' ? '}' : ']';
+    at = afterWhite(at + 1);
+    if (*at == closer_) return next(at);
+    return closer_ == '}' ? key(at) : at;
+}
+
+const char* CheckedText::leave(const char* at)
+{
+    JsonIndex::Entry& left = index_[open_];
+    closer_ = static_cast<char>(left.end);
+    open_ = left.next;
+    --depth_;
+    left = {offset(++at), index_.count()};
+    return at;
+}
+
+/// The value of a key.
+const char* CheckedText::key(const char* at)
+{
+    if (*at != '"') return refuse(at);
+    at = string(at);
+    if (!at) return nullptr;
+    at = afterWhite(at);
+    return *at == ':' ? afterWhite(at + 1) : refuse(at);
+}
+
+const char* CheckedText::scalar(const char* at)
+{
+    if (*at == '"') return string(at);
+    return isDigit(*at) || *at == '-' ? number(at) : word(at);
+}
+
+const char* CheckedText::word(const char* at)
+{
+    for (const char* word : {"true", "false", "null"}) {
+        const std::size_t size = std::strlen(word);
+        if (std::strncmp(at, word, size) == 0) return at + size;
+    }
+    return refuse(at);
+}
+
+const char* CheckedText::number(const char* at)
+{
+    const char* const digits = at + (*at == '-');
+    const char* const end = afterDigits(digits);
+    const bool isWhole = end != digits && *end != '.' && !isExponent(*end);
+    return isWhole && static_cast<std::size_t>(end - at) <= kSureNumberSize ? end : rareNumber(at);
+}
+
+const char* CheckedText::rareNumber(const char* at)
+{
+    const char* const end = numberEnd(at);
+    if (!end) return refuse(at);
+    auto size = static_cast<std::size_t>(end - at);
+    if (size > kSureNumberSize && !cJsonReadsLongNumbers()) size = kSureNumberSize;
+    if (std::memchr(at, '.', size) && !pointIsUsual()) size = numberSizeInCJson({at, size});
+    return size != 0 ? at + size : refuse(at);
+}
+
+const char* CheckedText::string(const char* at)
+{
+    const char* const begin = at++;
+    for (;;) {
+        at = plainEnd(at, end_);
+        if (*at == '"') return indexed(begin, at + 1);
+        const Escape escape = at != end_ ? escapeAt(at, end_) : Escape();
+        if (escape.size == 0) return refuse(at);
+        if (escape.character == 0) return oddString(begin);
+        at += escape.size;
+    }
+}
+
+/// A string with a U+0000 in it, whose escape may have taken a backslash that covers the byte behind it, even a quote.
+/// So its end is looked for first.
+const char* CheckedText::oddString(const char* begin)
+{
+    const char* const end = closingQuote(begin + 1, end_);
+    if (end == end_) return refuse(end);
+    for (const char* at = begin + 1; at < end; ++at) {
+        if (*at != '\\') continue;
+        const Escape escape = escapeAt(at, end);
+        if (escape.size == 0) return refuse(at);
+        at += escape.size - 1;
+    }
+    return indexed(begin, end + 1);
+}
+
+/// Behind a string, which gets an entry when it is long.
+const char* CheckedText::indexed(const char* begin, const char* end)
+{
+    const bool isLong = static_cast<std::size_t>(end - begin) > JsonIndex::kLongText + 2;
+    return !isLong || index_.add({offset(end), offset(begin)}) ? end : refuse(Refusal::OutOfMemory);
+}
+
+/// Behind the last byte of a value.
+const char* CheckedText::behind(const char* at, std::uint32_t& entry) const
+{
+    switch (*at) {
+        case '"':
+            return behindString(at, entry);
+        case '{':
+        case '[':
+            at = begin_ + index_[entry].end;
+            entry = index_[entry].next;
+            return at;
+        case 't':
+        case 'n':
+            return at + 4;
+        case 'f':
+            return at + 5;
+        default:
+            return afterNumberCharacters(at);
+    }
+}
+
+/// The same for a text or key. The entry is its own when it begins here; that of an object or array, which has another
+/// number there, does not end with a quote.
+const char* CheckedText::behindString(const char* at, std::uint32_t& entry) const
+{
+    if (entry < index_.count() && index_[entry].next == offset(at)) {
+        const char* const end = begin_ + index_[entry].end;
+        if (end[-1] == '"') {
+            ++entry;
+            return end;
+        }
+    }
+    return closingQuote(at + 1, end_) + 1;
+}
+
+/// The first item of an array, or the first key of an object; null when it is empty.
+const char* CheckedText::inside(const char* at, std::uint32_t& entry) const
+{
+    ++entry;
+    at = afterWhite(at + 1);
+    return *at != '}' && *at != ']' ? at : nullptr;
+}
+
+/// The item or key that follows a value in its array or object; null behind the last.
+const char* CheckedText::behindComma(const char* at, std::uint32_t& entry) const
+{
+    at = afterWhite(behind(at, entry));
+    return *at == ',' ? afterWhite(at + 1) : nullptr;
+}
+
+/// The value of a key.
+const char* CheckedText::behindColon(const char* at, std::uint32_t& entry) const
+{
+    return afterWhite(afterWhite(behindString(at, entry)) + 1);
+}
+
+/// Null, with which the check ends.
+const char* CheckedText::refuse(const char* at)
+{
+    refusedAt_ = static_cast<std::size_t>(at - begin_);
+    refusal_ = Refusal::NotJson;
+    return nullptr;
+}
+
+const char* CheckedText::refuse(Refusal why)
+{
+    refusal_ = why;
+    return nullptr;
+}
+
+}  // namespace Orvu

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "messages/core/JsonIndex.h"
+
+namespace Orvu {
+
+class JsonView;
+
+/// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
+/// be read where they are. The text must live, and not change, as long as this object and its views are in use.
+///
+/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text or key above
+/// 256 bytes.
+class CheckedText {
+public:
+    enum class Refusal : unsigned char { None, NotJson, TooLarge, OutOfMemory };
+
+    /// More objects and arrays are too many, as 4 GiB of text are too much.
+    static constexpr std::uint32_t kMaxContainers = 2097152;
+
+    /// `text` ends with a NUL; null is not JSON.
+    explicit CheckedText(const char* text);
+
+    explicit operator bool() const { return refusal_ == Refusal::None; }
+    Refusal refusal() const { return refusal_; }
+    /// Where the text stopped being JSON, in bytes from its beginning; 0 when something else was wrong or nothing.
+    std::size_t refusedAt() const { return refusedAt_; }
+
+    /// The value of the text; none when it was refused.
+    JsonView value() const;
+
+private:
+    friend class JsonItems;
+    friend class JsonView;
+    friend class MemberFinder;
+    friend class TextRuns;
+
+    void check();
+    const char* next(const char* at);
+    const char* enter(const char* at);
+    const char* leave(const char* at);
+    const char* key(const char* at);
+    const char* scalar(const char* at);
+    const char* word(const char* at);
+    const char* number(const char* at);
+    const char* rareNumber(const char* at);
+    const char* string(const char* at);
+    const char* oddString(const char* begin);
+    const char* indexed(const char* begin, const char* end);
+    const char* refuse(const char* at);
+    const char* refuse(Refusal why);
+
+    // Steps through a text that was accepted. `entry` is the first of the index that begins at `at` or later, and goes
+    // along.
+    const char* behind(const char* at, std::uint32_t& entry) const;
+    const char* behindString(const char* at, std::uint32_t& entry) const;
+    const char* inside(const char* at, std::uint32_t& entry) const;
+    const char* behindComma(const char* at, std::uint32_t& entry) const;
+    const char* behindColon(const char* at, std::uint32_t& entry) const;
+
+    std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
+    std::uint32_t offset(const char* at) const { return static_cast<std::uint32_t>(at - begin_); }
+
+    const char* const begin_;
+    const char* const end_;  // its NUL
+    JsonIndex index_;
+    const char* root_ = nullptr;    // the value
+    std::uint32_t containers_ = 0;  // objects and arrays so far
+    std::uint32_t open_ = 0;        // the entry of the innermost one that has not ended
+    int depth_ = 0;                 // how many have not
+    char closer_ = '\0';            // what ends the innermost; NUL outside of all
+    Refusal refusal_ = Refusal::None;
+    std::size_t refusedAt_ = 0;
+};
+
+}  // namespace Orvu

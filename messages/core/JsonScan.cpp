@@ -1,0 +1,113 @@
+#include "messages/core/JsonScan.h"
+
+#include <cstring>
+
+namespace Orvu {
+namespace {
+
+constexpr std::ptrdiff_t kUnicodeSize = 6;  // \u and four digits
+
+/// The value of a hexadecimal digit; above 15 for anything else.
+unsigned hexDigit(char c)
+{
+    if (isDigit(c)) return static_cast<unsigned>(c - '0');
+    const unsigned letter = static_cast<unsigned char>((c | 0x20) - 'a');
+    return letter < 6 ? letter + 10 : 16;
+}
+
+/// The code of four hexadecimal digits; 0 when one of them is none.
+std::uint32_t codeAt(const char* digits)
+{
+    std::uint32_t code = 0;
+    for (int i = 0; i < 4; ++i) {
+        const unsigned digit = hexDigit(digits[i]);
+        if (digit > 15) return 0;
+        code = code << 4 | digit;
+    }
+    return code;
+}
+
+bool isHighSurrogate(std::uint32_t code)
+{
+    return code >> 10 == 0xD800 >> 10;
+}
+
+bool isLowSurrogate(std::uint32_t code)
+{
+    return code >> 10 == 0xDC00 >> 10;
+}
+
+Escape unicodeAt(const char* at, const char* end)
+{
+    if (end - at < kUnicodeSize) return {};
+    const std::uint32_t code = codeAt(at + 2);
+    if (isLowSurrogate(code)) return {};
+    if (!isHighSurrogate(code)) return {kUnicodeSize, code};
+    const char* const second = at + kUnicodeSize;
+    if (end - second < kUnicodeSize || second[0] != '\\' || second[1] != 'u') return {};
+    const std::uint32_t low = codeAt(second + 2);
+    if (!isLowSurrogate(low)) return {};
+    return {2 * kUnicodeSize, 0x10000 + ((code & 0x3FF) << 10 | (low & 0x3FF))};
+}
+
+/// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
+/// endian word may be marked, too.
+std::size_t bytesEqualTo(std::size_t word, char byte)
+{
+    constexpr std::size_t kOnes = ~std::size_t{0} / 255;
+    const std::size_t zeros = word ^ (kOnes * static_cast<unsigned char>(byte));
+    return (zeros - kOnes) & ~zeros & (kOnes << 7);
+}
+
+}  // namespace
+
+const char* plainEnd(const char* at, const char* end)
+{
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    std::size_t word;
+    for (; static_cast<std::size_t>(end - at) >= sizeof word; at += sizeof word) {
+        std::memcpy(&word, at, sizeof word);
+        const std::size_t marks = bytesEqualTo(word, '"') | bytesEqualTo(word, '\\');
+        if (marks != 0) return at + __builtin_ctzll(marks) / 8;
+    }
+#endif
+    while (at != end && *at != '"' && *at != '\\')
+        ++at;
+    return at;
+}
+
+const char* closingQuote(const char* at, const char* end)
+{
+    for (;;) {
+        at = plainEnd(at, end);
+        if (*at == '"') return at;
+        if (end - at < 2) return end;
+        at += 2;
+    }
+}
+
+Escape escapeAt(const char* at, const char* end)
+{
+    switch (at[1]) {
+        case '"':
+        case '\\':
+        case '/':
+            return {2, static_cast<unsigned char>(at[1])};
+        case 'b':
+            return {2, '\b'};
+        case 'f':
+            return {2, '\f'};
+        case 'n':
+            return {2, '\n'};
+        case 'r':
+            return {2, '\r'};
+        case 't':
+            return {2, '\t'};
+        case 'u':
+            return unicodeAt(at, end);
+        default:
+            return {};
+    }
+}
+
+}  // namespace Orvu

@@ -1,0 +1,142 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "messages/core/CheckedText.h"
+
+namespace Orvu {
+
+class JsonItems;
+class JsonMembers;
+
+/// Whether a number stands in a text of its own or in a nested one. A message is defined on its own text, so a number
+/// in a nested one counts as its printed text would read.
+enum class NumberIn { OwnText, NestedText };
+
+/// A value as its place in a checked text: it owns nothing and costs nothing to copy. One that was made without a text
+/// is no value, of no kind.
+class JsonView {
+public:
+    JsonView() = default;
+
+    explicit operator bool() const { return text_ != nullptr; }
+    bool isText() const { return first() == '"'; }
+    bool isNumber() const;
+    bool isBoolean() const { return first() == 't' || first() == 'f'; }
+    bool isNull() const { return first() == 'n'; }
+    bool isObject() const { return first() == '{'; }
+    bool isArray() const { return first() == '['; }
+
+    /// The text, decoded, up to its first U+0000; "" for any other value.
+    std::string text() const;
+    /// The same, into a string that may have room already.
+    void copyTo(std::string& text) const;
+    /// Whether it is this text.
+    bool equals(std::string_view text) const;
+
+    /// The integer of a number, truncated and saturated at the ends of 32 bits, or of a boolean. False, and `value`
+    /// stays, for any other value and for a nested number that prints as null. Throws std::bad_alloc when out of
+    /// memory.
+    bool integer(NumberIn place, int& value) const;
+
+    /// The items of an array, or the values of an object's members; none for any other value.
+    JsonItems items() const;
+    /// The members of an object; none for any other value.
+    JsonMembers members() const;
+    /// The value right after this one in its array or object; none after the last.
+    JsonView next() const;
+
+    /// The JSON that this value is. A number at the top of a text may have some of the characters with it that follow.
+    std::string_view source() const;
+
+private:
+    friend class CheckedText;
+    friend class JsonItems;
+    friend class MemberFinder;
+    friend class TextRuns;
+
+    JsonView(const CheckedText& text, const char* at, std::uint32_t entry) : text_(&text), at_(at), entry_(entry) {}
+    char first() const { return text_ ? *at_ : '\0'; }
+
+    const CheckedText* text_ = nullptr;
+    const char* at_ = nullptr;
+    std::uint32_t entry_ = 0;  // the first of the text's index that begins here or later
+};
+
+/// A member of an object. The key is a text.
+struct JsonMember {
+    JsonView key;
+    JsonView value;
+};
+
+/// The items of an array, or the values of an object's members, in order.
+class JsonItems {
+public:
+    struct End {};
+    class Iterator {
+    public:
+        explicit Iterator(JsonView container);
+        JsonView operator*() const { return member_.value; }
+        Iterator& operator++();
+        bool operator!=(End) const { return static_cast<bool>(member_.value); }
+
+    protected:
+        void take(const CheckedText& text, const char* place, std::uint32_t entry);
+
+        bool isKeyed_;
+        JsonMember member_;
+    };
+
+    explicit JsonItems(JsonView value) : value_(value) {}
+    Iterator begin() const { return Iterator(value_); }
+    End end() const { return {}; }
+
+protected:
+    JsonView value_;
+};
+
+/// The members of an object, in order.
+class JsonMembers : JsonItems {
+public:
+    class Iterator : public JsonItems::Iterator {
+    public:
+        explicit Iterator(JsonItems::Iterator items) : JsonItems::Iterator(items) {}
+        const JsonMember& operator*() const { return member_; }
+    };
+
+    explicit JsonMembers(JsonView value) : JsonItems(value.isObject() ? value : JsonView()) {}
+    Iterator begin() const { return Iterator(JsonItems::begin()); }
+    using JsonItems::end;
+};
+
+inline JsonItems JsonView::items() const
+{
+    return JsonItems(*this);
+}
+
+inline JsonMembers JsonView::members() const
+{
+    return JsonMembers(*this);
+}
+
+/// The decoded bytes of a text up to its first U+0000, run by run: most of them are where they were, and none is
+/// gathered.
+class TextRuns {
+public:
+    /// Of any other value there are none.
+    explicit TextRuns(JsonView text);
+    /// Of a text, from `at` on; `end` is behind the whole JSON text.
+    TextRuns(const char* at, const char* end) : at_(at), end_(end) {}
+
+    /// The next of them, which lasts until the next call; empty at the end.
+    std::string_view next();
+
+private:
+    const char* at_ = nullptr;
+    const char* end_ = nullptr;
+    char decoded_[4];
+};
+
+}  // namespace Orvu

@@ -1,0 +1,167 @@
+#include "messages/core/MemberFinder.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "messages/core/JsonScan.h"
+
+namespace Orvu {
+namespace {
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+}
+
+bool isSame(char a, char b)
+{
+    return a == b || lower(a) == lower(b);
+}
+
+bool isSame(std::string_view a, std::string_view b)
+{
+    return a.size() == b.size() &&
+           (std::memcmp(a.data(), b.data(), a.size()) == 0 ||
+            std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return isSame(x, y); }));
+}
+
+/// A number below 256 that names have in common when they are the same, letter case ignored. Others may share it.
+unsigned sumOf(std::size_t size, char first, char last)
+{
+    return static_cast<unsigned>(size + 8 * (first & 0x1Fu) + 37 * (last & 0x1Fu)) & 0xFF;
+}
+
+unsigned sumOf(std::string_view name)
+{
+    return name.empty() ? 0 : sumOf(name.size(), name.front(), name.back());
+}
+
+unsigned sumOf(TextRuns name)
+{
+    std::string_view run = name.next();
+    if (run.empty()) return 0;
+    const char first = run.front();
+    char last = first;
+    std::size_t size = 0;
+    for (; !run.empty(); run = name.next()) {
+        size += run.size();
+        last = run.back();
+    }
+    return sumOf(size, first, last);
+}
+
+bool isSame(TextRuns text, std::string_view name)
+{
+    for (std::string_view run = text.next(); !run.empty(); run = text.next()) {
+        if (!isSame(run, name.substr(0, run.size()))) return false;
+        name.remove_prefix(run.size());
+    }
+    return name.empty();
+}
+
+/// The first `most` bytes from `at` on, or those that there are.
+std::string_view upTo(std::size_t most, const char* at, const char* end)
+{
+    return {at, std::min(most, static_cast<std::size_t>(end - at))};
+}
+
+}  // namespace
+
+MemberFinder::MemberFinder(JsonView object) : text_(object.text_)
+{
+    if (!object.isObject()) return;
+    std::uint32_t entry = object.entry_;
+    const char* const first = text_->inside(object.at_, entry);
+    next_ = key(first, entry);
+}
+
+JsonView MemberFinder::find(const char* key)
+{
+    const std::string_view name = key;
+    const unsigned sum = Orvu::sumOf(name);
+    const bool isNext = next_.at && isNamed(next_, name) && !passed_[sum];
+    return isNext ? pass(sum) : search(name, sum);
+}
+
+/// The same for a name that is not the next, or that may have been passed before.
+JsonView MemberFinder::search(std::string_view name, unsigned sum)
+{
+    JsonView found = passed_[sum] ? searchPassed(name, sum) : JsonView();
+    while (!found && next_.at) {
+        const bool isFound = isNamed(next_, name);
+        const JsonView passed = pass(sumOf(next_));
+        if (isFound) found = passed;
+    }
+    return found;
+}
+
+JsonView MemberFinder::searchPassed(std::string_view name, unsigned sum) const
+{
+    for (unsigned i = 0; i < count_; ++i) {
+        if (sums_[i] == sum && isNamed(kept_[i], name)) return value(kept_[i]);
+    }
+    for (Key other = unkept_; other.at && other.at != next_.at; other = behind(value(other))) {
+        if (isNamed(other, name)) return value(other);
+    }
+    return {};
+}
+
+/// Over the next member, whose value it returns.
+JsonView MemberFinder::pass(unsigned sum)
+{
+    passed_[sum] = true;
+    if (count_ < kKept) {
+        sums_[count_] = static_cast<std::uint8_t>(sum);
+        kept_[count_++] = next_;
+    } else if (!unkept_.at) {
+        unkept_ = next_;
+    }
+    const JsonView passed = value(next_);
+    next_ = behind(passed);
+    return passed;
+}
+
+bool MemberFinder::isNamed(const Key& key, std::string_view name) const
+{
+    const char* const text = key.at + 1;
+    if (key.size != kOdd) return isSame(std::string_view(text, key.size), name);
+    // A byte of the name takes at most six of the key, and an escape twelve: of a longer key no more is looked at.
+    const std::string_view most = upTo(6 * name.size() + 12, text, text_->end_);
+    return isSame(TextRuns(most.begin(), most.end()), name);
+}
+
+unsigned MemberFinder::sumOf(const Key& key) const
+{
+    const char* const text = key.at + 1;
+    if (key.size != kOdd) return Orvu::sumOf(std::string_view(text, key.size));
+    return Orvu::sumOf(TextRuns(text, text_->end_));
+}
+
+MemberFinder::Key MemberFinder::key(const char* at, std::uint32_t entry) const
+{
+    if (!at) return {};
+    const std::string_view most = upTo(JsonIndex::kLongText, at + 1, text_->end_);
+    const char* const end = plainEnd(most.begin(), most.end());
+    return {at, entry, *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd};
+}
+
+/// The key behind a member's value.
+MemberFinder::Key MemberFinder::behind(JsonView value) const
+{
+    std::uint32_t entry = value.entry_;
+    const char* const at = text_->behindComma(value.at_, entry);
+    return key(at, entry);
+}
+
+JsonView MemberFinder::value(const Key& key) const
+{
+    std::uint32_t entry = key.entry;
+    if (key.size == kOdd) {
+        const char* const at = text_->behindColon(key.at, entry);
+        return {*text_, at, entry};
+    }
+    const char* const colon = afterWhite(key.at + key.size + 2);
+    return {*text_, afterWhite(colon + 1), entry};
+}
+
+}  // namespace Orvu
