@@ -81,22 +81,43 @@ unsigned char* encodeAlloc(const unsigned char* bytes, unsigned int length)
     return text;
 }
 
+void Decoder::add(std::string_view piece)
+{
+    for (const char c : piece) {
+        const std::uint8_t value = valueOf(c);
+        hasEnded_ = hasEnded_ || value == kStranger;
+        if (hasEnded_) return;
+        bits_ = bits_ << 6 | value;
+        if (++inGroup_ < 4) continue;
+        put(bits_ >> 16);
+        put(bits_ >> 8);
+        put(bits_);
+        bits_ = inGroup_ = 0;
+    }
+}
+
+bool Decoder::finish()
+{
+    if (inGroup_ == 2) put(bits_ >> 4);
+    if (inGroup_ == 3) put(bits_ >> 10);
+    if (inGroup_ == 3) put(bits_ >> 2);
+    inGroup_ = 0;
+    return fits_;
+}
+
+void Decoder::put(std::uint32_t byte)
+{
+    fits_ = fits_ && to_ != end_;
+    if (fits_) *to_++ = static_cast<unsigned char>(byte);
+}
+
 std::string decode(const std::string& text)
 {
-    std::string bytes;
-    bytes.reserve(text.size() / 4 * 3 + 2);
-    std::uint32_t bits = 0;  // the characters of the group so far, six bits each
-    unsigned inGroup = 0;
-    for (const char c : text) {
-        const std::uint8_t value = valueOf(c);
-        if (value == kStranger) break;
-        bits = bits << 6 | value;
-        if (++inGroup < 4) continue;
-        bytes += {static_cast<char>(bits >> 16), static_cast<char>(bits >> 8), static_cast<char>(bits)};
-        bits = inGroup = 0;
-    }
-    if (inGroup == 2) bytes += static_cast<char>(bits >> 4);
-    if (inGroup == 3) bytes += {static_cast<char>(bits >> 10), static_cast<char>(bits >> 2)};
+    std::string bytes(text.size() / 4 * 3 + 2, '\0');
+    Decoder decoder(reinterpret_cast<unsigned char*>(bytes.data()), bytes.size());
+    decoder.add(text);
+    decoder.finish();
+    bytes.resize(decoder.size());
     return bytes;
 }
 

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "fuzz/Fuzz.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "orvu/Serializable.h"
 
 using namespace Orvu;

@@ -2,8 +2,7 @@
 #include <string>
 
 #include "fuzz/Fuzz.h"
-#include "messages/core/Json.h"
-#include "messages/core/JsonPrinter.h"
+#include "messages/core/CJsonBridge.h"
 
 using namespace Orvu;
 
@@ -16,7 +15,7 @@ namespace {
 JsonText written(const cJSON& tree, PrintStyle style)
 {
     JsonPrinter json(style);
-    json.tree(tree);
+    printTree(json, tree);
     return JsonText(json.take());
 }
 

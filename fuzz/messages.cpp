@@ -5,7 +5,7 @@
 
 #include "fuzz/Fuzz.h"
 #include "messages/core/Catalogue.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "orvu/Serializable.h"
 
 using namespace Orvu;
@@ -53,13 +53,13 @@ bool areEqual(const JsonText& a, const JsonText& b)
 void compareRoads(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> fromText(Serializable::factory(type));
-    const std::unique_ptr<Serializable> fromTree(Serializable::factory(type));
+    const std::unique_ptr<Serializable> fromCheck(Serializable::factory(type));
     if (!fromText) return;
-    const JsonTree tree = parseJson(text);
+    const CheckedText checked(text);
     const Outcome one = outcomeOf([&] { return fromText->deserialize(text); });
-    const Outcome other = outcomeOf([&] { return fillFromTree(*fromTree, tree.get(), text); });
+    const Outcome other = outcomeOf([&] { return fill(*fromCheck, checked, text); });
     require(one == other, "a text and its tree read alike");
-    require(areEqual(JsonText(fromText->serialize()), JsonText(fromTree->serialize())),
+    require(areEqual(JsonText(fromText->serialize()), JsonText(fromCheck->serialize())),
             "a text and its tree leave the same fields");
 }
 

@@ -3,7 +3,7 @@
 
 #include "fuzz/Fuzz.h"
 #include "fuzz/Peer.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"

@@ -21,11 +21,17 @@ inline JsonText textOf(Serializable* message)
     }
 }
 
-/// Whether `message` could be read from the tree of `text`. Throws only std::bad_alloc.
-inline bool fill(Serializable& message, const cJSON* tree, const char* text)
+/// A text that is not JSON is for the application; one for whose check memory ran out is not. Throws std::bad_alloc.
+inline void requireMemory(const CheckedText& checked)
+{
+    if (checked.refusal() == CheckedText::Refusal::OutOfMemory) throw std::bad_alloc();
+}
+
+/// Whether `message` could be read from a text. Throws only std::bad_alloc.
+inline bool isFilled(Serializable& message, const CheckedText& checked, const char* text)
 {
     try {
-        return fillFromTree(message, tree, text);
+        return fill(message, checked, text);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (...) {

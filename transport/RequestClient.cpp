@@ -110,14 +110,15 @@ std::optional<FrameText> readResponse(int fd, int timeoutSeconds)
 
 Serializable* answerIn(const FrameText& text)
 {
-    const JsonTree tree = parseJson(text.c_str());
-    std::unique_ptr<Serializable> answer(Serializable::factory(headerTypes(tree.get()).mapped));
+    const CheckedText checked(text.c_str());
+    requireMemory(checked);
+    std::unique_ptr<Serializable> answer(Serializable::factory(headerTypes(checked).mapped));
     if (!answer) {
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR cannot find serializable class");
         OrvuRestInterface::log("OrvuRestClientSocket::send: -- end");
         return make<UnknowRequest>();
     }
-    if (!fill(*answer, tree.get(), text.c_str())) {
+    if (!isFilled(*answer, checked, text.c_str())) {
         OrvuRestInterface::log("OrvuRestClientSocket::send: ERROR cannot deserialize response!");
         return make<UnknowRequest>();
     }

@@ -18,9 +18,9 @@ TextRoom roomForRequests(128u << 20);  // what all requests may take that are be
 
 /// A type of the catalogue that the header mapping leaves out has no message either: the factory is to say so, instead of
 /// making an UnknowRequest of it.
-DataType requestedType(const cJSON* tree)
+DataType requestedType(const CheckedText& checked)
 {
-    const HeaderTypes types = headerTypes(tree);
+    const HeaderTypes types = headerTypes(checked);
     return types.mapped == DataTypeUnknown ? types.named : types.mapped;
 }
 
@@ -90,13 +90,14 @@ std::optional<FrameText> RequestWorker::readRequest()
 /// The message that `text` holds; null when there is none for the application. A text that its class cannot read is answered.
 std::unique_ptr<Serializable> RequestWorker::messageOf(const FrameText& text)
 {
-    const JsonTree tree = parseJson(text.c_str());
-    std::unique_ptr<Serializable> message(Serializable::factory(requestedType(tree.get())));
+    const CheckedText checked(text.c_str());
+    requireMemory(checked);
+    std::unique_ptr<Serializable> message(Serializable::factory(requestedType(checked)));
     if (!message) {
         OrvuRestInterface::log("OrvuRestServerSocket::workerThread: Serializable class not found!");
         return nullptr;
     }
-    if (fill(*message, tree.get(), text.c_str())) return message;
+    if (isFilled(*message, checked, text.c_str())) return message;
     OrvuRestInterface::log("OrvuRestServerSocket::workerThread: Cannot deserialize!");
     answer(UnknowRequest());
     return nullptr;

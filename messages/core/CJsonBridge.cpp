@@ -6,10 +6,13 @@
 #include <new>
 #include <string>
 
-#include "messages/core/JsonView.h"
+#include "messages/core/Json.h"
+#include "orvu/Serializable.h"
 
 namespace Orvu {
 namespace {
+
+static_assert(kMaxDepth == CJSON_NESTING_LIMIT);
 
 /// A NUL-terminated copy, in place for texts of usual size: cJSON measures what it is given up to its NUL, so a pointer
 /// into a long text would make it read the rest of that text each time.
@@ -55,6 +58,33 @@ JsonTree reprinted(const cJSON& number)
     return parsed(text);
 }
 
+void printObject(JsonPrinter& json, const cJSON& object)
+{
+    json.beginObject();
+    for (const cJSON* item = object.child; item && !json.failed(); item = item->next) {
+        json.anyKey(item->string);
+        printTree(json, *item);
+    }
+    json.endObject();
+}
+
+void printArray(JsonPrinter& json, const cJSON& array)
+{
+    json.beginArray();
+    for (const cJSON* item = array.child; item && !json.failed(); item = item->next) {
+        json.element();
+        printTree(json, *item);
+    }
+    json.endArray();
+}
+
+void printNumber(JsonPrinter& json, const cJSON& number)
+{
+    char text[64] = "";  // cJSON writes at most 26
+    if (!cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false)) json.fail();
+    json.raw(text);
+}
+
 }  // namespace
 
 bool cJsonReadsLongNumbers()
@@ -82,10 +112,10 @@ std::size_t numberSizeInCJson(std::string_view characters)
     return parsedSize(copy.text());
 }
 
-bool integerInCJson(std::string_view number, NumberIn place, int& value)
+bool integerInCJson(std::string_view number, bool nested, int& value)
 {
     JsonTree tree = parsed(Copy(number).text());
-    const bool isSame = place == NumberIn::OwnText || tree->valuedouble == tree->valueint;
+    const bool isSame = !nested || tree->valuedouble == tree->valueint;
     if (!isSame) tree = reprinted(*tree);
     if (!cJSON_IsNumber(tree.get())) return false;
     value = tree->valueint;
@@ -95,6 +125,65 @@ bool integerInCJson(std::string_view number, NumberIn place, int& value)
 JsonTree treeInCJson(std::string_view value)
 {
     return parsed(std::string(value).c_str());
+}
+
+void printTree(JsonPrinter& json, const cJSON& value)
+{
+    if (cJSON_IsObject(&value)) return printObject(json, value);
+    if (cJSON_IsArray(&value)) return printArray(json, value);
+    if (cJSON_IsString(&value)) return json.text(value.valuestring);
+    if (cJSON_IsNumber(&value)) return printNumber(json, value);
+    if (cJSON_IsBool(&value)) return json.boolean(cJSON_IsTrue(&value));
+    if (cJSON_IsNull(&value)) return json.null();
+    if (!cJSON_IsRaw(&value) || !value.valuestring) return json.fail();
+    json.raw(value.valuestring);
+}
+
+char* printed(const cJSON& value)
+{
+    JsonPrinter json(PrintStyle::Formatted);
+    printTree(json, value);
+    return json.take();
+}
+
+bool printParsed(JsonPrinter& json, char* text, bool isMinified)
+{
+    if (isMinified) cJSON_Minify(text);
+    const JsonTree tree = parseJson(text);
+    if (tree) printTree(json, *tree);
+    return tree != nullptr;
+}
+
+bool readTree(Serializable& child, std::string_view value, unsigned char* error)
+{
+    const JsonTree tree = treeInCJson(value);
+    return error ? child.deserializeObject(tree.get(), *error) : child.deserializeObject(tree.get());
+}
+
+bool Serializable::deserializeObject(void* item)
+{
+    if (!item) return false;
+    const JsonText text(printed(*static_cast<const cJSON*>(item)));
+    return text && deserialize(text.get());
+}
+
+bool Serializable::deserializeObject(void* item, unsigned char& error)
+{
+    if (!item) {
+        error = 1;
+        return false;
+    }
+    const JsonText text(printed(*static_cast<const cJSON*>(item)));
+    return text && deserialize(text.get(), error);
+}
+
+char* Serializable::removeHeader(const char* text)
+{
+    const JsonText owned(const_cast<char*>(text));
+    const JsonTree tree = parseJson(text);
+    if (!tree) return nullptr;
+    cJSON_DeleteItemFromObject(tree.get(), "HEADER");
+    return printed(*tree);
 }
 
 }  // namespace Orvu

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "messages/core/Exact.h"
-#include "messages/core/Json.h"
+#include "messages/core/MemberFinder.h"
 #include "messages/core/Message.h"
 #include "messages/core/NewMessage.h"
 #include "orvu/Orvu.h"
@@ -73,20 +73,21 @@ const char* Serializable::dataTypeString(DataType type)
 
 DataType Serializable::deserializeHeader(const char* text)
 {
-    return headerTypes(parseJson(text).get()).mapped;
+    return headerTypes(CheckedText(text)).mapped;
 }
 
-HeaderTypes headerTypes(const cJSON* tree)
+HeaderTypes headerTypes(const CheckedText& checked)
 {
-    if (!tree) return {};
-    const cJSON* const header = cJSON_GetObjectItem(tree, "HEADER");
+    if (!checked) return {};
+    const JsonValue header = MemberFinder(checked.value()).find("HEADER");
     if (!header) {
         OrvuRestInterface::log("deserializeHeader: Cannot found '%s' in json!", "HEADER");
         return {};
     }
-    if (!cJSON_IsString(header)) return {};
-    OrvuRestInterface::log("deserializeHeader: %s: %s", "HEADER", header->valuestring);
-    const Row* const row = rowNamed(header->valuestring);
+    if (!header.isText()) return {};
+    const std::string name = header.text();
+    OrvuRestInterface::log("deserializeHeader: %s: %s", "HEADER", name.c_str());
+    const Row* const row = rowNamed(name.c_str());
     if (!row) return {};
     return {row->mapping == FromHeader ? row->type : DataTypeUnknown, row->type};
 }
@@ -104,13 +105,13 @@ Serializable* Serializable::factory(DataType type)
     }
 }
 
-bool fillFromTree(Serializable& message, const cJSON* tree, const char* text)
+bool fill(Serializable& message, const CheckedText& checked, const char* text)
 {
     const Row* const row = rowOf(message.getDataType());
     const Contract* const contract = row && row->contract ? &row->contract() : nullptr;
     // Bounds have the type of a position, and a class of an application any that it likes.
-    if (!tree || !contract || !isExactly(message, *contract->type)) return message.deserialize(text);
-    return readValue(message, contract->read, JsonValue(*tree));
+    if (!checked || !contract || !isExactly(message, *contract->type)) return message.deserialize(text);
+    return readValue(message, contract->read, checked.value());
 }
 
 }  // namespace Orvu

@@ -1,14 +1,18 @@
 #include "messages/core/CheckedText.h"
 
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <new>
 
 #include "messages/core/CJsonBridge.h"
 #include "messages/core/JsonScan.h"
-#include "messages/core/JsonView.h"
+#include "messages/core/JsonValue.h"
 
 namespace Orvu {
 namespace {
+
+constexpr std::size_t kRoom = 16u << 20;  // bytes of objects, beside twice the text
 
 /// Behind the byte order mark and white space.
 const char* valueBegin(const char* text)
@@ -40,26 +44,48 @@ const char* numberEnd(const char* at)
 
 CheckedText::CheckedText(const char* text)
     : begin_(text ? text : ""),
-      end_(begin_ + std::strlen(begin_)),
-      index_(kMaxContainers + static_cast<std::uint32_t>(size() / JsonIndex::kLongText))
+      size_(std::strlen(begin_)),
+      room_(kRoom + 2 * size_),
+      index_(kMaxContainers + static_cast<std::uint32_t>(size_ / JsonIndex::kLongText))
 {
     try {
-        offset(end_) == size() ? check() : static_cast<void>(refuse(Refusal::TooLarge));
+        offset(end()) == size_ ? check() : static_cast<void>(refuse(Refusal::TooLarge));
     } catch (const std::bad_alloc&) {
         refuse(Refusal::OutOfMemory);
     }
 }
 
-JsonView CheckedText::value() const
+JsonValue CheckedText::value() const
 {
-    return refusal_ == Refusal::None ? JsonView(*this, root_, 0) : JsonView();
+    return refusal_ == Refusal::None ? JsonValue(*this, begin_ + root_, 0, false) : JsonValue();
+}
+
+void CheckedText::keep() const
+{
+    if (kept_) return;
+    kept_.reset(static_cast<char*>(std::malloc(size_ + 1)));
+    if (!kept_) throw std::bad_alloc();
+    std::memcpy(kept_.get(), begin_, size_ + 1);
+    begin_ = kept_.get();
+}
+
+void CheckedText::keepFrom(const std::string& field) const
+{
+    const std::less_equal<const char*> notAfter;
+    if (notAfter(field.data(), begin_) && notAfter(begin_, field.data() + field.size())) keep();
+}
+
+void CheckedText::takeRoom(std::size_t size) const
+{
+    if (size > room_) throw TooMuch();
+    room_ -= size;
 }
 
 /// Goes from the beginning of each value to that of the next.
 void CheckedText::check()
 {
     const char* at = valueBegin(begin_);
-    root_ = at;
+    root_ = offset(at);
     while (at)
         at = *at == '{' || *at == '[' ? enter(at) : next(scalar(at));
 }
@@ -151,9 +177,9 @@ const char* CheckedText::string(const char* at)
 {
     const char* const begin = at++;
     for (;;) {
-        at = plainEnd(at, end_);
+        at = plainEnd(at, end());
         if (*at == '"') return indexed(begin, at + 1);
-        const Escape escape = at != end_ ? escapeAt(at, end_) : Escape();
+        const Escape escape = at != end() ? escapeAt(at, end()) : Escape();
         if (escape.size == 0) return refuse(at);
         if (escape.character == 0) return oddString(begin);
         at += escape.size;
@@ -164,15 +190,15 @@ const char* CheckedText::string(const char* at)
 /// So its end is looked for first.
 const char* CheckedText::oddString(const char* begin)
 {
-    const char* const end = closingQuote(begin + 1, end_);
-    if (end == end_) return refuse(end);
-    for (const char* at = begin + 1; at < end; ++at) {
+    const char* const quote = closingQuote(begin + 1, end());
+    if (quote == end()) return refuse(quote);
+    for (const char* at = begin + 1; at < quote; ++at) {
         if (*at != '\\') continue;
-        const Escape escape = escapeAt(at, end);
+        const Escape escape = escapeAt(at, quote);
         if (escape.size == 0) return refuse(at);
         at += escape.size - 1;
     }
-    return indexed(begin, end + 1);
+    return indexed(begin, quote + 1);
 }
 
 /// Behind a string, which gets an entry when it is long.
@@ -214,7 +240,7 @@ const char* CheckedText::behindString(const char* at, std::uint32_t& entry) cons
             return end;
         }
     }
-    return closingQuote(at + 1, end_) + 1;
+    return closingQuote(at + 1, end()) + 1;
 }
 
 /// The first item of an array, or the first key of an object; null when it is empty.

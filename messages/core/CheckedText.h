@@ -2,15 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
+#include "messages/core/Json.h"
 #include "messages/core/JsonIndex.h"
 
 namespace Orvu {
 
-class JsonView;
+class JsonValue;
 
-/// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
-/// be read where they are. The text must live, and not change, as long as this object and its views are in use.
+/// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then be
+/// read where they are. The text must live, and not change, as long as this object and its values are in use.
 ///
 /// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text or key above
 /// 256 bytes.
@@ -30,11 +32,23 @@ public:
     std::size_t refusedAt() const { return refusedAt_; }
 
     /// The value of the text; none when it was refused.
-    JsonView value() const;
+    JsonValue value() const;
+
+    // For whoever reads it into a message. The text may be held by that very message.
+
+    /// Before code of an application runs, which may change or release what holds the text: reads on in a copy.
+    /// Throws std::bad_alloc.
+    void keep() const;
+    /// The same before `field` is changed, if that holds the text.
+    void keepFrom(const std::string& field) const;
+    /// Before an object of this size is made from the text: throws TooMuch when all of them together would take more than
+    /// 16 MiB and twice the text.
+    void takeRoom(std::size_t size) const;
+    struct TooMuch {};
 
 private:
     friend class JsonItems;
-    friend class JsonView;
+    friend class JsonValue;
     friend class MemberFinder;
     friend class TextRuns;
 
@@ -61,13 +75,15 @@ private:
     const char* behindComma(const char* at, std::uint32_t& entry) const;
     const char* behindColon(const char* at, std::uint32_t& entry) const;
 
-    std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
+    const char* end() const { return begin_ + size_; }  // its NUL
     std::uint32_t offset(const char* at) const { return static_cast<std::uint32_t>(at - begin_); }
 
-    const char* const begin_;
-    const char* const end_;  // its NUL
+    mutable const char* begin_;
+    mutable JsonText kept_;  // where it begins once keep() was called
+    const std::size_t size_;
+    mutable std::size_t room_;  // for objects that are made from it
     JsonIndex index_;
-    const char* root_ = nullptr;    // the value
+    std::uint32_t root_ = 0;        // where the value begins
     std::uint32_t containers_ = 0;  // objects and arrays so far
     std::uint32_t open_ = 0;        // the entry of the innermost one that has not ended
     int depth_ = 0;                 // how many have not

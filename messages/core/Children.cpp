@@ -1,5 +1,6 @@
 #include "messages/core/Children.h"
 
+#include "messages/core/CJsonBridge.h"
 #include "messages/core/Exact.h"
 #include "messages/core/Json.h"
 #include "messages/core/JsonReader.h"
@@ -18,10 +19,14 @@ bool readByContract(Serializable& child, const Contract& contract, JsonValue val
 bool writeByItself(JsonWriter& json, Serializable& child, ChildText how)
 {
     const JsonText text(child.serialize());
-    if (how == ChildText::Minified) cJSON_Minify(text.get());
-    const JsonTree tree = parseJson(text.get());
-    if (tree) json.tree(*tree);
-    return tree != nullptr;
+    return printParsed(json.printer(), text.get(), how == ChildText::Minified);
+}
+
+/// An application's code may do anything, also to what holds the text that is being read.
+bool readByItself(Serializable& child, JsonValue value, unsigned char* error)
+{
+    value.keepText();
+    return readTree(child, value.source(), error);
 }
 
 }  // namespace
@@ -35,20 +40,19 @@ bool writeChild(JsonWriter& json, Serializable& child, const Contract& contract,
 bool readChild(Serializable& child, const Contract& contract, JsonValue value)
 {
     if (isExactly(child, *contract.type)) return readByContract(child, contract, value);
-    return child.deserializeObject(value.tree());
+    return readByItself(child, value, nullptr);
 }
 
 bool readChild(Serializable& child, const Contract& contract, JsonValue value, unsigned char& error)
 {
     if (isExactly(child, *contract.type)) return readByContract(child, contract, value);
-    return child.deserializeObject(value.tree(), error);
+    return readByItself(child, value, &error);
 }
 
 void readChildren(JsonValue array, ListOfChildren children, Unreadable unreadable)
 {
-    const JsonValue::Items items = array.items();
-    children.reserve(items.size());
-    for (const JsonValue item : items) {
+    for (const JsonValue item : array.items()) {
+        array.takeRoom(children.contract.size);
         Serializable& child = children.add();
         try {
             if (readByContract(child, children.contract, item) || unreadable == Unreadable::Kept) continue;

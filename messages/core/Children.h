@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -29,16 +28,11 @@ class ListOfChildren {
 public:
     template <class Message>
     explicit ListOfChildren(std::vector<Message*>& children)
-        : contract(contractOf<Message>()),
-          children_(&children),
-          reserve_(reserveIn<Message>),
-          add_(addTo<Message>),
-          dropLast_(dropLastOf<Message>)
+        : contract(contractOf<Message>()), children_(&children), add_(addTo<Message>), dropLast_(dropLastOf<Message>)
     {}
 
     const Contract& contract;
 
-    void reserve(std::size_t more) { reserve_(children_, more); }
     Serializable& add() { return add_(children_); }
     void dropLast() { dropLast_(children_); }
 
@@ -47,11 +41,6 @@ private:
     static std::vector<Message*>& list(void* children)
     {
         return *static_cast<std::vector<Message*>*>(children);
-    }
-    template <class Message>
-    static void reserveIn(void* children, std::size_t more)
-    {
-        list<Message>(children).reserve(list<Message>(children).size() + more);
     }
     template <class Message>
     static Serializable& addTo(void* children)
@@ -68,7 +57,6 @@ private:
     }
 
     void* const children_;
-    void (*const reserve_)(void*, std::size_t);
     Serializable& (*const add_)(void*);
     void (*const dropLast_)(void*);
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <typeinfo>
 
 #include "orvu/Serializable.h"
@@ -17,6 +18,7 @@ struct Contract {
     void (*write)(JsonWriter& json, Serializable& message);
     void (*read)(JsonReader& json, Serializable& message);
     PrintStyle style;            ///< Of a text of its own; a child takes the style of its holder.
+    std::size_t size;            ///< Of a new object in memory, with those that its constructor makes.
     const std::type_info* type;  ///< The class itself; objects of classes derived from it write and read themselves.
 };
 
@@ -24,6 +26,10 @@ struct Contract {
 /// class without one does not compile as a child.
 template <class Message>
 const Contract& contractOf() = delete;
+
+/// The size of the objects that the constructor of a class makes, where it makes any.
+template <class Message>
+constexpr std::size_t kHeldSize = 0;
 
 // Every class of the catalogue has one.
 #define ROW_AS(Type, Class, ...) \

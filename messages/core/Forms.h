@@ -7,7 +7,6 @@
 
 #include "messages/core/JsonReader.h"
 #include "messages/core/JsonWriter.h"
-#include "messages/core/Ownership.h"
 #include "messages/core/Vocabulary.h"
 
 namespace Orvu {
@@ -88,10 +87,11 @@ struct IfHeld {
     }
     bool read(JsonReader& json, JsonValue value) const
     {
-        Value taken{};
-        if (!json.read(value, taken)) return false;
-        hold(field, std::move(taken));
-        return true;
+        if (field) return json.read(value, *field);
+        auto taken = std::make_unique<Value>();
+        const bool isTaken = json.read(value, *taken);
+        if (isTaken) field = taken.release();
+        return isTaken;
     }
 };
 template <class Value>
@@ -179,6 +179,7 @@ struct Replaced {
 
     bool read(JsonReader&, JsonValue value) const
     {
+        value.takeRoom(contractOf<Message>().size);
         child = new Message;
         readChild(*child, contractOf<Message>(), value);
         return true;
@@ -212,25 +213,6 @@ ListAfter<Field> listAfter(Field&& field)
 struct OfAnyKind {
     bool read(JsonReader&, JsonValue) const { return true; }
 };
-
-/// Each text of an array, handed to `handle`, in order; other items are skipped. Only for reading.
-template <class Handle>
-struct EachText {
-    Handle handle;
-
-    bool read(JsonReader&, JsonValue array) const
-    {
-        for (const JsonValue item : array.items()) {
-            if (item.isText()) handle(item.text());
-        }
-        return true;
-    }
-};
-template <class Handle>
-EachText<Handle> eachText(Handle handle)
-{
-    return {handle};
-}
 
 /// Each item of an array as a number, handed to `handle`, in order; any other item counts as 0. Only for reading.
 template <class Handle>

@@ -71,6 +71,13 @@ void JsonPrinter::key(const char* key)
     colon();
 }
 
+void JsonPrinter::anyKey(const char* key)
+{
+    newMember();
+    text(key);
+    colon();
+}
+
 void JsonPrinter::newMember()
 {
     if (!first_) text_.append(",\n", formatted_ ? 2 : 1);
@@ -135,58 +142,15 @@ void JsonPrinter::null()
     text_.append("null", 4);
 }
 
-void JsonPrinter::tree(const cJSON& value)
+void JsonPrinter::raw(const char* json)
 {
-    if (cJSON_IsObject(&value)) return objectTree(value);
-    if (cJSON_IsArray(&value)) return arrayTree(value);
-    if (cJSON_IsString(&value)) return text(value.valuestring);
-    if (cJSON_IsNumber(&value)) return numberTree(value);
-    if (cJSON_IsBool(&value)) return boolean(cJSON_IsTrue(&value));
-    if (cJSON_IsNull(&value)) return null();
-    if (!cJSON_IsRaw(&value) || !value.valuestring) return text_.fail();
-    text_.append(value.valuestring, std::strlen(value.valuestring));
-}
-
-void JsonPrinter::objectTree(const cJSON& object)
-{
-    beginObject();
-    for (const cJSON* item = object.child; item && !failed(); item = item->next) {
-        newMember();
-        text(item->string);
-        colon();
-        tree(*item);
-    }
-    endObject();
-}
-
-void JsonPrinter::arrayTree(const cJSON& array)
-{
-    beginArray();
-    for (const cJSON* item = array.child; item && !failed(); item = item->next) {
-        element();
-        tree(*item);
-    }
-    endArray();
-}
-
-void JsonPrinter::numberTree(const cJSON& number)
-{
-    char text[64] = "";  // cJSON writes at most 26
-    if (!cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false)) text_.fail();
-    text_.append(text, std::strlen(text));
+    text_.append(json, std::strlen(json));
 }
 
 void JsonPrinter::backTo(Mark mark)
 {
     text_.cut(mark.size);
     first_ = mark.first;
-}
-
-char* printed(const cJSON& value)
-{
-    JsonPrinter json(PrintStyle::Formatted);
-    json.tree(value);
-    return json.take();
 }
 
 }  // namespace Orvu

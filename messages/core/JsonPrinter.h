@@ -5,8 +5,6 @@
 #include "messages/core/Contract.h"
 #include "messages/core/TextBuffer.h"
 
-struct cJSON;
-
 namespace Orvu {
 
 /// Prints JSON values one after the other, byte for byte as cJSON prints the same tree: quotes and escapes, commas, line
@@ -23,6 +21,8 @@ public:
 
     /// Before the value of an object's next member. For our own keys, which need no escapes.
     void key(const char* key);
+    /// The same for any other key, which is escaped; null counts as "".
+    void anyKey(const char* key);
     /// Before the next value of an array.
     void element();
 
@@ -31,8 +31,8 @@ public:
     void number(unsigned value);
     void boolean(bool value);
     void null();
-    /// A parsed value, as cJSON prints it.
-    void tree(const cJSON& value);
+    /// A value that is JSON already.
+    void raw(const char* json);
 
     /// A place to which the text can be cut back, comma included.
     struct Mark {
@@ -42,6 +42,7 @@ public:
     Mark here() const { return {text_.size(), first_}; }
     void backTo(Mark mark);
 
+    void fail() { text_.fail(); }
     bool failed() const { return text_.failed(); }
 
     /// The finished text, made by `malloc`, the caller's from then on; null after a failure.
@@ -53,18 +54,11 @@ private:
     void colon();
     void indent();
     void escaped(unsigned char c);
-    void objectTree(const cJSON& object);
-    void arrayTree(const cJSON& array);
-    void numberTree(const cJSON& number);
 
     TextBuffer text_;
     const bool formatted_;
     bool first_ = true;  // the innermost object or array is still empty
     int depth_ = 0;      // objects and arrays begun and not ended
 };
-
-/// The formatted text of a parsed value, as cJSON_Print gives it, but made by `malloc` whatever cJSON's hooks are. Null for
-/// more than kMaxDepth levels and when out of memory.
-char* printed(const cJSON& value);
 
 }  // namespace Orvu

@@ -1,5 +1,7 @@
 #include "messages/core/JsonReader.h"
 
+#include <utility>
+
 namespace Orvu {
 
 bool JsonReader::optional(const char* key, std::string& field)
@@ -25,7 +27,7 @@ bool JsonReader::optional(const char* key, bool& field)
 bool JsonReader::read(JsonValue value, std::string& field)
 {
     if (!value.isText()) return false;
-    field = value.text();
+    value.copyTo(field);
     return true;
 }
 
@@ -48,15 +50,23 @@ bool JsonReader::read(JsonValue value, bool& field)
 bool JsonReader::read(JsonValue array, std::vector<std::string>& texts)
 {
     for (const JsonValue item : array.items()) {
-        if (item.isText()) texts.push_back(item.text());
+        if (!item.isText()) continue;
+        item.takeRoom(sizeof(std::string));
+        texts.push_back(item.text());
     }
     return true;
+}
+
+void JsonReader::assign(std::string& field, std::string text)
+{
+    value_.keepTextFrom(field);
+    field = std::move(text);
 }
 
 /// A required member was not taken: this message's first fault, if it has none yet.
 bool JsonReader::missing(const char* key)
 {
-    if (!failed()) fail(members_.search(key) ? Fault::WrongKind : Fault::Missing);
+    if (!failed()) fail(members_.find(key) ? Fault::WrongKind : Fault::Missing);
     return false;
 }
 

@@ -9,6 +9,7 @@
 #include "messages/core/Children.h"
 #include "messages/core/Contract.h"
 #include "messages/core/JsonValue.h"
+#include "messages/core/MemberFinder.h"
 
 namespace Orvu {
 
@@ -82,6 +83,9 @@ public:
     /// What is being read.
     JsonValue value() const { return value_; }
 
+    /// Puts a text into a field, which may hold the whole text that is being read.
+    void assign(std::string& field, std::string text);
+
     // One value into a field, for the forms in which fields travel.
 
     bool read(JsonValue value, std::string& field);
@@ -96,8 +100,12 @@ public:
     template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
     bool read(JsonValue value, Message*& child)
     {
-        if (!child) child = new Message;
-        readChild(*child, contractOf<Message>(), value);
+        const Contract& contract = contractOf<Message>();
+        if (!child) {
+            value.takeRoom(contract.size);
+            child = new Message;
+        }
+        readChild(*child, contract, value);
         return true;
     }
 
@@ -124,7 +132,7 @@ private:
     }
 
     const JsonValue value_;
-    JsonMembers members_;
+    MemberFinder members_;
     unsigned char error_ = 0;
 };
 

@@ -1,141 +1,192 @@
 #include "messages/core/JsonValue.h"
 
-#include <cstring>
-#include <new>
-#include <strings.h>
+#include <algorithm>
+#include <climits>
 
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
+#include "messages/core/JsonScan.h"
 
 namespace Orvu {
 namespace {
 
-bool isOfKind(const cJSON* item, int kinds)
+/// A whole number of up to 15 digits. Every cJSON prints one as it is, so that it is the same in a nested text.
+int saturated(const char* digits, const char* end, bool isNegative)
 {
-    return item && (item->type & kinds) != 0;
+    std::int64_t number = 0;
+    for (; digits != end; ++digits)
+        number = 10 * number + (*digits - '0');
+    if (isNegative) number = -number;
+    return static_cast<int>(std::clamp<std::int64_t>(number, INT_MIN, INT_MAX));
 }
 
-bool isNamed(const cJSON& item, const char* key)
+/// Writes the character as UTF-8, and returns how many bytes it took.
+std::size_t encode(std::uint32_t character, char* to)
 {
-    constexpr int kLetterCase = 'a' ^ 'A';
-    if (!item.string || ((*item.string ^ *key) & ~kLetterCase) != 0) return false;  // spares most of the calls
-    return std::strcmp(item.string, key) == 0 || strcasecmp(item.string, key) == 0;
-}
-
-/// What `number` reads as once it is printed and parsed again; empty when it does not print as a number (infinities).
-JsonTree reprinted(const cJSON& number)
-{
-    char text[64];  // cJSON writes at most 26
-    cJSON_PrintPreallocated(const_cast<cJSON*>(&number), text, sizeof text, false);
-    JsonTree tree = parseJson(text);
-    if (!tree) throw std::bad_alloc();  // what cJSON prints is JSON: only memory can have failed
-    return cJSON_IsNumber(tree.get()) ? std::move(tree) : nullptr;
+    const auto tail = [character](int shift) { return static_cast<char>(0x80 | (character >> shift & 0x3F)); };
+    if (character < 0x80) {
+        to[0] = static_cast<char>(character);
+        return 1;
+    }
+    if (character < 0x800) {
+        to[0] = static_cast<char>(0xC0 | character >> 6);
+        to[1] = tail(0);
+        return 2;
+    }
+    if (character < 0x10000) {
+        to[0] = static_cast<char>(0xE0 | character >> 12);
+        to[1] = tail(6);
+        to[2] = tail(0);
+        return 3;
+    }
+    to[0] = static_cast<char>(0xF0 | character >> 18);
+    to[1] = tail(12);
+    to[2] = tail(6);
+    to[3] = tail(0);
+    return 4;
 }
 
 }  // namespace
 
-bool JsonValue::isText() const
-{
-    return isOfKind(item_, cJSON_String);
-}
-
 bool JsonValue::isNumber() const
 {
-    return isOfKind(item_, cJSON_Number);
-}
-
-bool JsonValue::isBoolean() const
-{
-    return isOfKind(item_, cJSON_True | cJSON_False);
-}
-
-bool JsonValue::isObject() const
-{
-    return isOfKind(item_, cJSON_Object);
-}
-
-bool JsonValue::isArray() const
-{
-    return isOfKind(item_, cJSON_Array);
+    return isDigit(first()) || first() == '-';
 }
 
 std::string JsonValue::text() const
 {
-    return isText() ? item_->valuestring : std::string();
+    std::string text;
+    copyTo(text);
+    return text;
 }
 
-std::string_view JsonValue::text(std::string&) const
+std::string_view JsonValue::text(std::string& room) const
 {
-    return isText() ? item_->valuestring : std::string_view();
+    TextRuns runs(*this);
+    const std::string_view run = runs.next();
+    if (runs.isAtEnd()) return run;
+    copyTo(room);
+    return room;
+}
+
+void JsonValue::copyTo(std::string& field) const
+{
+    if (text_) text_->keepFrom(field);
+    field.clear();
+    TextRuns runs(*this);
+    for (std::string_view run = runs.next(); !run.empty(); run = runs.next()) {
+        // Decoding makes a text no longer: room is made once, for all that may come.
+        if (!runs.isAtEnd() && field.empty()) field.reserve(source().size());
+        field.append(run);
+    }
+}
+
+bool JsonValue::equals(std::string_view text) const
+{
+    if (!isText()) return false;
+    TextRuns runs(*this);
+    for (std::string_view run = runs.next(); !run.empty(); run = runs.next()) {
+        if (text.substr(0, run.size()) != run) return false;
+        text.remove_prefix(run.size());
+    }
+    return text.empty();
 }
 
 bool JsonValue::integer(int& value) const
 {
-    if (isNumber()) return integerOf(value);
-    if (!isBoolean()) return false;
-    value = isOfKind(item_, cJSON_True);
-    return true;
-}
-
-bool JsonValue::integerOf(int& value) const
-{
-    if (!nested_ || item_->valuedouble == item_->valueint) {
-        value = item_->valueint;
+    if (isBoolean()) {
+        value = first() == 't';
         return true;
     }
-    const JsonTree number = reprinted(*item_);
-    if (number) value = number->valueint;
-    return number != nullptr;
+    if (!isNumber()) return false;
+    const bool isNegative = first() == '-';
+    const char* const digits = at() + isNegative;
+    const char* const end = afterDigits(digits);
+    const bool isShort = end != digits && end - digits <= 15 && *end != '.' && !isExponent(*end);
+    if (!isShort) return integerInCJson(source(), nested_, value);
+    value = saturated(digits, end, isNegative);
+    return true;
 }
 
 JsonValue JsonValue::next() const
 {
-    return {item_->next, nested_};
+    if (!text_ || at_ == text_->root_) return {};
+    std::uint32_t entry = entry_;
+    const char* const place = text_->behindComma(at(), entry);
+    if (!place) return {};
+    const JsonValue item(*text_, place, entry, nested_);
+    if (*place != '"' || *afterWhite(text_->behindString(place, entry)) != ':') return item;
+    const char* const value = text_->behindColon(place, entry = item.entry_);
+    return {*text_, value, entry, nested_};
 }
 
 JsonValue JsonValue::nested() const
 {
-    return {item_, true};
+    JsonValue same = *this;
+    same.nested_ = true;
+    return same;
 }
 
-JsonValue JsonValue::first() const
+std::string_view JsonValue::source() const
 {
-    return {item_->child, nested_};
+    if (!text_) return {};
+    std::uint32_t entry = entry_;
+    return {at(), static_cast<std::size_t>(text_->behind(at(), entry) - at())};
 }
 
-std::size_t JsonValue::Items::size() const
+JsonItems::Iterator::Iterator(JsonValue container) : isKeyed_(container.isObject()), nested_(container.nested_)
+{
+    if (!isKeyed_ && !container.isArray()) return;
+    std::uint32_t entry = container.entry_;
+    const char* const first = container.text_->inside(container.at(), entry);
+    take(*container.text_, first, entry);
+}
+
+JsonItems::Iterator& JsonItems::Iterator::operator++()
+{
+    const CheckedText& text = *member_.value.text_;
+    std::uint32_t entry = member_.value.entry_;
+    const char* const next = text.behindComma(member_.value.at(), entry);
+    take(text, next, entry);
+    return *this;
+}
+
+/// Takes the item or the member that begins at `place`; none is the end.
+void JsonItems::Iterator::take(const CheckedText& text, const char* place, std::uint32_t entry)
+{
+    member_.value.text_ = nullptr;
+    if (!place) return;
+    if (isKeyed_) {
+        member_.key = {text, place, entry, nested_};
+        place = text.behindColon(place, entry);
+    }
+    member_.value = {text, place, entry, nested_};
+}
+
+std::size_t JsonItems::size() const
 {
     std::size_t count = 0;
-    for (auto item = begin(); item != end(); ++item)
+    for (Iterator item = begin(); item != end(); ++item)
         ++count;
     return count;
 }
 
-JsonMembers::JsonMembers(JsonValue object) : object_(object), next_(object.first()) {}
-
-/// The usual order costs one comparison: a member after those already found, with at most "HEADER" between them, is the first
-/// of its name, unless the last one found has it too.
-JsonValue JsonMembers::find(const char* key)
+TextRuns::TextRuns(JsonValue text)
 {
-    if (found_ && isNamed(*found_.item_, key)) return found_;
-    if (next_ && isNamed(*next_.item_, key)) return takeNext();
-    if (!next_ || !isNamed(*next_.item_, "HEADER")) return search(key);
-    next_ = next_.next();
-    return next_ && isNamed(*next_.item_, key) ? takeNext() : search(key);
+    if (!text.isText()) return;
+    at_ = text.at() + 1;
+    end_ = text.text_->end();
 }
 
-JsonValue JsonMembers::takeNext()
+std::string_view TextRuns::next()
 {
-    found_ = next_;
-    next_ = next_.next();
-    return found_;
-}
-
-JsonValue JsonMembers::search(const char* key) const
-{
-    for (const JsonValue member : object_.items()) {
-        if (isNamed(*member.item_, key)) return member;
-    }
-    return {};
+    const char* const run = at_;
+    at_ = plainEnd(at_, end_);
+    if (at_ != run) return {run, static_cast<std::size_t>(at_ - run)};
+    if (at_ == end_ || *at_ == '"') return {};
+    const Escape escape = escapeAt(at_, end_);
+    if (escape.character == 0) return {};
+    at_ += escape.size;
+    return {decoded_, encode(escape.character, decoded_)};
 }
 
 }  // namespace Orvu

@@ -1,112 +1,157 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-struct cJSON;
+#include "messages/core/CheckedText.h"
 
 namespace Orvu {
 
-/// One value of a text that is being read. A place, which owns nothing: valid while what it is read from is. Without a value
-/// (see next() and JsonMembers::find()) it is of no kind.
+class JsonItems;
+class JsonMembers;
+
+/// A value as its place in a checked text: it owns nothing and costs nothing to copy. One that was made without a text is not
+/// a value, and of no kind.
 class JsonValue {
 public:
-    class Items;
-
     JsonValue() = default;
-    /// The value of a text of its own.
-    explicit JsonValue(const cJSON& tree) : item_(&tree) {}
 
-    explicit operator bool() const { return item_ != nullptr; }
-
-    bool isText() const;
+    explicit operator bool() const { return text_ != nullptr; }
+    bool isText() const { return first() == '"'; }
     bool isNumber() const;
-    bool isBoolean() const;
-    bool isObject() const;
-    bool isArray() const;
+    bool isBoolean() const { return first() == 't' || first() == 'f'; }
+    bool isNull() const { return first() == 'n'; }
+    bool isObject() const { return first() == '{'; }
+    bool isArray() const { return first() == '['; }
 
-    /// A text, up to its first NUL; "" for a value of another kind.
+    /// The text, decoded, up to its first U+0000; "" for any other value.
     std::string text() const;
-    /// The same without a copy where none is needed; otherwise in `room`. Valid as long as both.
+    /// The same without a copy where nothing has to be decoded; otherwise in `room`. Valid as long as both.
     std::string_view text(std::string& room) const;
+    /// The same, into a string that may have room already. It may hold the whole text that is being read.
+    void copyTo(std::string& field) const;
+    /// Whether it is this text.
+    bool equals(std::string_view text) const;
 
-    /// A number, cut to an integer that saturates at the ends of 32 bits, or a boolean as 1 or 0. False, and `value` stays, for
-    /// another kind, and for a number that prints as none.
+    /// The integer of a number, truncated and saturated at the ends of 32 bits, or of a boolean. False, and `value` stays, for
+    /// any other value and for a nested number that prints as null. Throws std::bad_alloc when out of memory.
     bool integer(int& value) const;
 
-    /// The values of an array, or of an object's members; any other value has none.
-    Items items() const;
-
-    /// What follows in the same array or object.
+    /// The items of an array, or the values of an object's members; none for any other value.
+    JsonItems items() const;
+    /// The members of an object; none for any other value.
+    JsonMembers members() const;
+    /// The value right after this one in its array or object; none after the last.
     JsonValue next() const;
 
     /// The same value as a message that is nested in another sees it. A message is defined on its own text, so a number in a
     /// nested one counts as its printed text would read.
     JsonValue nested() const;
 
-    /// As a cJSON item, for the readers that applications write; the item stays its owner's.
-    void* tree() const { return const_cast<cJSON*>(item_); }
+    /// The JSON that this value is. A number at the top of a text may have some of the characters with it that follow.
+    std::string_view source() const;
+
+    /// Of the text that is being read; see there.
+    void keepText() const { text_->keep(); }
+    void keepTextFrom(const std::string& field) const { text_->keepFrom(field); }
+    void takeRoom(std::size_t size) const { text_->takeRoom(size); }
 
 private:
-    friend class JsonMembers;
+    friend class CheckedText;
+    friend class JsonItems;
+    friend class MemberFinder;
+    friend class TextRuns;
 
-    JsonValue(const cJSON* item, bool nested) : item_(item), nested_(nested) {}
-    JsonValue first() const;
-    bool integerOf(int& value) const;
+    JsonValue(const CheckedText& text, const char* at, std::uint32_t entry, bool nested)
+        : text_(&text), at_(text.offset(at)), entry_(entry), nested_(nested)
+    {}
+    const char* at() const { return text_->begin_ + at_; }
+    char first() const { return text_ ? *at() : '\0'; }
 
-    const cJSON* item_ = nullptr;
+    const CheckedText* text_ = nullptr;
+    std::uint32_t at_ = 0;
+    std::uint32_t entry_ = 0;  // the first of the text's index that begins here or later
     bool nested_ = false;
 };
 
-class JsonValue::Items {
-public:
-    class Iterator {
-    public:
-        explicit Iterator(JsonValue value) : value_(value) {}
-        JsonValue operator*() const { return value_; }
-        Iterator& operator++()
-        {
-            value_ = value_.next();
-            return *this;
-        }
-        bool operator!=(const Iterator& other) const { return value_.item_ != other.value_.item_; }
-
-    private:
-        JsonValue value_;
-    };
-
-    explicit Items(JsonValue first) : first_(first) {}
-    Iterator begin() const { return Iterator(first_); }
-    Iterator end() const { return Iterator(JsonValue()); }
-    std::size_t size() const;
-
-private:
-    JsonValue first_;
+/// A member of an object. The key is a text.
+struct JsonMember {
+    JsonValue key;
+    JsonValue value;
 };
 
-inline JsonValue::Items JsonValue::items() const
+/// The items of an array, or the values of an object's members, in order.
+class JsonItems {
+public:
+    struct End {};
+    class Iterator {
+    public:
+        explicit Iterator(JsonValue container);
+        JsonValue operator*() const { return member_.value; }
+        Iterator& operator++();
+        bool operator!=(End) const { return static_cast<bool>(member_.value); }
+
+    protected:
+        void take(const CheckedText& text, const char* place, std::uint32_t entry);
+
+        bool isKeyed_;
+        bool nested_;
+        JsonMember member_;
+    };
+
+    explicit JsonItems(JsonValue value) : value_(value) {}
+    Iterator begin() const { return Iterator(value_); }
+    End end() const { return {}; }
+    std::size_t size() const;
+
+protected:
+    JsonValue value_;
+};
+
+/// The members of an object, in order.
+class JsonMembers : JsonItems {
+public:
+    class Iterator : public JsonItems::Iterator {
+    public:
+        explicit Iterator(JsonItems::Iterator items) : JsonItems::Iterator(items) {}
+        const JsonMember& operator*() const { return member_; }
+    };
+
+    explicit JsonMembers(JsonValue value) : JsonItems(value.isObject() ? value : JsonValue()) {}
+    Iterator begin() const { return Iterator(JsonItems::begin()); }
+    using JsonItems::end;
+};
+
+inline JsonItems JsonValue::items() const
 {
-    return Items(first());
+    return JsonItems(*this);
 }
 
-/// Finds the members of an object by their keys as cJSON_GetObjectItem does: the first match, letter case ignored. Keys that
-/// are asked for in the order of the text cost one comparison each. A value that is not an object is one without members.
-class JsonMembers {
-public:
-    explicit JsonMembers(JsonValue object);
+inline JsonMembers JsonValue::members() const
+{
+    return JsonMembers(*this);
+}
 
-    /// The member's value; none without such a member.
-    JsonValue find(const char* key);
-    /// The same, by a walk from the front.
-    JsonValue search(const char* key) const;
+/// The decoded bytes of a text up to its first U+0000, run by run: most of them are where they were, and none is
+/// gathered.
+class TextRuns {
+public:
+    /// Of any other value there are none.
+    explicit TextRuns(JsonValue text);
+    /// Of a text, from `at` on; `end` is behind the whole JSON text.
+    TextRuns(const char* at, const char* end) : at_(at), end_(end) {}
+
+    /// The next of them, which lasts until the next call; empty at the end.
+    std::string_view next();
+    /// Whether no byte follows, without decoding any: false for an escape, even of U+0000.
+    bool isAtEnd() const { return at_ == end_ || *at_ == '"'; }
 
 private:
-    JsonValue takeNext();
-
-    const JsonValue object_;
-    JsonValue next_;   // after the members that were asked for in the order of the text
-    JsonValue found_;  // the last of those
+    const char* at_ = nullptr;
+    const char* end_ = nullptr;
+    char decoded_[4];
 };
 
 }  // namespace Orvu

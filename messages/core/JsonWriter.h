@@ -138,8 +138,8 @@ public:
     /// A message as one object, by its contract. False when it gave up; what it wrote is to be dropped then.
     bool message(Serializable& message, const Contract& contract);
     bool gaveUp() const { return gaveUp_; }
-    /// A parsed value, as cJSON prints it.
-    void tree(const cJSON& value) { json_.tree(value); }
+    /// Where values go that are printed by others.
+    JsonPrinter& printer() { return json_; }
 
     /// The finished text, NUL-terminated, made by `malloc`, the caller's from then on; null after a failure.
     char* take() { return gaveUp_ ? nullptr : json_.take(); }

@@ -67,15 +67,15 @@ std::string_view upTo(std::size_t most, const char* at, const char* end)
 
 }  // namespace
 
-MemberFinder::MemberFinder(JsonView object) : text_(object.text_)
+MemberFinder::MemberFinder(JsonValue object) : text_(object.text_), nested_(object.nested_)
 {
     if (!object.isObject()) return;
     std::uint32_t entry = object.entry_;
-    const char* const first = text_->inside(object.at_, entry);
+    const char* const first = text_->inside(object.at(), entry);
     next_ = key(first, entry);
 }
 
-JsonView MemberFinder::find(const char* key)
+JsonValue MemberFinder::find(const char* key)
 {
     const std::string_view name = key;
     const unsigned sum = Orvu::sumOf(name);
@@ -84,18 +84,18 @@ JsonView MemberFinder::find(const char* key)
 }
 
 /// The same for a name that is not the next, or that may have been passed before.
-JsonView MemberFinder::search(std::string_view name, unsigned sum)
+JsonValue MemberFinder::search(std::string_view name, unsigned sum)
 {
-    JsonView found = passed_[sum] ? searchPassed(name, sum) : JsonView();
+    JsonValue found = passed_[sum] ? searchPassed(name, sum) : JsonValue();
     while (!found && next_.at) {
         const bool isFound = isNamed(next_, name);
-        const JsonView passed = pass(sumOf(next_));
+        const JsonValue passed = pass(sumOf(next_));
         if (isFound) found = passed;
     }
     return found;
 }
 
-JsonView MemberFinder::searchPassed(std::string_view name, unsigned sum) const
+JsonValue MemberFinder::searchPassed(std::string_view name, unsigned sum) const
 {
     for (unsigned i = 0; i < count_; ++i) {
         if (sums_[i] == sum && isNamed(kept_[i], name)) return value(kept_[i]);
@@ -107,7 +107,7 @@ JsonView MemberFinder::searchPassed(std::string_view name, unsigned sum) const
 }
 
 /// Over the next member, whose value it returns.
-JsonView MemberFinder::pass(unsigned sum)
+JsonValue MemberFinder::pass(unsigned sum)
 {
     passed_[sum] = true;
     if (count_ < kKept) {
@@ -116,52 +116,58 @@ JsonView MemberFinder::pass(unsigned sum)
     } else if (!unkept_.at) {
         unkept_ = next_;
     }
-    const JsonView passed = value(next_);
+    const JsonValue passed = value(next_);
     next_ = behind(passed);
     return passed;
 }
 
+/// After its quote.
+const char* MemberFinder::bytes(const Key& key) const
+{
+    return text_->begin_ + key.at + 1;
+}
+
 bool MemberFinder::isNamed(const Key& key, std::string_view name) const
 {
-    const char* const text = key.at + 1;
+    const char* const text = bytes(key);
     if (key.size != kOdd) return isSame(std::string_view(text, key.size), name);
     // A byte of the name takes at most six of the key, and an escape twelve: of a longer key no more is looked at.
-    const std::string_view most = upTo(6 * name.size() + 12, text, text_->end_);
+    const std::string_view most = upTo(6 * name.size() + 12, text, text_->end());
     return isSame(TextRuns(most.begin(), most.end()), name);
 }
 
 unsigned MemberFinder::sumOf(const Key& key) const
 {
-    const char* const text = key.at + 1;
+    const char* const text = bytes(key);
     if (key.size != kOdd) return Orvu::sumOf(std::string_view(text, key.size));
-    return Orvu::sumOf(TextRuns(text, text_->end_));
+    return Orvu::sumOf(TextRuns(text, text_->end()));
 }
 
 MemberFinder::Key MemberFinder::key(const char* at, std::uint32_t entry) const
 {
     if (!at) return {};
-    const std::string_view most = upTo(JsonIndex::kLongText, at + 1, text_->end_);
+    const std::string_view most = upTo(JsonIndex::kLongText, at + 1, text_->end());
     const char* const end = plainEnd(most.begin(), most.end());
-    return {at, entry, *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd};
+    return {text_->offset(at), entry, *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd};
 }
 
 /// The key behind a member's value.
-MemberFinder::Key MemberFinder::behind(JsonView value) const
+MemberFinder::Key MemberFinder::behind(JsonValue value) const
 {
     std::uint32_t entry = value.entry_;
-    const char* const at = text_->behindComma(value.at_, entry);
+    const char* const at = text_->behindComma(value.at(), entry);
     return key(at, entry);
 }
 
-JsonView MemberFinder::value(const Key& key) const
+JsonValue MemberFinder::value(const Key& key) const
 {
     std::uint32_t entry = key.entry;
     if (key.size == kOdd) {
-        const char* const at = text_->behindColon(key.at, entry);
-        return {*text_, at, entry};
+        const char* const at = text_->behindColon(bytes(key) - 1, entry);
+        return {*text_, at, entry, nested_};
     }
-    const char* const colon = afterWhite(key.at + key.size + 2);
-    return {*text_, afterWhite(colon + 1), entry};
+    const char* const colon = afterWhite(bytes(key) + key.size + 1);
+    return {*text_, afterWhite(colon + 1), entry, nested_};
 }
 
 }  // namespace Orvu

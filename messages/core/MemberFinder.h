@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "messages/core/JsonView.h"
+#include "messages/core/JsonValue.h"
 
 namespace Orvu {
 
@@ -15,33 +15,35 @@ namespace Orvu {
 class MemberFinder {
 public:
     /// A value that is no object has no members.
-    explicit MemberFinder(JsonView object);
+    explicit MemberFinder(JsonValue object);
 
     /// The value of the member; none without one.
-    JsonView find(const char* key);
+    JsonValue find(const char* key);
 
 private:
     static constexpr unsigned kKept = 32;
 
     /// The key of a member in the text.
     struct Key {
-        const char* at;       // its quote; null behind the last one
-        std::uint32_t entry;  // as in a view
+        std::uint32_t at;     // its quote; 0 after the last one
+        std::uint32_t entry;  // as in a value
         std::uint32_t size;   // kOdd where its bytes must be decoded, or are many
     };
     static constexpr std::uint32_t kOdd = ~0u;
 
+    const char* bytes(const Key& key) const;
     Key key(const char* at, std::uint32_t entry) const;
-    Key behind(JsonView value) const;
-    JsonView value(const Key& key) const;
+    Key behind(JsonValue value) const;
+    JsonValue value(const Key& key) const;
     bool isNamed(const Key& key, std::string_view name) const;
     unsigned sumOf(const Key& key) const;
 
-    JsonView search(std::string_view name, unsigned sum);
-    JsonView searchPassed(std::string_view name, unsigned sum) const;
-    JsonView pass(unsigned sum);
+    JsonValue search(std::string_view name, unsigned sum);
+    JsonValue searchPassed(std::string_view name, unsigned sum) const;
+    JsonValue pass(unsigned sum);
 
     const CheckedText* text_;
+    bool nested_;
     Key next_{};               // the first that was not passed
     Key unkept_{};             // the first that was passed without being kept
     std::bitset<256> passed_;  // the sums of those that were passed

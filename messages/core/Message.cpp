@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "messages/core/Json.h"
+#include "messages/core/CheckedText.h"
 
 namespace Orvu {
 
@@ -29,7 +29,7 @@ unsigned char errorOf(Serializable& message, Reading read, JsonValue value)
     } catch (const std::out_of_range&) {
         throw;  // a number text beyond 32 bits: promised to pass
     } catch (...) {
-        json.fail(Fault::Missing);  // out of memory, or a child of an application's class that throws
+        json.fail(Fault::Missing);  // out of memory, too many objects, or a child of an application's class that throws
     }
     return json.error();
 }
@@ -44,8 +44,8 @@ bool readText(Serializable& message, Reading read, const char* text)
 
 bool readText(Serializable& message, Reading read, const char* text, unsigned char& error)
 {
-    const JsonTree tree = parseJson(text);
-    if (tree) return readValue(message, read, JsonValue(*tree), error);
+    const CheckedText checked(text);
+    if (checked) return readValue(message, read, checked.value(), error);
     error = static_cast<unsigned char>(Fault::Missing);
     return false;
 }

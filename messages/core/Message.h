@@ -35,7 +35,7 @@ bool readText(Serializable& message, Reading read, const char* text);
 /// The same with the reason: `error` becomes 1 for a text that is null or not JSON, else the code of the message's fault.
 bool readText(Serializable& message, Reading read, const char* text, unsigned char& error);
 
-/// The same from what the text was parsed to.
+/// The same from a text that was checked before.
 bool readValue(Serializable& message, Reading read, JsonValue value);
 bool readValue(Serializable& message, Reading read, JsonValue value, unsigned char& error);
 
@@ -64,6 +64,7 @@ constexpr bool hasItsOwnPair<Message, std::void_t<decltype(write(std::declval<Js
             [](JsonWriter& json, Serializable& message) { write(json, static_cast<Class&>(message)); }, \
             [](JsonReader& json, Serializable& message) { read(json, static_cast<Class&>(message)); },  \
             PrintStyle::Style,                                                                          \
+            sizeof(Class) + kHeldSize<Class>,                                                           \
             &typeid(Class),                                                                             \
         };                                                                                              \
         return contract;                                                                                \

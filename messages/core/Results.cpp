@@ -17,22 +17,23 @@ void readResult(JsonReader&, Serializable&) {}
 }  // namespace
 
 // Any text will do for deserialize(), null included.
-#define RESULT(Class)                                                                                          \
-    Class::Class() : Serializable(kDataType) {}                                                                \
-    Class::~Class() = default;                                                                                 \
-    template <>                                                                                                \
-    const Contract& contractOf<Class>()                                                                        \
-    {                                                                                                          \
-        static constexpr Contract contract = {writeResult, readResult, PrintStyle::Formatted, &typeid(Class)}; \
-        return contract;                                                                                       \
-    }                                                                                                          \
-    char* Class::serialize()                                                                                   \
-    {                                                                                                          \
-        return writeText(*this, contractOf<Class>());                                                          \
-    }                                                                                                          \
-    bool Class::deserialize(const char*)                                                                       \
-    {                                                                                                          \
-        return true;                                                                                           \
+#define RESULT(Class)                                                                                        \
+    Class::Class() : Serializable(kDataType) {}                                                              \
+    Class::~Class() = default;                                                                               \
+    template <>                                                                                              \
+    const Contract& contractOf<Class>()                                                                      \
+    {                                                                                                        \
+        static constexpr Contract contract = {writeResult, readResult, PrintStyle::Formatted, sizeof(Class), \
+                                              &typeid(Class)};                                               \
+        return contract;                                                                                     \
+    }                                                                                                        \
+    char* Class::serialize()                                                                                 \
+    {                                                                                                        \
+        return writeText(*this, contractOf<Class>());                                                        \
+    }                                                                                                        \
+    bool Class::deserialize(const char*)                                                                     \
+    {                                                                                                        \
+        return true;                                                                                         \
     }
 
 RESULT(UnknowRequest)

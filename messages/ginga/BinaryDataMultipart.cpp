@@ -17,6 +17,7 @@ struct AsParts {
     bool read(JsonReader&, JsonValue array) const
     {
         for (const JsonValue item : array.items()) {
+            array.takeRoom(sizeof(BinaryData));
             auto part = std::make_unique<BinaryData>(BinaryDataMultipart::kDataType);
             if (!readChild(*part, contractOf<BinaryData>(), item) || !hasBytes(*part)) continue;
             parts.push_back(part.get());

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <ctime>
+#include <functional>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <utility>
@@ -11,6 +13,48 @@
 #include "messages/core/Ownership.h"
 
 namespace Orvu {
+namespace {
+
+/// Drops the texts that equal an earlier one, or one of `held`. However many there are: it sorts their places.
+void dropRepeated(const std::vector<std::string>& held, std::vector<std::string>& texts)
+{
+    std::vector<const std::string*> sorted;
+    sorted.reserve(held.size() + texts.size());
+    for (const auto* list : {&held, static_cast<const std::vector<std::string>*>(&texts)}) {
+        for (const std::string& text : *list)
+            sorted.push_back(&text);
+    }
+    std::stable_sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return *a < *b; });
+    std::vector<bool> isRepeated(texts.size());
+    for (std::size_t i = 1; i < sorted.size(); ++i) {
+        const bool isNew = !texts.empty() && !std::less<const std::string*>()(sorted[i], texts.data()) &&
+                           std::less<const std::string*>()(sorted[i], texts.data() + texts.size());
+        if (isNew && *sorted[i] == *sorted[i - 1])
+            isRepeated[static_cast<std::size_t>(sorted[i] - texts.data())] = true;
+    }
+    const std::string* const first = texts.data();
+    texts.erase(
+        std::remove_if(texts.begin(), texts.end(),
+                       [&](const std::string& text) { return isRepeated[static_cast<std::size_t>(&text - first)]; }),
+        texts.end());
+}
+
+/// An array of tokens, each of which is held once; items that are not texts, and empty ones, are skipped. Only for reading.
+struct AsTokens {
+    std::vector<std::string>& held;
+
+    bool read(JsonReader& json, JsonValue value) const
+    {
+        std::vector<std::string> tokens;
+        json.read(value, tokens);
+        tokens.erase(std::remove(tokens.begin(), tokens.end(), std::string()), tokens.end());
+        dropRepeated(held, tokens);
+        held.insert(held.end(), std::make_move_iterator(tokens.begin()), std::make_move_iterator(tokens.end()));
+        return true;
+    }
+};
+
+}  // namespace
 
 ClientApplication::ClientApplication() : Serializable(kDataType), bornTime(static_cast<int>(std::time(nullptr))) {}
 ClientApplication::~ClientApplication() = default;
@@ -100,6 +144,9 @@ ServiceBindTokens* ServiceBindTokens::clone()
     }
 }
 
+template <>
+constexpr std::size_t kHeldSize<ServiceBindTokens> = sizeof(Service);
+
 void write(JsonWriter& json, ServiceBindTokens& tokens)
 {
     json.header(tokens);
@@ -116,9 +163,9 @@ void read(JsonReader& json, ServiceBindTokens& tokens)
     std::string locator;
     if (!json.optional("service", tokens.service) && json.optional("serviceContextId", locator)) {
         if (!tokens.service) tokens.service = new Service;
-        tokens.service->serviceContextId = locator;
+        json.assign(tokens.service->serviceContextId, locator);
     }
-    json.optional("bindTokens", eachText([&](std::string token) { tokens.addToken(std::move(token)); }));
+    json.optional("bindTokens", AsTokens{tokens.bindTokens});
 }
 
 MESSAGE(ServiceBindTokens, Formatted)

@@ -129,7 +129,7 @@ void read(JsonReader& json, ScreenItem& item)
     json.optional("enabled", item.enabled);
     json.alternative("focused", "isSelected", item.focused);  // peers use both names
     bool checked = false;
-    if (json.optional("checked", checked)) item.checked = checked ? "true" : "false";
+    if (json.optional("checked", checked)) json.assign(item.checked, checked ? "true" : "false");
     if (json.optional("content", item.content)) return;  // content hides children
     json.optional("contentList", item.items);
 }

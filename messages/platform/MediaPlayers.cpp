@@ -59,6 +59,9 @@ void MediaPlayer::addSupportedDrm(DrmSystem* system)
     take(drmsSupported, system);
 }
 
+template <>
+constexpr std::size_t kHeldSize<MediaPlayer> = sizeof(Position) + sizeof(Codecs);
+
 void write(JsonWriter& json, MediaPlayer& player)
 {
     json.headerIfSet(player);

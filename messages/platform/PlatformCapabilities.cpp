@@ -171,6 +171,9 @@ DisplayLayerType DisplayLayer::stringToLayer(std::string word)
     return kDisplayLayers.value(word);
 }
 
+template <>
+constexpr std::size_t kHeldSize<DisplayLayer> = sizeof(Bounds);
+
 void write(JsonWriter& json, DisplayLayer& layer)
 {
     json.put("type", asWord(layer.type, kDisplayLayers));

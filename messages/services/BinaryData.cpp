@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <malloc.h>
+#include <memory>
 
 #include "codecs/Base64.h"
 #include "messages/core/Message.h"
@@ -22,15 +22,41 @@ struct AsBase64 {
     void write(JsonWriter& json) const { json.value(Base64::encode(bytes, bytes ? size : 0)); }
 };
 
-/// A zeroed block for `announced` bytes that holds `bytes`; null when they do not fit it, or memory cannot be had.
-unsigned char* blockOf(const std::string& bytes, unsigned announced)
-{
-    const std::size_t room = std::size_t{kRoom} * announced;
-    if (bytes.size() > room) return nullptr;
-    auto* const block = static_cast<unsigned char*>(std::calloc(std::max<std::size_t>(room, 1), 1));
-    if (block) std::memcpy(block, bytes.data(), bytes.size());
-    return block;
-}
+struct FreeBlock {
+    void operator()(unsigned char* block) const { std::free(block); }
+};
+
+/// The bytes of a Base64 text in a new, zeroed block for the announced size; anything else fails the read.
+struct AsBlock {
+    unsigned announced;
+    unsigned char*& block;
+    unsigned& size;
+
+    bool read(JsonReader& json, JsonValue value) const
+    {
+        if (!value.isText()) return false;
+        if (announced > kLargest || !decode(value)) json.fail(Fault::WrongKind);
+        return true;
+    }
+
+private:
+    /// Straight from the text into the block. False, and nothing changes, when the bytes do not fit it or memory runs out.
+    bool decode(JsonValue value) const
+    {
+        const std::size_t room = std::size_t{kRoom} * announced;
+        std::unique_ptr<unsigned char, FreeBlock> made(
+            static_cast<unsigned char*>(std::calloc(std::max<std::size_t>(room, 1), 1)));
+        if (!made) return false;
+        Base64::Decoder decoder(made.get(), room);
+        TextRuns runs(value);
+        for (std::string_view run = runs.next(); !run.empty(); run = runs.next())
+            decoder.add(run);
+        if (!decoder.finish()) return false;
+        size = static_cast<unsigned>(decoder.size());
+        block = made.release();
+        return true;
+    }
+};
 
 }  // namespace
 
@@ -61,7 +87,6 @@ void write(JsonWriter& json, BinaryData& data)
 
 void read(JsonReader& json, BinaryData& data)
 {
-    std::string text;
     const unsigned heldSize = sendable(data);
     json.required("serviceContextId", data.serviceContextId);
     if (!json.required("bufferSize", data.bufferSize)) return;
@@ -69,13 +94,10 @@ void read(JsonReader& json, BinaryData& data)
     data.knownSize_ = heldSize;
     if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
     data.knownBlock_ = data.buffer;
-    if (!json.required("buffer", text)) return;
-    if (data.bufferSize > kLargest) return json.fail(Fault::WrongKind);
-    const std::string bytes = Base64::decode(text);
-    unsigned char* const block = blockOf(bytes, data.bufferSize);
-    if (!block) return json.fail(Fault::WrongKind);
-    data.knownBlock_ = data.buffer = block;  // the block held before is the application's from now on
-    data.knownSize_ = static_cast<unsigned>(bytes.size());
+    unsigned size = 0;
+    if (!json.required("buffer", AsBlock{data.bufferSize, data.buffer, size}) || json.failed()) return;
+    data.knownBlock_ = data.buffer;  // the block held before is the application's from now on
+    data.knownSize_ = size;
     data.knownRoom_ = kRoom * data.bufferSize;
     json.optional("timestamp", data.timestamp);
 }

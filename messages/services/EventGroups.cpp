@@ -62,6 +62,9 @@ ComponentGroupDescriptor::~ComponentGroupDescriptor()
     delete caUnit;
 }
 
+template <>
+constexpr std::size_t kHeldSize<ComponentGroupDescriptor> = sizeof(CAUnit);
+
 void write(JsonWriter& json, ComponentGroupDescriptor& descriptor)
 {
     json.put("id", descriptor.id);

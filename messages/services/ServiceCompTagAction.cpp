@@ -90,6 +90,7 @@ void read(JsonReader& json, ServiceCompTagAction& action)
     if (json.optional("action", asWord(action.action, kStatus)) && !action.checkAction()) json.fail(kBadAction);
     if (json.optional("pos", AsValidPosition{action})) return;  // an action with a position never changes the volume
     if (json.failed()) return;
+    if (action.pos) json.value().keepText();    // which an application's class of positions might hold
     delete std::exchange(action.pos, nullptr);  // an action without a position drops the one held
     json.optional("vol", AsVolume{action});
 }

@@ -1,5 +1,5 @@
+#include "messages/core/CheckedText.h"
 #include "messages/core/Forms.h"
-#include "messages/core/Json.h"
 #include "messages/core/Message.h"
 #include "orvu/ServiceComponents.h"
 
@@ -61,12 +61,10 @@ bool StreamPidsRequest::deserialize(const char* text)
 bool StreamPidsRequest::deserializeObject(const char* text, unsigned char& error)
 {
     if (!text) return false;
-    const JsonTree tree = parseJson(text);
-    if (!tree) {
-        error = static_cast<unsigned char>(kUnusable);
-        return false;
-    }
-    return readValue(*this, contractOf<StreamPidsRequest>().read, JsonValue(*tree), error);
+    const CheckedText checked(text);
+    if (checked) return readValue(*this, contractOf<StreamPidsRequest>().read, checked.value(), error);
+    error = static_cast<unsigned char>(kUnusable);
+    return false;
 }
 
 StreamPidsResponse::StreamPidsResponse() : Serializable(kDataType) {}

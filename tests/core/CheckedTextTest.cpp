@@ -8,7 +8,7 @@
 
 #include "messages/core/CJsonBridge.h"
 #include "messages/core/CheckedText.h"
-#include "messages/core/JsonView.h"
+#include "messages/core/JsonValue.h"
 #include "support/FailingMemory.h"
 
 using namespace Orvu;

@@ -4,7 +4,7 @@
 
 #include "core/CatalogueTable.h"
 #include "messages/core/Catalogue.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "support/LogCapture.h"
 #include "support/Messages.h"
 
@@ -126,8 +126,8 @@ TEST(AHeader, IsNoFormatForTheLog)
 TEST(TheHeaderTypes, TellTheMappedFromTheNamed)
 {
     for (const CatalogueRow& row : kCatalogue) {
-        const JsonTree tree = parseJson((R"({"HEADER": ")" + std::string(row.wireName) + R"("})").c_str());
-        const HeaderTypes types = headerTypes(tree.get());
+        const std::string text = R"({"HEADER": ")" + std::string(row.wireName) + R"("})";
+        const HeaderTypes types = headerTypes(CheckedText(text.c_str()));
         EXPECT_EQ(types.mapped, row.mapping == Mapped ? row.type : DataTypeUnknown) << row.wireName;
         EXPECT_EQ(types.named, row.type) << row.wireName;
     }
@@ -136,12 +136,12 @@ TEST(TheHeaderTypes, TellTheMappedFromTheNamed)
 TEST(TheHeaderTypes, AreUnknownWithoutAName)
 {
     for (const char* text : {"{}", "5", R"({"HEADER": 5})", R"({"HEADER": ""})", R"({"HEADER": "stranger"})"}) {
-        const HeaderTypes types = headerTypes(parseJson(text).get());
+        const HeaderTypes types = headerTypes(CheckedText(text));
         EXPECT_EQ(types.mapped, DataTypeUnknown) << text;
         EXPECT_EQ(types.named, DataTypeUnknown) << text;
     }
-    EXPECT_EQ(headerTypes(nullptr).mapped, DataTypeUnknown);
-    EXPECT_EQ(headerTypes(nullptr).named, DataTypeUnknown);
+    EXPECT_EQ(headerTypes(CheckedText(nullptr)).mapped, DataTypeUnknown);
+    EXPECT_EQ(headerTypes(CheckedText(nullptr)).named, DataTypeUnknown);
 }
 
 std::string withoutHeader(const std::string& text)

@@ -6,6 +6,7 @@
 
 #include "core/RandomJson.h"
 #include "core/TestMessages.h"
+#include "messages/core/CheckedText.h"
 #include "messages/core/JsonReader.h"
 #include "orvu/JsonAccess.h"
 #include "support/Messages.h"
@@ -94,7 +95,9 @@ Found foundByCJson(const cJSON& object, const std::vector<std::string>& keys, co
 Found foundByReader(const cJSON& object, const std::vector<std::string>& keys, const std::string& required)
 {
     Found found;
-    JsonReader json{JsonValue(object)};
+    const std::string text = taken(cJSON_PrintUnformatted(&object));
+    const CheckedText checked(text.c_str());
+    JsonReader json(checked.value());
     for (const std::string& key : keys) {
         int number = -1;
         key == required ? json.required(key.c_str(), number) : json.optional(key.c_str(), number);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/TestMessages.h"
+#include "messages/core/CJsonBridge.h"
 #include "messages/core/JsonWriter.h"
 #include "orvu/PairingScreens.h"
 #include "support/Children.h"

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/RandomJson.h"
-#include "messages/core/JsonPrinter.h"
+#include "messages/core/CJsonBridge.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
@@ -16,7 +16,7 @@ namespace {
 std::string writtenTree(const cJSON& tree, PrintStyle style)
 {
     JsonPrinter json(style);
-    json.tree(tree);
+    printTree(json, tree);
     return taken(json.take());
 }
 

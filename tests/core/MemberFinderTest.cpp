@@ -143,7 +143,7 @@ TEST(AMemberFinder, FindsNothingInWhatIsNoObject)
 {
     for (const char* json : {"[1, \"a\", {\"a\": 2}]", "\"a\"", "1", "null", "[]"})
         EXPECT_EQ(found(json, {"a", "", "1"}), (Texts{"", "", ""}));
-    MemberFinder nothing{JsonView()};
+    MemberFinder nothing{JsonValue()};
     EXPECT_FALSE(nothing.find("a"));
 }
 

@@ -5,7 +5,7 @@
 
 #include "core/TestMessages.h"
 #include "messages/core/Catalogue.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "orvu/Orvu.h"
 #include "support/Children.h"
 #include "support/FailingMemory.h"
@@ -160,14 +160,14 @@ TEST(WithoutMemory, ANestedFractionIsReadOrFails)
     expectReadOrFailed<ServiceList>(R"({"serviceList": [{"serviceId": 2.5}, {"serviceId": 2.9999999999999996}]})");
 }
 
-TEST(WithoutMemory, AnAnsweredTypeIsReadFromItsTreeOrFails)
+TEST(WithoutMemory, AnAnsweredTypeIsReadFromItsCheckedTextOrFails)
 {
     const std::string text = textOf(*serviceList());
-    const JsonTree tree = parseJson(text.c_str());
+    const CheckedText checked(text.c_str());
     withMemoryRefused(
         [&] {
             ServiceList list;
-            return fillFromTree(list, tree.get(), text.c_str());
+            return fill(list, checked, text.c_str());
         },
         [](bool read, bool refused) { EXPECT_EQ(read, !refused); });
 }

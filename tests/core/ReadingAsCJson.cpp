@@ -9,7 +9,7 @@
 
 #include "messages/core/CJsonBridge.h"
 #include "messages/core/CheckedText.h"
-#include "messages/core/JsonView.h"
+#include "messages/core/JsonValue.h"
 #include "messages/core/MemberFinder.h"
 
 using namespace Orvu;
@@ -36,19 +36,19 @@ bool integerIn(const cJSON* item, int& value)
     return true;
 }
 
-void compareIntegers(JsonView view, const cJSON& item)
+void compareIntegers(JsonValue view, const cJSON& item)
 {
     int expected = -77;
     int found = -77;
-    require(view.integer(NumberIn::OwnText, found) == integerIn(&item, expected), "is a number or a boolean");
+    require(view.integer(found) == integerIn(&item, expected), "is a number or a boolean");
     require(found == expected, "has its integer value");
     const JsonTree nested = parseJson(printedBy(item).c_str());
     expected = found = -77;
-    require(view.integer(NumberIn::NestedText, found) == integerIn(nested.get(), expected), "is a number when nested");
+    require(view.nested().integer(found) == integerIn(nested.get(), expected), "is a number when nested");
     require(found == expected, "has its integer value when nested");
 }
 
-std::string gathered(JsonView view)
+std::string gathered(JsonValue view)
 {
     std::string text;
     TextRuns runs(view);
@@ -58,7 +58,7 @@ std::string gathered(JsonView view)
     return text;
 }
 
-void compareTexts(JsonView view, const char* expected)
+void compareTexts(JsonValue view, const char* expected)
 {
     require(view.text() == expected, "is the same text");
     require(gathered(view) == expected, "is the same text in runs");
@@ -67,7 +67,7 @@ void compareTexts(JsonView view, const char* expected)
     require(*expected == '\0' || !view.equals(std::string_view(expected + 1)), "is not equal to another text");
 }
 
-void compareKinds(JsonView view, const cJSON& item)
+void compareKinds(JsonValue view, const cJSON& item)
 {
     require(view.isText() == cJSON_IsString(&item), "is a text");
     require(view.isNumber() == cJSON_IsNumber(&item), "is a number");
@@ -98,10 +98,10 @@ std::vector<std::string> keysOf(const cJSON& object)
 }
 
 void compareMember(MemberFinder& finder, const cJSON& object, const std::string& key,
-                   const std::vector<JsonView>& items)
+                   const std::vector<JsonValue>& items)
 {
     const cJSON* const expected = cJSON_GetObjectItem(&object, key.c_str());
-    const JsonView found = finder.find(key.c_str());
+    const JsonValue found = finder.find(key.c_str());
     require(static_cast<bool>(found) == (expected != nullptr), "finds a member or none");
     if (!expected) return;
     std::size_t number = 0;
@@ -111,7 +111,7 @@ void compareMember(MemberFinder& finder, const cJSON& object, const std::string&
 }
 
 /// That keys are found in the order of the text, backwards, and in between.
-void compareLookups(JsonView view, const cJSON& item, const std::vector<JsonView>& items)
+void compareLookups(JsonValue view, const cJSON& item, const std::vector<JsonValue>& items)
 {
     const std::vector<std::string> keys = keysOf(item);
     MemberFinder inOrder(view);
@@ -127,7 +127,7 @@ void compareLookups(JsonView view, const cJSON& item, const std::vector<JsonView
     }
 }
 
-void compareKeys(JsonView view, const cJSON& item, const std::vector<JsonView>& items)
+void compareKeys(JsonValue view, const cJSON& item, const std::vector<JsonValue>& items)
 {
     std::size_t number = 0;
     const cJSON* child = cJSON_IsObject(&item) ? item.child : nullptr;
@@ -140,17 +140,17 @@ void compareKeys(JsonView view, const cJSON& item, const std::vector<JsonView>& 
     require(child == nullptr, "has no fewer members");
 }
 
-void compareValues(JsonView view, const cJSON& item, int level);
+void compareValues(JsonValue view, const cJSON& item, int level);
 
-void compareItems(JsonView view, const cJSON& item, int level)
+void compareItems(JsonValue view, const cJSON& item, int level)
 {
-    std::vector<JsonView> items;
-    for (const JsonView each : view.items())
+    std::vector<JsonValue> items;
+    for (const JsonValue each : view.items())
         items.push_back(each);
     std::size_t number = 0;
     for (const cJSON* child = item.child; child; child = child->next, ++number) {
         require(number < items.size(), "has no fewer items");
-        const JsonView next = items[number].next();
+        const JsonValue next = items[number].next();
         require(static_cast<bool>(next) == (child->next != nullptr), "has an item behind an item");
         require(!next || next.source().data() == items[number + 1].source().data(), "has the next item behind an item");
         compareValues(items[number], *child, level + 1);
@@ -160,7 +160,7 @@ void compareItems(JsonView view, const cJSON& item, int level)
     compareLookups(view, item, items);
 }
 
-void compareValues(JsonView view, const cJSON& item, int level)
+void compareValues(JsonValue view, const cJSON& item, int level)
 {
     compareKinds(view, item);
     if (cJSON_IsString(&item)) compareTexts(view, item.valuestring);

@@ -48,7 +48,7 @@ public:
 char* Flagged::serialize()
 {
     return writeText(*this, {[](JsonWriter& json, Serializable& message) { json.headerIfSet(message); },
-                             [](JsonReader&, Serializable&) {}, PrintStyle::Compact, &typeid(Flagged)});
+                             [](JsonReader&, Serializable&) {}, PrintStyle::Compact, sizeof(Flagged), &typeid(Flagged)});
 }
 
 TEST(ASerializable, KnowsTheTypeItWasMadeWith)

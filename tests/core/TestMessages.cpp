@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "messages/core/CheckedText.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
@@ -70,8 +71,8 @@ ENTRY_POINTS(Chain)
 
 int faultOf(const std::string& text, const Scripted::Reads& reads, Place place)
 {
-    const Tree tree = treeOf(text);
-    const JsonValue value(*tree);
+    const CheckedText checked(text.c_str());
+    const JsonValue value = checked.value();
     JsonReader json(place == Place::Nested ? value.nested() : value);
     reads(json);
     return json.error();

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "faults/Report.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "support/FailingMemory.h"
 #include "support/Messages.h"
 #include "support/Samples.h"

@@ -3,7 +3,7 @@
 #include <cjson/cJSON.h>
 
 #include "faults/FaultTest.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"

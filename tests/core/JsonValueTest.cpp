@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "core/TestMessages.h"
 #include "messages/core/CJsonBridge.h"
 #include "messages/core/CheckedText.h"
-#include "messages/core/JsonView.h"
+#include "messages/core/JsonValue.h"
 #include "support/FailingMemory.h"
 
 using namespace Orvu;
@@ -22,29 +23,30 @@ std::string decoded(const std::string& json)
     return text.value().text();
 }
 
-std::optional<int> integerIn(const char* json, NumberIn place)
+std::optional<int> integerIn(const char* json, Place place)
 {
     const CheckedText text(json);
     EXPECT_TRUE(text) << json;
     int value = 0;
-    if (!text.value().integer(place, value)) return std::nullopt;
+    const JsonValue own = text.value();
+    if (!(place == Place::Nested ? own.nested() : own).integer(value)) return std::nullopt;
     return value;
 }
 
 std::optional<int> integerOf(const char* json)
 {
-    return integerIn(json, NumberIn::OwnText);
+    return integerIn(json, Place::OwnText);
 }
 
 std::optional<int> nestedIntegerOf(const char* json)
 {
-    return integerIn(json, NumberIn::NestedText);
+    return integerIn(json, Place::Nested);
 }
 
-std::vector<std::string> sourcesOfItems(JsonView value)
+std::vector<std::string> sourcesOfItems(JsonValue value)
 {
     std::vector<std::string> sources;
-    for (const JsonView item : value.items())
+    for (const JsonValue item : value.items())
         sources.emplace_back(item.source());
     return sources;
 }
@@ -72,7 +74,7 @@ TEST(AView, KnowsTheKindOfItsValue)
 {
     const CheckedText text(R"(["a", -1, true, false, null, {}, []])");
     std::string kinds;
-    for (const JsonView item : text.value().items()) {
+    for (const JsonValue item : text.value().items()) {
         if (item.isText()) kinds += "text ";
         if (item.isNumber()) kinds += "number ";
         if (item.isBoolean()) kinds += "boolean ";
@@ -85,7 +87,7 @@ TEST(AView, KnowsTheKindOfItsValue)
 
 TEST(AView, IsOfNoKindWithoutAValue)
 {
-    const JsonView none = CheckedText("[").value();
+    const JsonValue none = CheckedText("[").value();
     EXPECT_FALSE(none);
     EXPECT_FALSE(none.isText() || none.isNumber() || none.isBoolean() || none.isNull() || none.isObject() ||
                  none.isArray());
@@ -95,7 +97,7 @@ TEST(AView, IsOfNoKindWithoutAValue)
     EXPECT_FALSE(none.next());
     EXPECT_EQ(sourcesOfItems(none), Texts{});
     int value = 7;
-    EXPECT_FALSE(none.integer(NumberIn::OwnText, value));
+    EXPECT_FALSE(none.integer(value));
     EXPECT_EQ(value, 7);
 }
 
@@ -267,7 +269,7 @@ TEST(AView, GivesWhatFollowsIt)
 {
     const CheckedText object("{\"a\":1, \"b\" : \"2\" ,\"c\":[]}, 5");
     EXPECT_FALSE(object.value().next());  // what is behind the value of the text is not looked at
-    JsonView value = *object.value().items().begin();
+    JsonValue value = *object.value().items().begin();
     EXPECT_EQ((value = value.next()).source(), "\"2\"");
     EXPECT_EQ((value = value.next()).source(), "[]");
     EXPECT_FALSE(value.next());
@@ -314,7 +316,7 @@ TEST(WithoutMemory, ARareNumberThrows)
         const auto read = [&] {
             int value = 0;
             try {
-                return text.value().integer(NumberIn::NestedText, value) ? value : -1;
+                return text.value().nested().integer(value) ? value : -1;
             } catch (const std::bad_alloc&) {
                 return -2;
             }

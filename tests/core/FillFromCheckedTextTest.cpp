@@ -10,7 +10,7 @@
 #include "core/RandomJson.h"
 #include "messages/core/Catalogue.h"
 #include "messages/core/Exact.h"
-#include "messages/core/Json.h"
+#include "messages/core/CJsonBridge.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
 #include "support/Samples.h"
@@ -32,16 +32,16 @@ std::string outcomeOf(const std::function<bool()>& read)
     }
 }
 
-/// That a message reads the same from a text and from its tree.
+/// That a message reads the same from a text and from the check of it.
 void expectTheSame(const Sample& sample, const char* text)
 {
-    const std::unique_ptr<Serializable> byTree = sample.empty();
+    const std::unique_ptr<Serializable> byCheck = sample.empty();
     const std::unique_ptr<Serializable> byText = sample.empty();
-    const JsonTree tree = parseJson(text);
-    EXPECT_EQ(outcomeOf([&] { return fillFromTree(*byTree, tree.get(), text); }),
+    const CheckedText checked(text);
+    EXPECT_EQ(outcomeOf([&] { return fill(*byCheck, checked, text); }),
               outcomeOf([&] { return byText->deserialize(text); }))
         << text;
-    EXPECT_EQ(withoutBornTimes(textOf(*byTree)), withoutBornTimes(textOf(*byText))) << text;
+    EXPECT_EQ(withoutBornTimes(textOf(*byCheck)), withoutBornTimes(textOf(*byText))) << text;
 }
 
 /// The value with some of its parts dropped, doubled, replaced, or with keys in another letter case.
@@ -77,7 +77,7 @@ std::vector<const Sample*> receivedSamples()
     return received;
 }
 
-TEST(FillingFromATree, DoesWhatReadingTheTextDoes)
+TEST(FillingFromACheckedText, DoesWhatReadingTheTextDoes)
 {
     RandomJson random(1);
     for (const Sample* sample : receivedSamples()) {
@@ -88,7 +88,7 @@ TEST(FillingFromATree, DoesWhatReadingTheTextDoes)
     }
 }
 
-TEST(FillingFromATree, DoesWhatReadingTheTextDoesForWhatIsNoObject)
+TEST(FillingFromACheckedText, DoesWhatReadingTheTextDoesForWhatIsNoObject)
 {
     for (const Sample* sample : receivedSamples()) {
         SCOPED_TRACE(sample->name);
@@ -97,11 +97,11 @@ TEST(FillingFromATree, DoesWhatReadingTheTextDoesForWhatIsNoObject)
     }
 }
 
-TEST(FillingFromATree, ReadsANumberAsOfATextOfItsOwn)
+TEST(FillingFromACheckedText, ReadsANumberAsOfATextOfItsOwn)
 {
     Service service;
     const char* const text = R"({"serviceId": 2.9999999999999996, "transportStreamId": 1e400})";
-    EXPECT_TRUE(fillFromTree(service, parseJson(text).get(), text));
+    EXPECT_TRUE(fill(service, CheckedText(text), text));
     EXPECT_EQ(service.serviceId, 2);
     EXPECT_EQ(service.transportStreamId, 2147483647);
 }
