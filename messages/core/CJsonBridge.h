@@ -6,6 +6,7 @@
 
 #include <cjson/cJSON.h>
 
+#include "messages/core/Json.h"
 #include "messages/core/JsonPrinter.h"
 
 /// \file

@@ -240,7 +240,17 @@ const char* CheckedText::behindString(const char* at, std::uint32_t& entry) cons
             return end;
         }
     }
-    return closingQuote(at + 1, end()) + 1;
+    return isPlain(at) ? at + plain_.size + 2 : closingQuote(at + 1, end()) + 1;
+}
+
+/// Whether a text has no escapes; plain_ is that text then.
+bool CheckedText::isPlain(const char* at) const
+{
+    if (plain_.at == offset(at)) return true;
+    const char* const quote = plainEnd(at + 1, end());
+    if (*quote != '"') return false;
+    plain_ = {offset(at), static_cast<std::uint32_t>(quote - at - 1)};
+    return true;
 }
 
 /// The first item of an array, or the first key of an object; null when it is empty.

@@ -71,6 +71,7 @@ private:
     // along.
     const char* behind(const char* at, std::uint32_t& entry) const;
     const char* behindString(const char* at, std::uint32_t& entry) const;
+    bool isPlain(const char* at) const;
     const char* inside(const char* at, std::uint32_t& entry) const;
     const char* behindComma(const char* at, std::uint32_t& entry) const;
     const char* behindColon(const char* at, std::uint32_t& entry) const;
@@ -82,6 +83,11 @@ private:
     mutable JsonText kept_;  // where it begins once keep() was called
     const std::size_t size_;
     mutable std::size_t room_;  // for objects that are made from it
+    struct Plain {
+        std::uint32_t at = ~0u;
+        std::uint32_t size = 0;
+    };
+    mutable Plain plain_;  // the last text without escapes that was read or stepped over: the other often follows
     JsonIndex index_;
     std::uint32_t root_ = 0;        // where the value begins
     std::uint32_t containers_ = 0;  // objects and arrays so far

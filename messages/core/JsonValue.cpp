@@ -9,16 +9,6 @@
 namespace Orvu {
 namespace {
 
-/// A whole number of up to 15 digits. Every cJSON prints one as it is, so that it is the same in a nested text.
-int saturated(const char* digits, const char* end, bool isNegative)
-{
-    std::int64_t number = 0;
-    for (; digits != end; ++digits)
-        number = 10 * number + (*digits - '0');
-    if (isNegative) number = -number;
-    return static_cast<int>(std::clamp<std::int64_t>(number, INT_MIN, INT_MAX));
-}
-
 /// Writes the character as UTF-8, and returns how many bytes it took.
 std::size_t encode(std::uint32_t character, char* to)
 {
@@ -61,9 +51,8 @@ std::string JsonValue::text() const
 
 std::string_view JsonValue::text(std::string& room) const
 {
-    TextRuns runs(*this);
-    const std::string_view run = runs.next();
-    if (runs.isAtEnd()) return run;
+    if (!isText()) return {};
+    if (text_->isPlain(at())) return {at() + 1, text_->plain_.size};
     copyTo(room);
     return room;
 }
@@ -71,6 +60,10 @@ std::string_view JsonValue::text(std::string& room) const
 void JsonValue::copyTo(std::string& field) const
 {
     if (text_) text_->keepFrom(field);
+    if (isText() && text_->isPlain(at())) {
+        field.assign(at() + 1, text_->plain_.size);
+        return;
+    }
     field.clear();
     TextRuns runs(*this);
     for (std::string_view run = runs.next(); !run.empty(); run = runs.next()) {
@@ -100,10 +93,15 @@ bool JsonValue::integer(int& value) const
     if (!isNumber()) return false;
     const bool isNegative = first() == '-';
     const char* const digits = at() + isNegative;
-    const char* const end = afterDigits(digits);
+    const char* end = digits;
+    std::uint64_t number = 0;
+    for (; isDigit(*end); ++end)
+        number = 10 * number + static_cast<unsigned>(*end - '0');
+    // Every cJSON prints a whole number of up to 15 digits as it is, so that it is the same in a nested text.
     const bool isShort = end != digits && end - digits <= 15 && *end != '.' && !isExponent(*end);
-    if (!isShort) return integerInCJson(source(), nested_, value);
-    value = saturated(digits, end, isNegative);
+    if (!isShort) return integerInCJson(source(), nested_ != 0, value);
+    const auto signedNumber = isNegative ? -static_cast<std::int64_t>(number) : static_cast<std::int64_t>(number);
+    value = static_cast<int>(std::clamp<std::int64_t>(signedNumber, INT_MIN, INT_MAX));
     return true;
 }
 
@@ -113,10 +111,10 @@ JsonValue JsonValue::next() const
     std::uint32_t entry = entry_;
     const char* const place = text_->behindComma(at(), entry);
     if (!place) return {};
-    const JsonValue item(*text_, place, entry, nested_);
+    const JsonValue item(*text_, place, entry, nested_ != 0);
     if (*place != '"' || *afterWhite(text_->behindString(place, entry)) != ':') return item;
     const char* const value = text_->behindColon(place, entry = item.entry_);
-    return {*text_, value, entry, nested_};
+    return {*text_, value, entry, nested_ != 0};
 }
 
 JsonValue JsonValue::nested() const
@@ -133,7 +131,7 @@ std::string_view JsonValue::source() const
     return {at(), static_cast<std::size_t>(text_->behind(at(), entry) - at())};
 }
 
-JsonItems::Iterator::Iterator(JsonValue container) : isKeyed_(container.isObject()), nested_(container.nested_)
+JsonItems::Iterator::Iterator(JsonValue container) : isKeyed_(container.isObject()), nested_(container.nested_ != 0)
 {
     if (!isKeyed_ && !container.isArray()) return;
     std::uint32_t entry = container.entry_;

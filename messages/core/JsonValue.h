@@ -16,7 +16,7 @@ class JsonMembers;
 /// a value, and of no kind.
 class JsonValue {
 public:
-    JsonValue() = default;
+    JsonValue() : entry_(0), nested_(false) {}
 
     explicit operator bool() const { return text_ != nullptr; }
     bool isText() const { return first() == '"'; }
@@ -72,8 +72,8 @@ private:
 
     const CheckedText* text_ = nullptr;
     std::uint32_t at_ = 0;
-    std::uint32_t entry_ = 0;  // the first of the text's index that begins here or later
-    bool nested_ = false;
+    std::uint32_t entry_ : 31;  // the first of the text's index that begins here or later
+    std::uint32_t nested_ : 1;  // one word with the entry: a value goes in registers
 };
 
 /// A member of an object. The key is a text.

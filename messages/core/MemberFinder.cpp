@@ -67,7 +67,7 @@ std::string_view upTo(std::size_t most, const char* at, const char* end)
 
 }  // namespace
 
-MemberFinder::MemberFinder(JsonValue object) : text_(object.text_), nested_(object.nested_)
+MemberFinder::MemberFinder(JsonValue object) : text_(object.text_), nested_(object.nested_ != 0)
 {
     if (!object.isObject()) return;
     std::uint32_t entry = object.entry_;
@@ -77,10 +77,22 @@ MemberFinder::MemberFinder(JsonValue object) : text_(object.text_), nested_(obje
 
 JsonValue MemberFinder::find(const char* key)
 {
+    constexpr std::string_view kHeader = "HEADER";  // which nearly every message has, and hardly any asks for
     const std::string_view name = key;
     const unsigned sum = Orvu::sumOf(name);
-    const bool isNext = next_.at && isNamed(next_, name) && !passed_[sum];
-    return isNext ? pass(sum) : search(name, sum);
+    if (isNext(kHeader) && name != kHeader) pass(Orvu::sumOf(kHeader));
+    return !passed_[sum] && isNext(name) ? pass(sum) : search(name, sum);
+}
+
+/// Whether the next key is the name to the letter, as it usually is: that takes no look for its end.
+bool MemberFinder::isNext(std::string_view name)
+{
+    if (!next_.at) return false;
+    const char* const text = bytes(next_);
+    const bool isSameText = static_cast<std::size_t>(text_->end() - text) > name.size() && text[name.size()] == '"' &&
+                            std::memcmp(text, name.data(), name.size()) == 0;
+    if (isSameText) next_.size = static_cast<std::uint32_t>(name.size());
+    return isSameText;
 }
 
 /// The same for a name that is not the next, or that may have been passed before.
@@ -88,6 +100,7 @@ JsonValue MemberFinder::search(std::string_view name, unsigned sum)
 {
     JsonValue found = passed_[sum] ? searchPassed(name, sum) : JsonValue();
     while (!found && next_.at) {
+        next_ = measured(next_);
         const bool isFound = isNamed(next_, name);
         const JsonValue passed = pass(sumOf(next_));
         if (isFound) found = passed;
@@ -100,7 +113,7 @@ JsonValue MemberFinder::searchPassed(std::string_view name, unsigned sum) const
     for (unsigned i = 0; i < count_; ++i) {
         if (sums_[i] == sum && isNamed(kept_[i], name)) return value(kept_[i]);
     }
-    for (Key other = unkept_; other.at && other.at != next_.at; other = behind(value(other))) {
+    for (Key other = unkept_; other.at && other.at != next_.at; other = measured(behind(value(other)))) {
         if (isNamed(other, name)) return value(other);
     }
     return {};
@@ -146,9 +159,16 @@ unsigned MemberFinder::sumOf(const Key& key) const
 MemberFinder::Key MemberFinder::key(const char* at, std::uint32_t entry) const
 {
     if (!at) return {};
-    const std::string_view most = upTo(JsonIndex::kLongText, at + 1, text_->end());
+    return {text_->offset(at), entry, kUnmeasured};
+}
+
+MemberFinder::Key MemberFinder::measured(Key key) const
+{
+    if (!key.at || key.size != kUnmeasured) return key;
+    const std::string_view most = upTo(JsonIndex::kLongText, bytes(key), text_->end());
     const char* const end = plainEnd(most.begin(), most.end());
-    return {text_->offset(at), entry, *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd};
+    key.size = *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd;
+    return key;
 }
 
 /// The key behind a member's value.

@@ -17,7 +17,7 @@ public:
     /// A value that is no object has no members.
     explicit MemberFinder(JsonValue object);
 
-    /// The value of the member; none without one.
+    /// The value of the member; none without one. The keys of contracts have no quotes or backslashes in them.
     JsonValue find(const char* key);
 
 private:
@@ -30,9 +30,12 @@ private:
         std::uint32_t size;   // kOdd where its bytes must be decoded, or are many
     };
     static constexpr std::uint32_t kOdd = ~0u;
+    static constexpr std::uint32_t kUnmeasured = kOdd - 1;
 
     const char* bytes(const Key& key) const;
     Key key(const char* at, std::uint32_t entry) const;
+    Key measured(Key key) const;
+    bool isNext(std::string_view name);
     Key behind(JsonValue value) const;
     JsonValue value(const Key& key) const;
     bool isNamed(const Key& key, std::string_view name) const;

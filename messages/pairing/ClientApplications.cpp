@@ -1,8 +1,8 @@
 #include "orvu/ClientApplications.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <ctime>
-#include <functional>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -15,41 +15,39 @@
 namespace Orvu {
 namespace {
 
-/// Drops the texts that equal an earlier one, or one of `held`. However many there are: it sorts their places.
-void dropRepeated(const std::vector<std::string>& held, std::vector<std::string>& texts)
+/// Adds tokens, each of which is held once, however many there are: addToken() compares each with all that are held.
+void addMany(std::vector<std::string>& held, std::vector<std::string>& tokens)
 {
-    std::vector<const std::string*> sorted;
-    sorted.reserve(held.size() + texts.size());
-    for (const auto* list : {&held, static_cast<const std::vector<std::string>*>(&texts)}) {
-        for (const std::string& text : *list)
-            sorted.push_back(&text);
-    }
+    std::vector<std::string*> sorted;
+    sorted.reserve(held.size() + tokens.size());
+    const auto before = static_cast<std::ptrdiff_t>(held.size());
+    held.insert(held.end(), std::make_move_iterator(tokens.begin()), std::make_move_iterator(tokens.end()));
+    for (std::string& token : held)
+        sorted.push_back(&token);
     std::stable_sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return *a < *b; });
-    std::vector<bool> isRepeated(texts.size());
-    for (std::size_t i = 1; i < sorted.size(); ++i) {
-        const bool isNew = !texts.empty() && !std::less<const std::string*>()(sorted[i], texts.data()) &&
-                           std::less<const std::string*>()(sorted[i], texts.data() + texts.size());
-        if (isNew && *sorted[i] == *sorted[i - 1])
-            isRepeated[static_cast<std::size_t>(sorted[i] - texts.data())] = true;
+    const std::string* first = sorted.front();  // of those that are equal, in the order of the list
+    for (std::string* token : sorted) {
+        if (*token != *first) first = token;
+        if (token != first && token - held.data() >= before) token->clear();
     }
-    const std::string* const first = texts.data();
-    texts.erase(
-        std::remove_if(texts.begin(), texts.end(),
-                       [&](const std::string& text) { return isRepeated[static_cast<std::size_t>(&text - first)]; }),
-        texts.end());
+    held.erase(std::remove(held.begin() + before, held.end(), std::string()), held.end());
 }
 
-/// An array of tokens, each of which is held once; items that are not texts, and empty ones, are skipped. Only for reading.
+/// An array of tokens; items that are not texts, and empty ones, are skipped. Only for reading.
 struct AsTokens {
-    std::vector<std::string>& held;
+    ServiceBindTokens& holder;
 
-    bool read(JsonReader& json, JsonValue value) const
+    bool read(JsonReader&, JsonValue value) const
     {
-        std::vector<std::string> tokens;
-        json.read(value, tokens);
-        tokens.erase(std::remove(tokens.begin(), tokens.end(), std::string()), tokens.end());
-        dropRepeated(held, tokens);
-        held.insert(held.end(), std::make_move_iterator(tokens.begin()), std::make_move_iterator(tokens.end()));
+        constexpr std::size_t kFew = 32;
+        std::vector<std::string> others;
+        for (const JsonValue item : value.items()) {
+            if (!item.isText()) continue;
+            item.takeRoom(sizeof(std::string));
+            const bool isOneOfFew = holder.bindTokens.size() < kFew;
+            isOneOfFew ? holder.addToken(item.text()) : others.push_back(item.text());
+        }
+        if (!others.empty()) addMany(holder.bindTokens, others);
         return true;
     }
 };
@@ -165,7 +163,7 @@ void read(JsonReader& json, ServiceBindTokens& tokens)
         if (!tokens.service) tokens.service = new Service;
         json.assign(tokens.service->serviceContextId, locator);
     }
-    json.optional("bindTokens", AsTokens{tokens.bindTokens});
+    json.optional("bindTokens", AsTokens{tokens});
 }
 
 MESSAGE(ServiceBindTokens, Formatted)
