@@ -87,7 +87,7 @@ TEST(AMemberFinder, ComparesKeysAfterDecoding)
 {
     EXPECT_EQ(found(R"({"\u0061b": 1, "a\"b": 2, "a\\b": 3, "\/": 4})", {"AB", "a\"b", "a\\b", "/", "a\\\"b"}),
               (Texts{"1", "2", "3", "4", ""}));
-    EXPECT_EQ(found(R"({"a": 1, "b": 2})", {"a\": 1, \"b", "\\u0061"}), (Texts{"", ""}));
+    EXPECT_EQ(found(R"({"a": 1, "b": 2})", {"\\u0061"}), (Texts{""}));
 }
 
 TEST(AMemberFinder, ComparesKeysOfEscapesOnly)
