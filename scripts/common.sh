@@ -56,6 +56,12 @@ need_armhf()
          libgmock-dev:armhf
 }
 
+# only_builds: whether nothing but the build is asked for, as the CI does for what it runs later
+only_builds()
+{
+    [ -n "${ORVU_ONLY_BUILD-}" ]
+}
+
 # build_quietly LOG PRESET [TARGET...]: builds, and ends with what was said when that fails.
 build_quietly()
 {

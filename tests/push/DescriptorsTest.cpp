@@ -10,6 +10,14 @@ using namespace OrvuTests;
 
 namespace {
 
+/// The accepting thread, once it has given itself its name.
+int acceptorOf(const Publisher& publisher)
+{
+    std::vector<int> named;
+    eventually([&] { return !(named = threadsNamed(publisher.number(), "orvu-accept")).empty(); });
+    return named.at(0);
+}
+
 struct APublisher : testing::TestWithParam<const char*> {
     static bool isWebSocket() { return std::string(GetParam()) == "websocket"; }
 
@@ -33,8 +41,6 @@ struct APublisher : testing::TestWithParam<const char*> {
     {
         return eventually([&] { return publisher.count("OrvuRestServerWebSocket::clientReadThread end") > 0; });
     }
-
-    static int acceptorOf(const Publisher& publisher) { return threadsNamed(publisher.number(), "orvu-accept").at(0); }
 
     /// It tries ten times a second to accept, which costs next to nothing.
     static void expectAPatientAcceptor(Publisher& publisher)
@@ -100,7 +106,7 @@ TEST(ATcpPublisher, MakesRoomForNewClientsOnceOldOnesAreGone)
     std::vector<RawPeer> clients;
     for (int i = 0; i < 100; ++i)
         clients.push_back(RawPeer::connectedTo(publisher.port()));
-    ASSERT_TRUE(waitForWaits(publisher, threadsNamed(publisher.number(), "orvu-accept").at(0), 3));
+    ASSERT_TRUE(waitForWaits(publisher, acceptorOf(publisher), 3));
     EXPECT_FALSE(hasBytes(clients.back()));
     EXPECT_TRUE(publisher.push());
     for (int i = 0; i < 80; ++i)
