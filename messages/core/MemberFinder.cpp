@@ -87,7 +87,7 @@ JsonValue MemberFinder::find(const char* key)
 /// Whether the next key is the name to the letter, as it usually is: that takes no look for its end.
 bool MemberFinder::isNext(std::string_view name)
 {
-    if (!next_.at) return false;
+    if (!next_.at || name.size() > JsonIndex::kLongText) return false;
     const char* const text = bytes(next_);
     const bool isSameText = static_cast<std::size_t>(text_->end() - text) > name.size() && text[name.size()] == '"' &&
                             std::memcmp(text, name.data(), name.size()) == 0;
