@@ -24,7 +24,10 @@ void addMany(std::vector<std::string>& held, std::vector<std::string>& tokens)
     held.insert(held.end(), std::make_move_iterator(tokens.begin()), std::make_move_iterator(tokens.end()));
     for (std::string& token : held)
         sorted.push_back(&token);
-    std::stable_sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return *a < *b; });
+    std::sort(sorted.begin(), sorted.end(), [](const std::string* a, const std::string* b) {
+        const int order = a->compare(*b);
+        return order != 0 ? order < 0 : a < b;
+    });
     const std::string* first = sorted.front();  // of those that are equal, in the order of the list
     for (std::string* token : sorted) {
         if (*token != *first) first = token;
