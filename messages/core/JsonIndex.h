@@ -36,7 +36,7 @@ public:
 private:
     bool grow();
 
-    static constexpr std::uint32_t kInlineEntries = 16;
+    static constexpr std::uint32_t kInlineEntries = 8;
 
     const std::uint32_t most_;
     std::uint32_t count_ = 0;
