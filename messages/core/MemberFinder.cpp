@@ -101,8 +101,9 @@ JsonValue MemberFinder::search(std::string_view name, unsigned sum)
     JsonValue found = passed_[sum] ? searchPassed(name, sum) : JsonValue();
     while (!found && next_.at) {
         next_ = measured(next_);
-        const bool isFound = isNamed(next_, name);
-        const JsonValue passed = pass(sumOf(next_));
+        const unsigned nextSum = sumOf(next_);
+        const bool isFound = nextSum == sum && isNamed(next_, name);
+        const JsonValue passed = pass(nextSum);
         if (isFound) found = passed;
     }
     return found;
