@@ -37,7 +37,7 @@ constexpr Word kImageCodecWords[] = {
 };
 constexpr auto kImageCodecs = vocabulary(kImageCodecWords, ImageCodecUnknown);
 
-// Of these two the last value stands for strangers, and its word is read back like the others.
+// In these two any other word reads as the last value, whose own word is read back like the others.
 constexpr Word kFormatWords[] = {
     {DrmFormatMp4, "mp4"}, {DrmFormatMpegTs, "mpeg-ts"}, {DrmFormatDash, "dash"},
     {DrmFormatHls, "hls"}, {DrmFormatPes, "pes"},        {DrmFormatUnknown, "Unknown"},
