@@ -80,9 +80,13 @@ RequestCallback registeredCallback()
     return requestCallback;
 }
 
-bool notify(RequestCallback callback, OrvuRestRequest* request)
+void logNotification()
 {
     OrvuRestInterface::log("OrvuRestInterface::notifyCallback");
+}
+
+bool notify(RequestCallback callback, OrvuRestRequest* request)
+{
     if (!callback) {
         OrvuRestInterface::log("Register a callback to receive requests!");
         return false;
@@ -147,6 +151,7 @@ bool OrvuRestInterface::stopListenRequests()
 
 bool OrvuRestInterface::notifyCallback(OrvuRestRequest* request)
 {
+    logNotification();
     return notify(registeredCallback(), request);
 }
 

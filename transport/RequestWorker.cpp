@@ -106,10 +106,11 @@ std::unique_ptr<Serializable> RequestWorker::messageOf(const FrameText& text)
 void RequestWorker::handOver(std::unique_ptr<Serializable> message)
 {
     const RequestCallback callback = registeredCallback();
-    if (!isWanted()) return;
     auto request = std::make_unique<OrvuRestRequest>(connection_.fd(), message.get());
     connection_.release();
     message.release();
+    logNotification();
+    if (!isWanted()) return;  // asked last: no callback may begin once the server was destroyed
     if (notify(callback, request.get())) request.release();  // the application's, which may have deleted it by now
 }
 

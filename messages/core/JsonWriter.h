@@ -123,7 +123,7 @@ public:
     template <class Range>
     void array(const Range& range)
     {
-        array(range, [this](const auto& one) { value(one); });
+        array(range, [this](const auto& one) { this->value(one); });
     }
     /// An array of children with their header flags as they are; null ones and those without a JSON text are skipped.
     template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>

@@ -273,6 +273,9 @@ void PlatformCapabilities::addDolbyVisionCodecString(std::string codec)
     dolbyVisionCodecString.push_back(std::move(codec));
 }
 
+template <>
+constexpr std::size_t kHeldSize<PlatformCapabilities> = sizeof(Bounds);
+
 void write(JsonWriter& json, PlatformCapabilities& can)
 {
     json.headerIfSet(can);

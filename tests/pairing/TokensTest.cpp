@@ -97,6 +97,92 @@ TEST(BindTokens, TakeEachTokenOnce)
     EXPECT_EQ(tokens.bindTokens, (Texts{"a", "A", "b", "c"}));
 }
 
+/// Comparing each with all others would take minutes for so many.
+constexpr int kMany = 300000;
+
+/// A text with `count` tokens, as `token` gives them.
+template <class Token>
+std::string textOfTokens(int count, Token token)
+{
+    std::string text = R"({"bindTokens": [)";
+    for (int i = 0; i < count; ++i)
+        text += (i == 0 ? "\"" : ",\"") + token(i) + '"';
+    return text + "]}";
+}
+
+TEST(BindTokens, MayBeManyOfWhichEachIsHeldOnceInTheirOrder)
+{
+    const auto token = [](int i) { return std::to_string(i * 7919LL % kMany); };  // each once, in no order
+    ServiceBindTokens tokens;
+    tokens.bindTokens = {"a", "5", "a"};  // the application's own stay as they are
+    ASSERT_TRUE(tokens.deserialize(textOfTokens(kMany, token).c_str()));
+    Texts expected = {"a", "5", "a"};
+    for (int i = 0; i < kMany; ++i) {
+        if (token(i) != "5") expected.push_back(token(i));
+    }
+    EXPECT_TRUE(tokens.bindTokens == expected);  // without printing them
+    ASSERT_TRUE(tokens.deserialize(textOfTokens(kMany, token).c_str()));
+    EXPECT_TRUE(tokens.bindTokens == expected);
+}
+
+TEST(BindTokens, MayComeManyTimes)
+{
+    ServiceBindTokens tokens;
+    ASSERT_TRUE(tokens.deserialize(textOfTokens(kMany, [](int) { return std::string("t"); }).c_str()));
+    EXPECT_EQ(tokens.bindTokens, (Texts{"t"}));
+    const auto everyThird = [](int i) { return std::to_string(i % 100 * 1000 / 3 * 3); };
+    ASSERT_TRUE(tokens.deserialize(textOfTokens(kMany, everyThird).c_str()));
+    Texts expected = {"t"};
+    for (int i = 0; i < 100; ++i)
+        expected.push_back(everyThird(i));
+    EXPECT_EQ(tokens.bindTokens, expected);
+}
+
+TEST(BindTokens, ThatAnApplicationPutThereStayHoweverManyTheyAre)
+{
+    Texts own;
+    for (int i = 0; i < 40; ++i) {
+        own.push_back("own" + std::to_string(i % 20));
+        own.emplace_back();
+    }
+    ServiceBindTokens tokens;
+    tokens.bindTokens = own;
+    ASSERT_TRUE(tokens.deserialize(R"({"bindTokens": ["b", "own3", "", "a", 5, "b", null, "own19", "c", "a"]})"));
+    own.insert(own.end(), {"b", "a", "c"});
+    EXPECT_EQ(tokens.bindTokens, own);
+    ASSERT_TRUE(tokens.deserialize(R"({"bindTokens": []})"));
+    ASSERT_TRUE(tokens.deserialize(R"({"bindTokens": ["", 5, "a"]})"));
+    EXPECT_EQ(tokens.bindTokens, own);
+}
+
+TEST(BindTokens, AreTheSameWhetherTheyAreReadAtOnceOrAddedOneByOne)
+{
+    for (int count = 0; count <= 80; ++count) {
+        const auto token = [](int i) { return i % 11 == 0 ? std::string() : std::to_string(i * i % 37); };
+        ServiceBindTokens read;
+        ServiceBindTokens added;
+        ASSERT_TRUE(read.deserialize(textOfTokens(count, token).c_str()));
+        for (int i = 0; i < count; ++i)
+            added.addToken(token(i));
+        ASSERT_EQ(read.bindTokens, added.bindTokens) << count;
+    }
+}
+
+TEST(BindTokens, AreTheSameAroundTheNumberThatIsComparedOneByOne)
+{
+    for (int held = 28; held <= 36; ++held) {
+        const auto token = [&](int i) { return std::to_string(i % 2 == 0 ? i : held + i); };
+        ServiceBindTokens read;
+        for (int i = 0; i < held; ++i)
+            read.addToken(std::to_string(i));
+        ServiceBindTokens added(read);
+        ASSERT_TRUE(read.deserialize(textOfTokens(30, token).c_str()));
+        for (int i = 0; i < 30; ++i)
+            added.addToken(token(i));
+        ASSERT_EQ(read.bindTokens, added.bindTokens) << held;
+    }
+}
+
 TEST(BindTokens, CarryTheWholeServiceOrItsLocator)
 {
     ServiceBindTokens tokens;

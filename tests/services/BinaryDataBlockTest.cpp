@@ -1,8 +1,10 @@
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 
+#include "codecs/Base64.h"
 #include "orvu/EventInformation.h"
 #include "support/Messages.h"
 
@@ -226,6 +228,89 @@ TEST(AReceivedBlock, MayBeTakenAway)
     EXPECT_EQ(table.written(), "");
     ASSERT_TRUE(table.reads("1", "BA=="));
     EXPECT_EQ(table.written(), "BA==");
+}
+
+/// More than 256 characters, with every one of the alphabet.
+std::string longBase64()
+{
+    std::string bytes;
+    for (int i = 0; i < 400; ++i)
+        bytes += static_cast<char>(i * 37 % 256);
+    return Base64::encode(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned>(bytes.size()));
+}
+
+/// The text with the character at `place` in another spelling of JSON.
+std::string respelt(const std::string& text, std::size_t place)
+{
+    char escape[8];
+    std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(text[place]));
+    const std::string slash = "\\/";
+    return text.substr(0, place) + (text[place] == '/' ? slash : escape) + text.substr(place + 1);
+}
+
+std::string bytesOf(const BinaryData& data, std::size_t size)
+{
+    return {reinterpret_cast<const char*>(data.buffer), size};
+}
+
+TEST(AReceivedBlock, HoldsWhatEscapesSpell)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("6", R"(\u0041Q\u0049D\/\/\/\u002b)"));
+    EXPECT_EQ(bytesOf(table, 6), "\x01\x02\x03\xFF\xFF\xFE");
+    EXPECT_EQ(table.written(), "AQID///+");
+}
+
+TEST(AReceivedBlock, HoldsTheSameWhereverAnEscapeCutsItsText)
+{
+    const std::string base64 = longBase64();
+    const std::string bytes = Base64::decode(base64);
+    ASSERT_EQ(bytes.size(), 400u);
+    ASSERT_NE(base64.find('/'), std::string::npos);
+    for (std::size_t place = 0; place < base64.find('='); ++place) {
+        Table table;
+        ASSERT_TRUE(table.reads("400", respelt(base64, place))) << place;
+        ASSERT_EQ(bytesOf(table, 400), bytes) << place;
+        ASSERT_EQ(table.written(), base64) << place;
+    }
+}
+
+TEST(AReceivedBlock, HoldsTheSameWhenItsTextIsNothingButEscapes)
+{
+    std::string base64 = longBase64();
+    for (std::size_t left = base64.size(); left > 0; --left)
+        base64 = respelt(base64, left - 1);
+    Table table;
+    ASSERT_TRUE(table.reads("400", base64));
+    EXPECT_EQ(bytesOf(table, 400), Base64::decode(longBase64()));
+}
+
+TEST(AReceivedBlock, HoldsWhatStandsBeforeTheEndWhereverThatIs)
+{
+    const std::string base64 = longBase64().substr(0, 300);
+    for (std::size_t place = 0; place <= base64.size(); ++place) {
+        const std::string expected = Base64::decode(base64.substr(0, place));
+        for (const char* end : {"", "=", " ", "\\n", "\\u0000", "\\u0100", "\\u003d"}) {
+            const std::string behind = *end ? base64.substr(place) : "";
+            Table table;
+            ASSERT_TRUE(table.reads("400", base64.substr(0, place) + end + behind)) << place << end;
+            ASSERT_EQ(bytesOf(table, 400), expected + std::string(400 - expected.size(), '\0')) << place << end;
+        }
+    }
+}
+
+TEST(AReceivedBlock, TakesNotAByteTooMuchWhereverAnEscapeCutsItsText)
+{
+    const std::string fits = "AQIDBAUGBwg=";      // eight bytes
+    const std::string tooLarge = "AQIDBAUGBwgJ";  // nine
+    for (std::size_t place = 0; place < fits.size() - 1; ++place) {
+        Table table;
+        EXPECT_TRUE(table.reads("2", respelt(fits, place))) << place;
+        const unsigned char* const block = table.buffer;
+        EXPECT_FALSE(table.reads("2", respelt(tooLarge, place))) << place;
+        EXPECT_EQ(table.buffer, block) << place;
+        EXPECT_EQ(bytesOf(table, 8), "\x01\x02\x03\x04\x05\x06\x07\x08") << place;
+    }
 }
 
 /// A table whose six bytes an application has put there.

@@ -9,7 +9,8 @@
 namespace {
 
 std::atomic<bool (*)()> refusal{nullptr};
-thread_local int left = 0;  // allocations up to the one that is refused; below 1: none is, or was already
+thread_local int left = 0;           // allocations up to the one that is refused; below 1: none is, or was already
+thread_local std::size_t asked = 0;  // of `new`, in bytes
 
 bool isTheNth()
 {
@@ -27,6 +28,12 @@ void* mallocUnlessRefused(std::size_t size)
     return isRefused() ? nullptr : std::malloc(size);
 }
 
+void* newBlock(std::size_t size)
+{
+    asked += size;
+    return mallocUnlessRefused(size);
+}
+
 }  // namespace
 
 extern "C" {
@@ -41,13 +48,13 @@ void* __wrap_realloc(void* block, std::size_t size)
 
 void* operator new(std::size_t size)
 {
-    if (void* const block = mallocUnlessRefused(size)) return block;
+    if (void* const block = newBlock(size)) return block;
     throw std::bad_alloc();
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    return mallocUnlessRefused(size);
+    return newBlock(size);
 }
 
 void operator delete(void* block) noexcept
@@ -89,6 +96,13 @@ FailingMemory::~FailingMemory()
 bool FailingMemory::refused() const
 {
     return left == 0;
+}
+
+CountedMemory::CountedMemory() : before_(asked) {}
+
+std::size_t CountedMemory::bytes() const
+{
+    return asked - before_;
 }
 
 }  // namespace OrvuTests

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 /// \file
 /// For programs that link `orvu-failing-memory`: what `new` asks for there, what cJSON asks for, and what the library's
 /// objects ask of `realloc` may be refused.
@@ -21,6 +23,16 @@ public:
 
     /// Whether that allocation was asked for.
     bool refused() const;
+};
+
+/// Counts what its thread asks of `new`.
+class CountedMemory {
+public:
+    CountedMemory();
+    std::size_t bytes() const;  ///< Since it was made; what was released meanwhile counts as well.
+
+private:
+    const std::size_t before_;
 };
 
 /// Calls `action` with the first allocation refused, with the second, and so on, until none is; `judge` sees, after each

@@ -2,7 +2,9 @@
 #include <chrono>
 #include <gmock/gmock.h>
 #include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
@@ -18,6 +20,7 @@ using testing::Optional;
 
 namespace {
 
+const std::string kAccepted = "OrvuRestServerSocket::workerThread: clientSockfd: ";
 const std::string kFrame = frameOf(R"({"HEADER":"serviceTime","time":"now"})");
 
 /// How much of a request has arrived when everything is destroyed.
@@ -129,6 +132,56 @@ TEST(ARequestThatIsBeingAnswered, IsAnsweredWholeAfterEverythingWasDestroyed)
     const std::string answer = begin + peer.readToEnd();
     EXPECT_EQ(answer, frameOf(answer.substr(4)));
     EXPECT_GT(answer.size(), kMoreThanTheSystemKeeps);
+}
+
+/// A request of some MiB whose reading takes a while: it holds many services.
+const std::string& longFrame()
+{
+    static const std::string kLong = [] {
+        std::string text = R"({"HEADER":"serviceList","serviceList":[)";
+        for (int i = 0; i < 40000; ++i)
+            text += (i == 0 ? "" : ",") + (R"({"serviceContextId":"1.2.01","serviceId":)" + std::to_string(i)) +
+                    R"(,"serviceName":"a name that is no short one"})";
+        return frameOf(text + "]}");
+    }();
+    return kLong;
+}
+
+const std::string kDropped = "OrvuRestServerSocket::workerThread: ERROR request dropped, the server goes away. (";
+
+/// Sends requests to a server that is destroyed a little later each round, while some of them are being read: how many of
+/// `peers` were dropped. No callback may begin after that.
+std::size_t destroyedWhileReading(int peers, int round)
+{
+    LogCapture log;
+    Receiver receiver;
+    std::vector<RawPeer> sending;
+    for (int i = 0; i < peers; ++i) {
+        sending.push_back(receiver.connect());
+        EXPECT_TRUE(sending.back().send(longFrame()));
+    }
+    for (int i = 0; i < round * 100; ++i)
+        std::this_thread::yield();
+    OrvuRestInterface::destroyInstance();
+    const int calls = receiver.calls();
+    std::size_t answered = 0;
+    for (RawPeer& peer : sending) {
+        const std::string answer = peer.readToEnd();
+        EXPECT_THAT(answer, testing::AnyOf("", frameOf(kSuccess)));
+        if (!answer.empty()) ++answered;
+    }
+    EXPECT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread -- end", linesWith(log, kAccepted).size()));
+    EXPECT_EQ(receiver.calls(), calls);
+    EXPECT_EQ(answered, static_cast<std::size_t>(calls));
+    return linesWith(log, kDropped).size();
+}
+
+TEST(ARequestThatIsBeingRead, ReachesNoCallbackAfterEverythingWasDestroyed)
+{
+    std::size_t dropped = 0;
+    for (int round = 0; round < 40 && !testing::Test::HasFailure(); ++round)
+        dropped += destroyedWhileReading(3, round);
+    EXPECT_GT(dropped, 0U);
 }
 
 /// A step on the way of a request, and the line that is logged when it begins.

@@ -1,5 +1,9 @@
+#include <atomic>
 #include <gmock/gmock.h>
 #include <memory>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Services.h"
@@ -163,6 +167,83 @@ TEST(ALengthWithinTheBound, TakesNoMemoryUntilItsTextComes)
         EXPECT_THAT(peer.readFrame(), Optional(kSuccess));  // judged by what has come
     if (kUnderASanitizer) return;                           // which keeps memory of its own
     EXPECT_LT(peakMemory(), before + 16 * kMebibyte);       // and not 1,280 of them
+}
+
+/// A frame of 60 MiB, two of which leave no room for a third.
+std::string largeFrame()
+{
+    const std::string around = timeText("");
+    return frameOf(timeText(std::string(60 * kMebibyte - around.size(), 'x')));
+}
+
+const std::string kNoRoom = "OrvuRestServerSocket::workerThread: ERROR no room for a request of " +
+                            std::to_string(60 * kMebibyte + 1) + " bytes beside others. Skipping...(";
+
+/// A peer that has sent all of `frame` but its last byte: the system keeps so little of it that the server has room for all.
+RawPeer peerWithoutItsLastByte(const Receiver& receiver, const std::string& frame)
+{
+    RawPeer peer = receiver.connect();
+    EXPECT_TRUE(peer.send(frame.substr(0, frame.size() - 1)));
+    return peer;
+}
+
+TEST(LargeRequestsAtOnce, AreReceivedUpTo128MiBTogether)
+{
+    LogCapture log;
+    const std::string frame = largeFrame();
+    const Receiver receiver;
+    RawPeer first = peerWithoutItsLastByte(receiver, frame);
+    RawPeer second = peerWithoutItsLastByte(receiver, frame);
+    RawPeer third = receiver.connect();
+    EXPECT_FALSE(third.send(frame));  // closed in the middle of it
+    EXPECT_TRUE(waitForLines(log, kNoRoom, 1));
+    EXPECT_THAT(receiver.ask(timeText("now")), Optional(kSuccess));  // small ones are served beside them
+    EXPECT_THAT(receiver.ask(timeText(std::string(60000, 'x'))), Optional(kSuccess));
+    first.send(frame.substr(frame.size() - 1));
+    EXPECT_THAT(first.readFrame(), Optional(kSuccess));
+    second.send(frame.substr(frame.size() - 1));
+    EXPECT_THAT(second.readFrame(), Optional(kSuccess));
+    EXPECT_EQ(linesWith(log, kNoRoom).size(), 1U);
+}
+
+TEST(LargeRequestsAtOnce, MakeRoomForOthersWhenTheyHaveGone)
+{
+    LogCapture log;
+    const std::string frame = largeFrame();
+    const Receiver receiver;
+    for (int round = 1; round <= 2; ++round) {
+        {
+            const RawPeer first = peerWithoutItsLastByte(receiver, frame);
+            const RawPeer second = peerWithoutItsLastByte(receiver, frame);
+            RawPeer third = receiver.connect();
+            EXPECT_FALSE(third.send(frame));
+        }
+        ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread -- end", 4 * round - 1));
+        RawPeer next = receiver.connect();
+        EXPECT_TRUE(next.send(frame));
+        EXPECT_THAT(next.readFrame(), Optional(kSuccess));
+        ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread -- end", 4 * round));
+    }
+    EXPECT_EQ(linesWith(log, kNoRoom).size(), 2U);
+}
+
+TEST(LargeRequestsAtOnce, AreEachServedOrClosedHoweverTheyMeet)
+{
+    LogCapture log;
+    const std::string frame = largeFrame();
+    const Receiver receiver;
+    std::atomic<int> served{0};
+    std::vector<std::thread> peers;
+    for (int i = 0; i < 3; ++i)
+        peers.emplace_back([&] {
+            RawPeer peer = receiver.connect();
+            if (peer.send(frame) && peer.readFrame() == kSuccess) ++served;
+        });
+    for (std::thread& peer : peers)
+        peer.join();
+    ASSERT_TRUE(waitForLines(log, "OrvuRestServerSocket::workerThread -- end", 3));
+    EXPECT_GE(served, 1);
+    EXPECT_EQ(served + static_cast<int>(linesWith(log, kNoRoom).size()), 3);
 }
 
 }  // namespace
