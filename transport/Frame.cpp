@@ -77,6 +77,11 @@ bool TextRoom::take(std::size_t bytes)
     return true;
 }
 
+TextShare::~TextShare()
+{
+    if (taken_ > 0) room_->giveBack(taken_);
+}
+
 bool TextShare::growTo(std::size_t size)
 {
     if (!room_ || size <= kUncounted + taken_) return true;

@@ -39,10 +39,7 @@ class TextShare {
 public:
     explicit TextShare(TextRoom* room) : room_(room) {}  ///< Null: without a bound.
     TextShare(TextShare&& other) noexcept : room_(other.room_), taken_(std::exchange(other.taken_, 0)) {}
-    ~TextShare()
-    {
-        if (taken_ > 0) room_->giveBack(taken_);
-    }
+    ~TextShare();
 
     /// False, and nothing changes, when a text of `size` bytes does not fit beside the others.
     bool growTo(std::size_t size);
