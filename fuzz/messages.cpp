@@ -4,8 +4,8 @@
 #include <string>
 
 #include "fuzz/Fuzz.h"
-#include "messages/core/Catalogue.h"
 #include "messages/core/CJsonBridge.h"
+#include "messages/core/Catalogue.h"
 #include "orvu/Serializable.h"
 
 using namespace Orvu;
