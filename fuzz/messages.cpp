@@ -48,8 +48,8 @@ bool areEqual(const JsonText& a, const JsonText& b)
     return a && b ? std::strcmp(a.get(), b.get()) == 0 : !a && !b;
 }
 
-/// Applications read a text, an exchange one that it has checked: neither may see a difference, nor may it show in what a failed read
-/// left behind.
+/// Applications read a text, an exchange one that it has checked: neither may see a difference, nor may it show in what a
+/// failed read left.
 void compareRoads(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> fromText(Serializable::factory(type));
