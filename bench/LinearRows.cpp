@@ -1,7 +1,7 @@
-#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "bench/CJsonEvents.h"
 #include "bench/OrvuMessages.h"
