@@ -10,6 +10,10 @@ void addExchangeRows(bool logging);
 /// nodes and the tokens of 200 services. Longer lists of events are only read.
 void addMessageRows();
 
+/// Texts that are hard to read in linear time, by the library at two sizes, one four times the other, and by cJSON at the
+/// larger.
+void addLinearRows();
+
 /// Adding 20,000 events one by one to a schedule of the library, in both orders of time.
 void addScheduleRows();
 

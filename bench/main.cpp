@@ -14,6 +14,7 @@ int main(int argc, char** argv)
     OrvuBench::addExchangeRows(logging);
     if (!logging) {
         OrvuBench::addMessageRows();
+        OrvuBench::addLinearRows();
         OrvuBench::addScheduleRows();
         OrvuBench::addPushRows();
     }

@@ -48,8 +48,8 @@ bool areEqual(const JsonText& a, const JsonText& b)
     return a && b ? std::strcmp(a.get(), b.get()) == 0 : !a && !b;
 }
 
-/// Applications read a text, an exchange the tree of it: neither may see a difference, nor may it show in what a failed read
-/// left behind.
+/// Applications read a text, an exchange one that it has checked: neither may see a difference, nor may it show in what a
+/// failed read left.
 void compareRoads(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> fromText(Serializable::factory(type));
@@ -58,9 +58,9 @@ void compareRoads(DataType type, const char* text)
     const CheckedText checked(text);
     const Outcome one = outcomeOf([&] { return fromText->deserialize(text); });
     const Outcome other = outcomeOf([&] { return fill(*fromCheck, checked, text); });
-    require(one == other, "a text and its tree read alike");
+    require(one == other, "a text reads alike, checked before or not");
     require(areEqual(JsonText(fromText->serialize()), JsonText(fromCheck->serialize())),
-            "a text and its tree leave the same fields");
+            "a text leaves the same fields, checked before or not");
 }
 
 /// What a message that has read `text` writes; null where it cannot be written: a few values take more levels of nesting than

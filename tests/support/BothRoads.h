@@ -12,7 +12,7 @@
 #include "support/SampleFields.h"
 
 /// \file
-/// A child whose class is the library's is written into its container's text and read from its tree; one of an
+/// A child whose class is the library's is written into its container's text and read from it; one of an
 /// application's class goes through its virtual functions and a text of its own. Nobody may see a difference.
 
 namespace OrvuTests {
