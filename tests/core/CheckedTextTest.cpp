@@ -283,7 +283,7 @@ TEST(ACheckedText, IsShorterThanFourGibibytes)
 {
     constexpr std::uint64_t kLimit = std::uint64_t{1} << 32;
     if (sizeof(std::size_t) < sizeof kLimit) GTEST_SKIP() << "no text can be as long here";
-    const LongText tooLong(kLimit);
+    const LongText tooLong(static_cast<std::size_t>(kLimit));
     EXPECT_EQ(CheckedText(tooLong.text()).refusal(), Refusal::TooLarge);
     EXPECT_EQ(CheckedText(tooLong.text() + 1).refusal(), Refusal::None);
 }

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "core/RandomJson.h"
+#include "messages/core/CJsonBridge.h"
 #include "messages/core/Catalogue.h"
 #include "messages/core/Exact.h"
-#include "messages/core/CJsonBridge.h"
 #include "orvu/Services.h"
 #include "support/Messages.h"
 #include "support/Samples.h"

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "core/CatalogueTable.h"
-#include "messages/core/Catalogue.h"
 #include "messages/core/CJsonBridge.h"
+#include "messages/core/Catalogue.h"
 #include "support/LogCapture.h"
 #include "support/Messages.h"
 

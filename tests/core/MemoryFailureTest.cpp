@@ -4,8 +4,8 @@
 #include <string>
 
 #include "core/TestMessages.h"
-#include "messages/core/Catalogue.h"
 #include "messages/core/CJsonBridge.h"
+#include "messages/core/Catalogue.h"
 #include "orvu/Orvu.h"
 #include "support/Children.h"
 #include "support/FailingMemory.h"

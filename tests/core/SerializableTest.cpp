@@ -47,8 +47,9 @@ public:
 
 char* Flagged::serialize()
 {
-    return writeText(*this, {[](JsonWriter& json, Serializable& message) { json.headerIfSet(message); },
-                             [](JsonReader&, Serializable&) {}, PrintStyle::Compact, sizeof(Flagged), &typeid(Flagged)});
+    return writeText(*this,
+                     {[](JsonWriter& json, Serializable& message) { json.headerIfSet(message); },
+                      [](JsonReader&, Serializable&) {}, PrintStyle::Compact, sizeof(Flagged), &typeid(Flagged)});
 }
 
 TEST(ASerializable, KnowsTheTypeItWasMadeWith)
