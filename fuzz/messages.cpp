@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
@@ -63,6 +64,47 @@ void compareRoads(DataType type, const char* text)
             "a text leaves the same fields, checked before or not");
 }
 
+/// Whether cJSON, whatever its release, prints and parses `number` as the same.
+bool isSurelyPrinted(const cJSON& number)
+{
+    constexpr double kOver15Digits = 1e15;
+    return std::trunc(number.valuedouble) == number.valuedouble && std::fabs(number.valuedouble) < kOver15Digits &&
+           !(number.valuedouble == 0 && std::signbit(number.valuedouble));
+}
+
+/// Whether a text reads as its reprint does by contract. Deeper numbers are those of children, which count as they would
+/// print anyway.
+bool isTheSamePrinted(const cJSON& tree, int levels = 3)
+{
+    if (cJSON_IsNumber(&tree) && !isSurelyPrinted(tree)) return false;
+    if (levels == 0) return true;
+    for (const cJSON* member = tree.child; member; member = member->next) {
+        if (!isTheSamePrinted(*member, levels - 1)) return false;
+    }
+    return true;
+}
+
+struct FreePrinted {
+    void operator()(char* text) const { cJSON_free(text); }
+};
+
+/// What cJSON prints of its own tree is the same message: spelling, white space, escapes and what follows the text do not
+/// matter.
+void compareWithReprint(DataType type, const char* text)
+{
+    const std::unique_ptr<Serializable> original(Serializable::factory(type));
+    const std::unique_ptr<Serializable> again(Serializable::factory(type));
+    const JsonTree tree = original ? parseJson(text) : nullptr;
+    if (!tree || !isTheSamePrinted(*tree)) return;
+    const std::unique_ptr<char, FreePrinted> reprint(cJSON_PrintUnformatted(tree.get()));
+    if (!reprint) return;
+    const Outcome one = outcomeOf([&] { return original->deserialize(text); });
+    const Outcome other = outcomeOf([&] { return again->deserialize(reprint.get()); });
+    require(one == other, "a text and its reprint read alike");
+    require(areEqual(JsonText(original->serialize()), JsonText(again->serialize())),
+            "a text and its reprint leave the same fields");
+}
+
 /// What a message that has read `text` writes; null where it cannot be written: a few values take more levels of nesting than
 /// they came in.
 JsonText rewritten(DataType type, const char* text, Outcome& outcome)
@@ -96,6 +138,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 {
     const OrvuFuzz::Case it = OrvuFuzz::caseOf(bytes, size);
     OrvuFuzz::compareRoads(it.type, it.text.c_str());
+    OrvuFuzz::compareWithReprint(it.type, it.text.c_str());
     OrvuFuzz::requireFixedPoint(it.type, it.text.c_str());
     return 0;
 }
