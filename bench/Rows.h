@@ -2,16 +2,16 @@
 
 namespace OrvuBench {
 
-/// The exchanges over loopback, at 1, 4 and 16 clients, by each program. With `logging` only those of the library, under a
-/// name that says so: whether it logs is settled once a process.
+/// The exchanges over loopback, at 1, 4 and 16 clients, by each program. With `logging` only those of the library,
+/// under a name that says so: whether it logs is settled once a process.
 void addExchangeRows(bool logging);
 
-/// Reading and writing messages, by the library and by cJSON: the list of 200 services, 500 events, capabilities, a tree of
-/// nodes and the tokens of 200 services. Longer lists of events are only read.
+/// Reading and writing messages, by the library and by cJSON: the list of 200 services, 500 events, capabilities, a
+/// tree of nodes and the tokens of 200 services. Longer lists of events are only read.
 void addMessageRows();
 
-/// Texts that are hard to read in linear time, by the library at two sizes, one four times the other, and by cJSON at the
-/// larger.
+/// Texts that are hard to read in linear time, by the library at two sizes, one four times the other, and by cJSON at
+/// the larger.
 void addLinearRows();
 
 /// Adding 20,000 events one by one to a schedule of the library, in both orders of time.

@@ -5,8 +5,8 @@
 #include "bench/PlainSockets.h"
 #include "bench/Rows.h"
 
-/// Runs the rows with Google Benchmark's options. ORVU_LOG=none gives all of them but those of the library with its log,
-/// which any other value gives.
+/// Runs the rows with Google Benchmark's options. ORVU_LOG=none gives all of them but those of the library with its
+/// log, which any other value gives.
 int main(int argc, char** argv)
 {
     const char* const log = std::getenv("ORVU_LOG");

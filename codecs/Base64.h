@@ -20,12 +20,12 @@ ORVU_EXPORT bool is_base64(unsigned char c);
 ORVU_EXPORT std::string encode(const unsigned char* bytes, unsigned int length);
 
 /// `length` bytes as lines of 72 characters, a line feed behind each of them, also behind the last, shorter one;
-/// NUL-terminated. The caller releases the text with `free`. Null when it would be too long for memory's addresses or memory
-/// cannot be had. Without bytes, an empty text.
+/// NUL-terminated. The caller releases the text with `free`. Null when it would be too long for memory's addresses or
+/// memory cannot be had. Without bytes, an empty text.
 ORVU_EXPORT unsigned char* encodeAlloc(const unsigned char* bytes, unsigned int length);
 
-/// The bytes that `text` stands for, up to the first "=" or other character that is not of the alphabet. A last group of two
-/// or three characters gives one or two bytes. Throws std::bad_alloc when memory cannot be had.
+/// The bytes that `text` stands for, up to the first "=" or other character that is not of the alphabet. A last group
+/// of two or three characters gives one or two bytes. Throws std::bad_alloc when memory cannot be had.
 ORVU_EXPORT std::string decode(const std::string& text);
 
 /// The same for a text that comes in pieces, into a block that the caller owns.

@@ -12,8 +12,8 @@
 using namespace Orvu;
 
 /// \file
-/// Every message class that the factory makes, on any text. The class is the one that the text's "HEADER" names or, where
-/// another byte than "{" stands before the text, the one whose type has that number.
+/// Every message class that the factory makes, on any text. The class is the one that the text's "HEADER" names or,
+/// where another byte than "{" stands before the text, the one whose type has that number.
 
 namespace OrvuFuzz {
 namespace {
@@ -49,8 +49,8 @@ bool areEqual(const JsonText& a, const JsonText& b)
     return a && b ? std::strcmp(a.get(), b.get()) == 0 : !a && !b;
 }
 
-/// Applications read a text, an exchange one that it has checked: neither may see a difference, nor may it show in what a
-/// failed read left.
+/// Applications read a text, an exchange one that it has checked: neither may see a difference, nor may it show in what
+/// a failed read left.
 void compareRoads(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> fromText(Serializable::factory(type));
@@ -72,8 +72,8 @@ bool isSurelyPrinted(const cJSON& number)
            !(number.valuedouble == 0 && std::signbit(number.valuedouble));
 }
 
-/// Whether a text reads as its reprint does by contract. Deeper numbers are those of children, which count as they would
-/// print anyway.
+/// Whether a text reads as its reprint does by contract. Deeper numbers are those of children, which count as they
+/// would print anyway.
 bool isTheSamePrinted(const cJSON& tree, int levels = 3)
 {
     if (cJSON_IsNumber(&tree) && !isSurelyPrinted(tree)) return false;
@@ -88,8 +88,8 @@ struct FreePrinted {
     void operator()(char* text) const { cJSON_free(text); }
 };
 
-/// What cJSON prints of its own tree is the same message: spelling, white space, escapes and what follows the text do not
-/// matter.
+/// What cJSON prints of its own tree is the same message: spelling, white space, escapes and what follows the text do
+/// not matter.
 void compareWithReprint(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> original(Serializable::factory(type));
@@ -105,8 +105,8 @@ void compareWithReprint(DataType type, const char* text)
             "a text and its reprint leave the same fields");
 }
 
-/// What a message that has read `text` writes; null where it cannot be written: a few values take more levels of nesting than
-/// they came in.
+/// What a message that has read `text` writes; null where it cannot be written: a few values take more levels of
+/// nesting than they came in.
 JsonText rewritten(DataType type, const char* text, Outcome& outcome)
 {
     const std::unique_ptr<Serializable> message(Serializable::factory(type));
@@ -114,8 +114,8 @@ JsonText rewritten(DataType type, const char* text, Outcome& outcome)
     return JsonText(outcome == Outcome::Read ? message->serialize() : nullptr);
 }
 
-/// The first two texts may differ from the next ones: what a message leaves out, or reads otherwise than it writes, is gone
-/// after them. A negative number that travels as hexadecimal text is too large to be read back.
+/// The first two texts may differ from the next ones: what a message leaves out, or reads otherwise than it writes, is
+/// gone after them. A negative number that travels as hexadecimal text is too large to be read back.
 void requireFixedPoint(DataType type, const char* text)
 {
     constexpr int kTexts = 4;

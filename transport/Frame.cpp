@@ -57,7 +57,8 @@ std::optional<FrameText> FrameReader::readText(std::size_t size)
     while (text.size_ < size) {
         const bool isFull = text.size_ >= text.reserved_;
         if (isFull && !text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)))) return std::nullopt;
-        // At the end, into the NUL's place as well: a peer's own NUL, left unread, would make closing reset the connection.
+        // At the end, into the NUL's place as well: a peer's own NUL, left unread, would make closing reset the
+        // connection.
         const std::size_t nul = text.reserved_ == size ? 1 : 0;
         const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + nul);
         if (got <= 0) break;

@@ -14,8 +14,8 @@
 namespace Orvu {
 
 /// \file
-/// One frame of an exchange, the same in both directions: four bytes with the length of the text plus one, in the host's
-/// byte order, then the text without its NUL.
+/// One frame of an exchange, the same in both directions: four bytes with the length of the text plus one, in the
+/// host's byte order, then the text without its NUL.
 
 /// The longest text that is read: what is announced longer is refused.
 constexpr std::uint32_t kLongestText = 64u << 20;
@@ -33,8 +33,8 @@ private:
     std::atomic<std::size_t> left_;
 };
 
-/// What one text takes of such room; given back with the text. The first 64 KiB do not count, so that short texts are received
-/// whatever others take.
+/// What one text takes of such room; given back with the text. The first 64 KiB do not count, so that short texts are
+/// received whatever others take.
 class TextShare {
 public:
     explicit TextShare(TextRoom* room) : room_(room) {}  ///< Null: without a bound.
@@ -52,7 +52,8 @@ private:
 /// Where bytes come from.
 class ByteSource {
 public:
-    /// Waits for bytes and takes at most `size` of them. The number taken; 0 at the end, -1 after an error or a time-out.
+    /// Waits for bytes and takes at most `size` of them. The number taken; 0 at the end, -1 after an error or a
+    /// time-out.
     virtual ssize_t read(char* to, std::size_t size) = 0;
 
 protected:
@@ -106,8 +107,8 @@ public:
     /// The announced length, the NUL counted. None when the source ends before its four bytes are there.
     std::optional<std::uint32_t> readLength();
 
-    /// The text of `size` bytes; less when the source ends before, none when there is no room for it. Memory follows what
-    /// arrives, not what was announced. Throws std::bad_alloc.
+    /// The text of `size` bytes; less when the source ends before, none when there is no room for it. Memory follows
+    /// what arrives, not what was announced. Throws std::bad_alloc.
     std::optional<FrameText> readText(std::size_t size);
 
 private:
@@ -117,8 +118,8 @@ private:
     char early_[2048];  // the length and what came along with it: short frames need one read
 };
 
-/// Sends `text` as one frame. False when the peer is gone or takes nothing for `patience` (0: waits without end), and for
-/// text whose length the frame cannot carry.
+/// Sends `text` as one frame. False when the peer is gone or takes nothing for `patience` (0: waits without end), and
+/// for text whose length the frame cannot carry.
 bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience);
 
 }  // namespace Orvu

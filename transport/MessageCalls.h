@@ -11,7 +11,8 @@ namespace Orvu {
 /// \file
 /// Calls into messages on behalf of an exchange, where an exception is a failure like any other.
 
-/// The text of `message`; none for null and for what cannot be written. A class of the application's may throw anything.
+/// The text of `message`; none for null and for what cannot be written. A class of the application's may throw
+/// anything.
 inline JsonText textOf(Serializable* message)
 {
     try {

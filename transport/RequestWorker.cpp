@@ -16,8 +16,8 @@ constexpr Seconds kInAll{30};
 
 TextRoom roomForRequests(128u << 20);  // what all requests may take that are being received or read
 
-/// A type of the catalogue that the header mapping leaves out has no message either: the factory is to say so, instead of
-/// making an UnknowRequest of it.
+/// A type of the catalogue that the header mapping leaves out has no message either: the factory is to say so, instead
+/// of making an UnknowRequest of it.
 DataType requestedType(const CheckedText& checked)
 {
     const HeaderTypes types = headerTypes(checked);
@@ -87,7 +87,8 @@ std::optional<FrameText> RequestWorker::readRequest()
     return text;
 }
 
-/// The message that `text` holds; null when there is none for the application. A text that its class cannot read is answered.
+/// The message that `text` holds; null when there is none for the application. A text that its class cannot read is
+/// answered.
 std::unique_ptr<Serializable> RequestWorker::messageOf(const FrameText& text)
 {
     const CheckedText checked(text.c_str());

@@ -13,8 +13,8 @@ class Serializable;
 
 /// Receives the request of one connection and hands it to the application, or answers what cannot be handed over.
 ///
-/// Knows neither the server nor the facade: both may be gone when it has left the exchanges in flight. It leaves once it has
-/// received the text, before it reads it: how long reading takes is the peer's choice.
+/// Knows neither the server nor the facade: both may be gone when it has left the exchanges in flight. It leaves once
+/// it has received the text, before it reads it: how long reading takes is the peer's choice.
 class RequestWorker : public Task {
 public:
     explicit RequestWorker(Connection connection);

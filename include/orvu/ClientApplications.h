@@ -69,7 +69,8 @@ public:
 
     /// Formatted, always with "HEADER". Switches the header flag of every application off, for good.
     char* serialize() override;
-    /// Appends the applications under "clientApplicationList", which is required; those that cannot be read are left out.
+    /// Appends the applications under "clientApplicationList", which is required; those that cannot be read are left
+    /// out.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -98,7 +99,8 @@ public:
 
     /// Formatted, always with "HEADER". Switches the header flag of the service off, for good.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. "serviceContextId" counts where "service" is absent. Tokens are appended.
+    /// Every key is optional: true for any JSON text. "serviceContextId" counts where "service" is absent. Tokens are
+    /// appended.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -122,7 +124,8 @@ public:
 
     /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Appends what stands under "boundServices"; what cannot be read is left out.
+    /// Every key is optional: true for any JSON text. Appends what stands under "boundServices"; what cannot be read is
+    /// left out.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -132,8 +132,8 @@ public:
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Reads the list that stands behind "type", whatever its name; false when nothing does. Without a "type" nothing changes.
-    /// Appends to the descriptors held.
+    /// Reads the list that stands behind "type", whatever its name; false when nothing does. Without a "type" nothing
+    /// changes. Appends to the descriptors held.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -154,8 +154,8 @@ public:
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Reads the list that stands behind "id", whatever its name; false when nothing does. Without an "id" nothing changes.
-    /// Appends to the tags held; what is no number counts as 0.
+    /// Reads the list that stands behind "id", whatever its name; false when nothing does. Without an "id" nothing
+    /// changes. Appends to the tags held; what is no number counts as 0.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -200,8 +200,8 @@ public:
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Reads the list that stands behind "type", whatever its name; false when nothing does. Without a "type" nothing changes.
-    /// Appends to the components held.
+    /// Reads the list that stands behind "type", whatever its name; false when nothing does. Without a "type" nothing
+    /// changes. Appends to the components held.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -11,8 +11,8 @@ namespace Orvu {
 class JsonReader;
 class JsonWriter;
 
-/// A raw SI table as bytes. One class for "binaryNIT", "binarySDT", "binaryPAT", "binaryBAT", "binaryPMT" and "binaryEPG"; also
-/// the element of a BinaryDataMultipart.
+/// A raw SI table as bytes. One class for "binaryNIT", "binarySDT", "binaryPAT", "binaryBAT", "binaryPMT" and
+/// "binaryEPG"; also the element of a BinaryDataMultipart.
 class ORVU_EXPORT BinaryData : public Serializable {
 public:
     std::string serviceContextId;     ///< Locator of the service that the table belongs to.
@@ -26,12 +26,12 @@ public:
     BinaryData(const BinaryData&) = delete;
     BinaryData& operator=(const BinaryData&) = delete;
 
-    /// Formatted; the bytes as Base64. Of a block that was received, no more bytes than came, whatever size was announced;
-    /// once the application has set another `bufferSize`, no more than the block has room for.
+    /// Formatted; the bytes as Base64. Of a block that was received, no more bytes than came, whatever size was
+    /// announced; once the application has set another `bufferSize`, no more than the block has room for.
     char* serialize() override;
-    /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new, zeroed block of
-    /// 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block unchanged, for more bytes
-    /// than that, for a size above 64 MiB, and when memory cannot be had.
+    /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
+    /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
+    /// unchanged, for more bytes than that, for a size above 64 MiB, and when memory cannot be had.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 
@@ -82,8 +82,8 @@ public:
 
     /// Formatted. Empty texts and missing descriptors are written as null.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. A descriptor that is present, null included, replaces the one held, which
-    /// is the caller's from then on.
+    /// Every key is optional: true for any JSON text. A descriptor that is present, null included, replaces the one
+    /// held, which is the caller's from then on.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -104,8 +104,8 @@ public:
     EventInfoList(const EventInfoList&) = delete;
     EventInfoList& operator=(const EventInfoList&) = delete;
 
-    /// Adds `event` and takes it, and sorts the schedule; null is ignored. At most one pass over the schedule while it is
-    /// sorted; events with equal times may change their order.
+    /// Adds `event` and takes it, and sorts the schedule; null is ignored. At most one pass over the schedule while it
+    /// is sorted; events with equal times may change their order.
     void addScheduleEvent(EventInfo* event);
     /// Whether `a` starts before `b`, by the bytes of their `startTime`.
     static bool compare(EventInfo* a, EventInfo* b);

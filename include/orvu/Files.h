@@ -71,9 +71,9 @@ public:
     void addFile(File* file);
     /// Appends `directory` and takes it; null is ignored.
     void addDir(Directory* directory);
-    /// The answer to a listing: names and sizes of the files, and the directories where there are any, without "HEADER";
-    /// formatted. With `payloadOnly` the payload of the first file as it is, null without one. The caller releases it with
-    /// `free`.
+    /// The answer to a listing: names and sizes of the files, and the directories where there are any, without
+    /// "HEADER"; formatted. With `payloadOnly` the payload of the first file as it is, null without one. The caller
+    /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
     /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.
@@ -103,9 +103,9 @@ public:
     void addFile(File* file);
     /// Appends `directory` and takes it; null is ignored.
     void addDir(Directory* directory);
-    /// The answer to a listing: names and sizes of the files, and the directories where there are any, without "HEADER";
-    /// formatted. With `payloadOnly` the payload of the first file as it is, null without one. The caller releases it with
-    /// `free`.
+    /// The answer to a listing: names and sizes of the files, and the directories where there are any, without
+    /// "HEADER"; formatted. With `payloadOnly` the payload of the first file as it is, null without one. The caller
+    /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
     /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.

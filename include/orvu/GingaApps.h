@@ -114,8 +114,8 @@ public:
     char* serialize() override;
     /// "action" is required and must be "start" or "stop"; another word is stored all the same.
     bool deserialize(const char* text) override;
-    /// The same; `error` becomes 1 for a text that is null or no JSON, 2 without an "action" or when it is no string, 3 for another
-    /// action.
+    /// The same; `error` becomes 1 for a text that is null or no JSON, 2 without an "action" or when it is no string, 3
+    /// for another action.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 

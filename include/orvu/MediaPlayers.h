@@ -52,8 +52,8 @@ public:
 
     /// Formatted.
     char* serialize() override;
-    /// "schemesSupported" and "formatsSupported" are required; what was read before a missing one stays. Lists are appended to.
-    /// Throws what Position throws.
+    /// "schemesSupported" and "formatsSupported" are required; what was read before a missing one stays. Lists are
+    /// appended to. Throws what Position throws.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -75,13 +75,14 @@ public:
 
     /// Formatted, always with "HEADER". Switches the header flag of every player off, for good.
     char* serialize() override;
-    /// Appends the players under "players", which is required; those that cannot be read are left out. Throws what Position
-    /// throws.
+    /// Appends the players under "players", which is required; those that cannot be read are left out. Throws what
+    /// Position throws.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
 
-/// A command to one media player. Wire name "playerAction". Each field is owned, and null when the command does not carry it.
+/// A command to one media player. Wire name "playerAction". Each field is owned, and null when the command does not
+/// carry it.
 class ORVU_EXPORT MediaPlayerAction : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePlayerAction;
@@ -98,8 +99,8 @@ public:
     MediaPlayerAction(const MediaPlayerAction&) = delete;
     MediaPlayerAction& operator=(const MediaPlayerAction&) = delete;
 
-    /// Whether the command can be carried out: a known action, a volume from 0 to 100, a position on the virtual display, a time
-    /// that is not negative and a URL of a known scheme, of each what the command carries.
+    /// Whether the command can be carried out: a known action, a volume from 0 to 100, a position on the virtual
+    /// display, a time that is not negative and a URL of a known scheme, of each what the command carries.
     bool validate();
     /// Whether the command carries an action, a position, a volume or a time.
     bool hasControlField();
@@ -107,8 +108,8 @@ public:
     bool isBroadcastUrl();
     /// Whether the URL names something on the Internet; false without a URL.
     bool isInternetUrl();
-    /// Where the player finds the media: a "file:" URL as it is; of any other what stands behind its last colon, under "tmp:/".
-    /// Without a URL, "".
+    /// Where the player finds the media: a "file:" URL as it is; of any other what stands behind its last colon, under
+    /// "tmp:/". Without a URL, "".
     std::string getUrlToLoad();
 
     /// Formatted.

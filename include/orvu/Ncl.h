@@ -181,8 +181,8 @@ public:
     NCLNodeAction();
     ~NCLNodeAction() override;
 
-    /// Whether the action is one that a node knows and the interface, where it was given, is a name: not empty, and without
-    /// "<", "&" and double quotes. Nobody calls it but the application.
+    /// Whether the action is one that a node knows and the interface, where it was given, is a name: not empty, and
+    /// without "<", "&" and double quotes. Nobody calls it but the application.
     bool validateArguments();
 
     /// Compact.

@@ -155,7 +155,8 @@ public:
 
     /// Formatted. Switches the header flag of every child off, for good. At most 500 items deep.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Children are appended; "isSelected" counts where "focused" is absent.
+    /// Every key is optional: true for any JSON text. Children are appended; "isSelected" counts where "focused" is
+    /// absent.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

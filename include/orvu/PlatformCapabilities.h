@@ -197,8 +197,8 @@ public:
 
     /// Formatted. Switches the header flag of every layer and interface off, for good.
     char* serialize() override;
-    /// "platformCapabilities" and in it "displayLayers", "colorimetry", "dynamicRange", "inputDevices" and "networkInterfaces" are
-    /// required; what was read before a missing one stays. Lists are appended to.
+    /// "platformCapabilities" and in it "displayLayers", "colorimetry", "dynamicRange", "inputDevices" and
+    /// "networkInterfaces" are required; what was read before a missing one stays. Lists are appended to.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -25,15 +25,15 @@ public:
     void getVirtualDisplay(int* width, int* height);
     /// Whether the rectangle has an area and lies on the virtual display.
     bool isValid();
-    /// Stores the pixels that a percentage `text`, such as "50%", is of `total`, cut towards zero; -1 for null, for a text without
-    /// "%" or shorter than two characters, and for what is not finite or beyond 32 bits. Throws std::invalid_argument for a
-    /// text without a number and std::out_of_range for one beyond a double.
+    /// Stores the pixels that a percentage `text`, such as "50%", is of `total`, cut towards zero; -1 for null, for a
+    /// text without "%" or shorter than two characters, and for what is not finite or beyond 32 bits. Throws
+    /// std::invalid_argument for a text without a number and std::out_of_range for one beyond a double.
     void convertPercentage(char* text, int* result, int total);
 
     /// Formatted, never with "HEADER".
     char* serialize() override;
-    /// Every key is optional, a number of pixels or a percentage of the virtual display such as "12.5%". Numbers are taken as
-    /// they are; false for a negative percentage, which the field keeps, and for what is neither. Throws
+    /// Every key is optional, a number of pixels or a percentage of the virtual display such as "12.5%". Numbers are
+    /// taken as they are; false for a negative percentage, which the field keeps, and for what is neither. Throws
     /// std::invalid_argument for a percentage without a number and std::out_of_range for one beyond a double.
     bool deserialize(const char* text) override;
     /// The same; `error` becomes 1 for a text that is null or no JSON, 2 for a member that cannot be read.

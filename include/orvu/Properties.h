@@ -94,8 +94,8 @@ public:
     PersistProperty();
     ~PersistProperty() override;
 
-    /// The property's name and value when neither is empty, else an empty object; formatted, without "HEADER". The caller
-    /// releases it with `free`.
+    /// The property's name and value when neither is empty, else an empty object; formatted, without "HEADER". The
+    /// caller releases it with `free`.
     char* serializeProperties();
 
     /// Formatted.
@@ -105,7 +105,8 @@ public:
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
 
-/// The value of a persistent variable, as the middleware returns it. Wire name "persistentVariableValue"; only ever received.
+/// The value of a persistent variable, as the middleware returns it. Wire name "persistentVariableValue"; only ever
+/// received.
 class ORVU_EXPORT PersistentVariableValue : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePersistentVariableValue;

@@ -5,9 +5,9 @@
 /// \file
 /// The outcomes of a request that carry no data: the whole content of such a message is its type.
 ///
-/// serialize() always writes "HEADER" and nothing else, formatted, whatever the header flag says, since a result is never
-/// nested. deserialize(text) is true for any text, null included: the type was established before. The error-reporting
-/// reader is the base's: false.
+/// serialize() always writes "HEADER" and nothing else, formatted, whatever the header flag says, since a result is
+/// never nested. deserialize(text) is true for any text, null included: the type was established before. The
+/// error-reporting reader is the base's: false.
 
 namespace Orvu {
 

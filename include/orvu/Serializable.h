@@ -120,9 +120,10 @@ public:
     /// Null when the message cannot be written: memory that cannot be had, or more than 1000 levels of nesting.
     virtual char* serialize() = 0;
 
-    /// Reads the message from NUL-terminated JSON text. Keys that are missing leave their fields as they were, lists are
-    /// appended to; false when the text is null, is no JSON, or lacks what the message requires. What was read before the
-    /// failure stays. Some messages let `std::invalid_argument` and `std::out_of_range` of a number text pass; they say so.
+    /// Reads the message from NUL-terminated JSON text. Keys that are missing leave their fields as they were, lists
+    /// are appended to; false when the text is null, is no JSON, or lacks what the message requires. What was read
+    /// before the failure stays. Some messages let `std::invalid_argument` and `std::out_of_range` of a number text
+    /// pass; they say so.
     virtual bool deserialize(const char* text) = 0;
 
     /// The same with the reason of a failure. Messages that know reasons override it and name their codes; this one is
@@ -132,23 +133,24 @@ public:
     /// The type given at construction.
     DataType getDataType() const { return dataType_; }
 
-    /// Whether serialize() writes the "HEADER" member. True at construction. Lists and containers ignore it for themselves
-    /// and switch it off, for good, in the messages that they carry.
+    /// Whether serialize() writes the "HEADER" member. True at construction. Lists and containers ignore it for
+    /// themselves and switch it off, for good, in the messages that they carry.
     void serializeHeader(bool on) { headerFlag_ = on; }
 
     /// The wire name of a type, "" for a value outside the catalogue. Never null; the text is static.
     static const char* dataTypeString(DataType type);
 
-    /// The type that the "HEADER" member of `text` names; DataTypeUnknown when there is none, when it is not in the header
-    /// mapping, or when `text` is null or no JSON. The member is found in any letter case, its value is compared exactly.
+    /// The type that the "HEADER" member of `text` names; DataTypeUnknown when there is none, when it is not in the
+    /// header mapping, or when `text` is null or no JSON. The member is found in any letter case, its value is compared
+    /// exactly.
     static DataType deserializeHeader(const char* text);
 
     /// The same JSON, formatted, without its "HEADER" member; null when `text` is no JSON. Takes `text`, which `malloc`
     /// must have made, and releases it in either case. The caller releases the result with `free`.
     static char* removeHeader(const char* text);
 
-    /// A new, empty message of the type, owned by the caller. Null for a type that has no entry or when memory cannot be
-    /// had; an UnknowRequest for DataTypeUnknown.
+    /// A new, empty message of the type, owned by the caller. Null for a type that has no entry or when memory cannot
+    /// be had; an UnknowRequest for DataTypeUnknown.
     static Serializable* factory(DataType type);
 
     /// Reads the message from a parsed item (a `cJSON*`, passed untyped), through the virtual deserialize(text).

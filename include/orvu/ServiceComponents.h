@@ -10,8 +10,8 @@
 
 namespace Orvu {
 
-/// One elementary stream (video, audio, captions, data) of a service. Wire name "serviceComponent"; also the element of a
-/// ServiceComponentList. A number of -1 is not known.
+/// One elementary stream (video, audio, captions, data) of a service. Wire name "serviceComponent"; also the element of
+/// a ServiceComponentList. A number of -1 is not known.
 class ORVU_EXPORT ServiceComponent : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeServiceComponent;
@@ -35,8 +35,8 @@ public:
     /// Formatted.
     char* serialize() override;
     /// Every key is optional. Hexadecimal and decimal number texts are read, malformed ones as -1. Throws
-    /// std::invalid_argument for a number text without digits, std::out_of_range for one above 2147483647, and what Position
-    /// throws.
+    /// std::invalid_argument for a number text without digits, std::out_of_range for one above 2147483647, and what
+    /// Position throws.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -58,8 +58,8 @@ public:
 
     /// Formatted, always with "HEADER". Switches the header flag of every component off, for good.
     char* serialize() override;
-    /// Appends the components under "components", which is required; those that cannot be read are left out. Throws what
-    /// ServiceComponent throws.
+    /// Appends the components under "components", which is required; those that cannot be read are left out. Throws
+    /// what ServiceComponent throws.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -108,9 +108,9 @@ public:
     char* serialize() override;
     /// Calls the error-reporting reader of the object's own class and gives its result.
     bool deserialize(const char* text) override;
-    /// Every key is optional. `error` becomes 1 for a text that is null or no JSON, 2 for an action that a component does not
-    /// know, 3 for a bad position, 4 for a bad volume; what was read before stays. An action with a position never changes the
-    /// volume; one without drops the position held so far. Throws what Position throws.
+    /// Every key is optional. `error` becomes 1 for a text that is null or no JSON, 2 for an action that a component
+    /// does not know, 3 for a bad position, 4 for a bad volume; what was read before stays. An action with a position
+    /// never changes the volume; one without drops the position held so far. Throws what Position throws.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 
@@ -146,8 +146,8 @@ public:
 
     /// Appends `pid`; PID 0 cannot be asked for and is ignored.
     void addPid(unsigned short pid);
-    /// Reads the message; "pids" is required. False with `error` 101 for a text that is no JSON or whose "pids" is no array, 105
-    /// without "pids", and `error` unchanged for a null text. Appends to the PIDs held.
+    /// Reads the message; "pids" is required. False with `error` 101 for a text that is no JSON or whose "pids" is no
+    /// array, 105 without "pids", and `error` unchanged for a null text. Appends to the PIDs held.
     bool deserializeObject(const char* text, unsigned char& error);
     /// A literal null is a null text.
     bool deserializeObject(std::nullptr_t, unsigned char& error)
@@ -184,8 +184,8 @@ public:
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
 
-/// "0x" and the value in lower-case hexadecimal, at least two digits; a negative value as its 32-bit two's complement. The
-/// caller releases the text with `free`. Null when memory cannot be had.
+/// "0x" and the value in lower-case hexadecimal, at least two digits; a negative value as its 32-bit two's complement.
+/// The caller releases the text with `free`. Null when memory cannot be had.
 ORVU_EXPORT char* convertIntToStringHex(int value);
 
 /// The value of a decimal or "0x" hexadecimal number text, blanks around it and letter case ignored; -1 for what is

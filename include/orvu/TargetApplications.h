@@ -93,15 +93,18 @@ public:
     static PriorityType stringToPriority(std::string word);
     /// Appends `filter` and takes it; null is ignored.
     void addFilter(TargetAppFilter* filter);
-    /// A copy, which the caller owns: its header flag is set, what was read is forgotten. Null when memory cannot be had.
+    /// A copy, which the caller owns: its header flag is set, what was read is forgotten. Null when memory cannot be
+    /// had.
     TargetApp* clone();
 
     /// Formatted. Switches the header flag of every filter off, for good.
     char* serialize() override;
-    /// "filters" is required, and one filter at least held afterwards; what was read before stays. Filters are appended.
+    /// "filters" is required, and one filter at least held afterwards; what was read before stays. Filters are
+    /// appended.
     bool deserialize(const char* text) override;
-    /// The same, with stricter rules of identity. `error` becomes 1 for a text that is null or no JSON, 2 when neither a display name is
-    /// given nor an id known, 3 without "filters", 4 without any filter held, 5 when neither a canonical name nor an id is known.
+    /// The same, with stricter rules of identity. `error` becomes 1 for a text that is null or no JSON, 2 when neither
+    /// a display name is given nor an id known, 3 without "filters", 4 without any filter held, 5 when neither a
+    /// canonical name nor an id is known.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 
@@ -170,8 +173,8 @@ public:
 
     /// Formatted.
     char* serialize() override;
-    /// False for a text that is no object, and for a "targetId", "action" or "priority" that is a number or a boolean; what was
-    /// read before stays.
+    /// False for a text that is no object, and for a "targetId", "action" or "priority" that is a number or a boolean;
+    /// what was read before stays.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -5,17 +5,18 @@
 
 namespace Orvu {
 
-/// What the "HEADER" of a text names, in the two ways that the library asks for it. Logs as deserializeHeader() does. `mapped`
-/// follows the header mapping; `named` is the catalogue's type of that name, also where the mapping leaves it out. Both are
-/// DataTypeUnknown for a text that was refused, a missing "HEADER", one that is not a text, and any other name.
+/// What the "HEADER" of a text names, in the two ways that the library asks for it. Logs as deserializeHeader() does.
+/// `mapped` follows the header mapping; `named` is the catalogue's type of that name, also where the mapping leaves it
+/// out. Both are DataTypeUnknown for a text that was refused, a missing "HEADER", one that is not a text, and any other
+/// name.
 struct HeaderTypes {
     DataType mapped = DataTypeUnknown;
     DataType named = DataTypeUnknown;
 };
 HeaderTypes headerTypes(const CheckedText& checked);
 
-/// Fills a message that factory(type) made from `text`, without checking it again where the class allows it. The result, and the
-/// exceptions, are those of `message.deserialize(text)`.
+/// Fills a message that factory(type) made from `text`, without checking it again where the class allows it. The
+/// result, and the exceptions, are those of `message.deserialize(text)`.
 bool fill(Serializable& message, const CheckedText& checked, const char* text);
 
 }  // namespace Orvu

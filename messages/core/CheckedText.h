@@ -11,8 +11,8 @@ namespace Orvu {
 
 class JsonValue;
 
-/// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then be
-/// read where they are. The text must live, and not change, as long as this object and its values are in use.
+/// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
+/// be read where they are. The text must live, and not change, as long as this object and its values are in use.
 ///
 /// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text or key above
 /// 256 bytes.
@@ -41,8 +41,8 @@ public:
     void keep() const;
     /// The same before `field` is changed, if that holds the text.
     void keepFrom(const std::string& field) const;
-    /// Before an object of this size is made from the text: throws TooMuch when all of them together would take more than
-    /// 16 MiB and twice the text.
+    /// Before an object of this size is made from the text: throws TooMuch when all of them together would take more
+    /// than 16 MiB and twice the text.
     void takeRoom(std::size_t size) const;
     struct TooMuch {};
 

@@ -9,10 +9,12 @@
 namespace Orvu {
 
 /// \file
-/// The two roads of a child. One whose class is exactly that of the contract is written into its holder's text, and read from
-/// it, by the contract. One of a class that an application derived goes through its virtual functions and a text of its own.
+/// The two roads of a child. One whose class is exactly that of the contract is written into its holder's text, and
+/// read from it, by the contract. One of a class that an application derived goes through its virtual functions and a
+/// text of its own.
 
-/// Whether the text that a child of an application's class gives is minified before it is parsed: comments may stand in it.
+/// Whether the text that a child of an application's class gives is minified before it is parsed: comments may stand in
+/// it.
 enum class ChildText { AsIs, Minified };
 
 /// Writes the child as one value. False when it has no JSON text.

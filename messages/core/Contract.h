@@ -22,8 +22,8 @@ struct Contract {
     const std::type_info* type;  ///< The class itself; objects of classes derived from it write and read themselves.
 };
 
-/// The contract of a class, by which other messages embed it. CONTRACT (see Message.h) defines it in the class's own file; a
-/// class without one does not compile as a child.
+/// The contract of a class, by which other messages embed it. CONTRACT (see Message.h) defines it in the class's own
+/// file; a class without one does not compile as a child.
 template <class Message>
 const Contract& contractOf() = delete;
 

@@ -12,8 +12,9 @@
 namespace Orvu {
 
 /// \file
-/// Fields that travel in another form than their own. A form writes itself as one value, or answers false when it has none,
-/// which leaves its key out. It reads itself from a value of any kind, and answers false when it leaves its field as it was.
+/// Fields that travel in another form than their own. A form writes itself as one value, or answers false when it has
+/// none, which leaves its key out. It reads itself from a value of any kind, and answers false when it leaves its field
+/// as it was.
 
 /// Reads a text as the value of a word; false for a value of another kind.
 bool readWord(JsonValue value, const WordTable& words, int& field);
@@ -124,7 +125,8 @@ AllAsIs<Message> asIs(const std::vector<Message*>& children)
     return {children};
 }
 
-/// A child as it is; the text that one of an application's class gives is minified before it is parsed. Only for writing.
+/// A child as it is; the text that one of an application's class gives is minified before it is parsed. Only for
+/// writing.
 template <class Message>
 struct Minified {
     Message* child;

@@ -7,9 +7,9 @@
 
 namespace Orvu {
 
-/// Prints JSON values one after the other, byte for byte as cJSON prints the same tree: quotes and escapes, commas, line
-/// breaks and indents. A failure (out of memory, or more than kMaxDepth levels) makes every further call do nothing and
-/// take() null.
+/// Prints JSON values one after the other, byte for byte as cJSON prints the same tree: quotes and escapes, commas,
+/// line breaks and indents. A failure (out of memory, or more than kMaxDepth levels) makes every further call do
+/// nothing and take() null.
 class JsonPrinter {
 public:
     explicit JsonPrinter(PrintStyle style) : formatted_(style == PrintStyle::Formatted) {}

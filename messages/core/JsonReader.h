@@ -30,8 +30,8 @@ class JsonReader {
 public:
     explicit JsonReader(JsonValue value) : value_(value), members_(value) {}
 
-    /// Takes the member into `field` when it is there and of the field's kind; a number or a boolean serves an `int` and a
-    /// `bool` (non-zero is true). Returns whether it was taken; the field stays as it was otherwise.
+    /// Takes the member into `field` when it is there and of the field's kind; a number or a boolean serves an `int`
+    /// and a `bool` (non-zero is true). Returns whether it was taken; the field stays as it was otherwise.
     bool optional(const char* key, std::string& field);
     bool optional(const char* key, int& field);
     bool optional(const char* key, unsigned& field);

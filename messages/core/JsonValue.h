@@ -12,8 +12,8 @@ namespace Orvu {
 class JsonItems;
 class JsonMembers;
 
-/// A value as its place in a checked text: it owns nothing and costs nothing to copy. One that was made without a text is not
-/// a value, and of no kind.
+/// A value as its place in a checked text: it owns nothing and costs nothing to copy. One that was made without a text
+/// is not a value, and of no kind.
 class JsonValue {
 public:
     JsonValue() : entry_(0), nested_(false) {}
@@ -35,8 +35,9 @@ public:
     /// Whether it is this text.
     bool equals(std::string_view text) const;
 
-    /// The integer of a number, truncated and saturated at the ends of 32 bits, or of a boolean. False, and `value` stays, for
-    /// any other value and for a nested number that prints as null. Throws std::bad_alloc when out of memory.
+    /// The integer of a number, truncated and saturated at the ends of 32 bits, or of a boolean. False, and `value`
+    /// stays, for any other value and for a nested number that prints as null. Throws std::bad_alloc when out of
+    /// memory.
     bool integer(int& value) const;
 
     /// The items of an array, or the values of an object's members; none for any other value.
@@ -46,8 +47,8 @@ public:
     /// The value right after this one in its array or object; none after the last.
     JsonValue next() const;
 
-    /// The same value as a message that is nested in another sees it. A message is defined on its own text, so a number in a
-    /// nested one counts as its printed text would read.
+    /// The same value as a message that is nested in another sees it. A message is defined on its own text, so a number
+    /// in a nested one counts as its printed text would read.
     JsonValue nested() const;
 
     /// The JSON that this value is. A number at the top of a text may have some of the characters with it that follow.

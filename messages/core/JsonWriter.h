@@ -10,8 +10,8 @@
 
 namespace Orvu {
 
-/// Writes a message straight to text: the verbs in which contracts state what they write, each of which adds a member to
-/// the object that is being written, in the order of their calls.
+/// Writes a message straight to text: the verbs in which contracts state what they write, each of which adds a member
+/// to the object that is being written, in the order of their calls.
 class JsonWriter {
 public:
     explicit JsonWriter(PrintStyle style) : json_(style) {}
@@ -31,7 +31,8 @@ public:
     template <class Value, class = std::enable_if_t<std::is_arithmetic_v<Value> || std::is_enum_v<Value>>>
     void put(const char* key, Value value) = delete;
 
-    /// A field in the form in which it travels (see Forms.h). A form that answers false has no value: the key is left out.
+    /// A field in the form in which it travels (see Forms.h). A form that answers false has no value: the key is left
+    /// out.
     template <class Form>
     auto put(const char* key, const Form& form) -> std::void_t<decltype(form.write(*this))>
     {
@@ -40,7 +41,8 @@ public:
         if (!hasValue([&] { return form.write(*this); })) json_.backTo(mark);
     }
 
-    /// A child under `key`. Its header flag goes off, for good. Null, or a child without a JSON text, leaves the key out.
+    /// A child under `key`. Its header flag goes off, for good. Null, or a child without a JSON text, leaves the key
+    /// out.
     template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
     void put(const char* key, Message* child)
     {

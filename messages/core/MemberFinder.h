@@ -14,7 +14,7 @@ namespace Orvu {
 /// the rest.
 class MemberFinder {
 public:
-    /// A value that is no object has no members.
+    /// A value that is not an object has no members.
     explicit MemberFinder(JsonValue object);
 
     /// The value of the member; none without one. The keys of contracts have no quotes or backslashes in them.

@@ -32,7 +32,8 @@ using Reading = void (*)(JsonReader& json, Serializable& message);
 /// `std::invalid_argument` and `std::out_of_range` of number texts pass.
 bool readText(Serializable& message, Reading read, const char* text);
 
-/// The same with the reason: `error` becomes 1 for a text that is null or not JSON, else the code of the message's fault.
+/// The same with the reason: `error` becomes 1 for a text that is null or not JSON, else the code of the message's
+/// fault.
 bool readText(Serializable& message, Reading read, const char* text, unsigned char& error);
 
 /// The same from a text that was checked before.

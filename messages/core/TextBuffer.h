@@ -5,8 +5,8 @@
 
 namespace Orvu {
 
-/// One growing text, made by `malloc`. Once it has failed, because memory ran out or because its user says so, nothing is
-/// appended any more.
+/// One growing text, made by `malloc`. Once it has failed, because memory ran out or because its user says so, nothing
+/// is appended any more.
 class TextBuffer {
 public:
     TextBuffer() = default;

@@ -40,7 +40,8 @@ struct AsBlock {
     }
 
 private:
-    /// Straight from the text into the block. False, and nothing changes, when the bytes do not fit it or memory runs out.
+    /// Straight from the text into the block. False, and nothing changes, when the bytes do not fit it or memory runs
+    /// out.
     bool decode(JsonValue value) const
     {
         const std::size_t room = std::size_t{kRoom} * announced;

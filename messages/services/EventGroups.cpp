@@ -3,8 +3,8 @@
 #include "messages/core/Ownership.h"
 #include "orvu/EventDescriptors.h"
 
-// Groups travel inside an event, without a header. Each is read by place: its list stands right behind its number, under
-// whatever name.
+// Groups travel inside an event, without a header. Each is read by place: its list stands right behind its number,
+// under whatever name.
 
 namespace Orvu {
 

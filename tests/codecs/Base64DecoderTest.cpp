@@ -14,7 +14,8 @@ namespace {
 /// Every character of the alphabet, and a last group of two.
 const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/TQ==";
 
-/// Decodes `text`, which comes in pieces of `step` characters, into a block of `room` bytes; `fits` is whether that was enough.
+/// Decodes `text`, which comes in pieces of `step` characters, into a block of `room` bytes; `fits` is whether that was
+/// enough.
 std::string decodedInPieces(const std::string& text, std::size_t step, std::size_t room, bool& fits)
 {
     const std::unique_ptr<unsigned char[]> block(new unsigned char[room]);  // the address sanitizer watches its end

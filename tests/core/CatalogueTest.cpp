@@ -96,8 +96,8 @@ TEST(TheFactory, MakesTheClassOfEachType)
     }
 }
 
-/// Bounds began as a position without a place. Peers cannot see their type, since bounds write no "HEADER"; applications
-/// can, and rely on it.
+/// Bounds began as a position without a place. Peers cannot see their type, since bounds write no "HEADER";
+/// applications can, and rely on it.
 TEST(TheFactory, MakesBoundsThatHaveTheTypeOfAPosition)
 {
     const std::unique_ptr<Serializable> bounds(Serializable::factory(DataTypeBounds));

@@ -74,8 +74,8 @@ std::vector<std::string> shuffled(RandomJson& random, std::vector<std::string> k
     return keys;
 }
 
-/// The members that cJSON finds for the keys of a contract, up to the first required one that it does not; -1 for those not
-/// taken.
+/// The members that cJSON finds for the keys of a contract, up to the first required one that it does not; -1 for those
+/// not taken.
 struct Found {
     std::vector<int> numbers;
     int fault = kNoFault;

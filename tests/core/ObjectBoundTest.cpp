@@ -14,8 +14,8 @@
 using namespace Orvu;
 
 /// \file
-/// The objects that one read makes take at most 16 MiB and twice the text. Two bytes of a text can make an object of several
-/// hundred.
+/// The objects that one read makes take at most 16 MiB and twice the text. Two bytes of a text can make an object of
+/// several hundred.
 
 namespace OrvuTests {
 namespace {

@@ -23,8 +23,9 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-/// Reads `text` into a new message, from the field that `fieldOf` gives, and into another from a copy of it: whether both came
-/// to the same result and write the same, which is in `written` then. Both have the text in that field before.
+/// Reads `text` into a new message, from the field that `fieldOf` gives, and into another from a copy of it: whether
+/// both came to the same result and write the same, which is in `written` then. Both have the text in that field
+/// before.
 template <class Message, class FieldOf>
 testing::AssertionResult readsItsOwn(const std::string& text, FieldOf fieldOf, std::string& written)
 {

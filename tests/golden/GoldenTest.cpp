@@ -6,8 +6,8 @@
 #include "support/Messages.h"
 #include "support/Samples.h"
 
-/// The texts of every message class, as new and filled in, against the recorded ones in texts/. `scripts/golden` accepts a
-/// change on purpose.
+/// The texts of every message class, as new and filled in, against the recorded ones in texts/. `scripts/golden`
+/// accepts a change on purpose.
 
 namespace OrvuTests {
 namespace {

@@ -6,8 +6,8 @@
 #include "support/Messages.h"
 #include "support/Samples.h"
 
-/// Writes one JSON object into a file: for every message class the keys without which its filled text cannot be read, as the library
-/// itself behaves.
+/// Writes one JSON object into a file: for every message class the keys without which its filled text cannot be read,
+/// as the library itself behaves.
 
 namespace OrvuTests {
 namespace {

@@ -17,8 +17,8 @@
 
 namespace OrvuTests {
 
-/// That a container writes the same around a child on both roads; `textAround` gives the child, filled in, to a container
-/// and returns that one's text.
+/// That a container writes the same around a child on both roads; `textAround` gives the child, filled in, to a
+/// container and returns that one's text.
 template <class Child, class TextAround>
 void expectTheSameText(TextAround textAround)
 {
@@ -41,8 +41,9 @@ std::string outcomeOf(Read read)
     }
 }
 
-/// That a container reads a child that it holds alike on both roads, whatever values a peer sends under the child's keys.
-/// `readAround` gives the child to a container, lets that read the item, and returns a text that shows what came of it.
+/// That a container reads a child that it holds alike on both roads, whatever values a peer sends under the child's
+/// keys. `readAround` gives the child to a container, lets that read the item, and returns a text that shows what came
+/// of it.
 template <class Child, class ReadAround>
 void expectTheSameRead(const std::vector<std::string>& keys, ReadAround readAround)
 {

@@ -35,8 +35,8 @@ private:
     const std::size_t before_;
 };
 
-/// Calls `action` with the first allocation refused, with the second, and so on, until none is; `judge` sees, after each
-/// call, what came of it and whether memory was refused. Returns how many calls met a refusal.
+/// Calls `action` with the first allocation refused, with the second, and so on, until none is; `judge` sees, after
+/// each call, what came of it and whether memory was refused. Returns how many calls met a refusal.
 template <class Action, class Judge>
 int withMemoryRefused(Action action, Judge judge)
 {

@@ -149,8 +149,8 @@ const std::string& longFrame()
 
 const std::string kDropped = "OrvuRestServerSocket::workerThread: ERROR request dropped, the server goes away. (";
 
-/// Sends requests to a server that is destroyed a little later each round, while some of them are being read: how many of
-/// `peers` were dropped. No callback may begin after that.
+/// Sends requests to a server that is destroyed a little later each round, while some of them are being read: how many
+/// of `peers` were dropped. No callback may begin after that.
 std::size_t destroyedWhileReading(int peers, int round)
 {
     LogCapture log;

@@ -179,7 +179,8 @@ std::string largeFrame()
 const std::string kNoRoom = "OrvuRestServerSocket::workerThread: ERROR no room for a request of " +
                             std::to_string(60 * kMebibyte + 1) + " bytes beside others. Skipping...(";
 
-/// A peer that has sent all of `frame` but its last byte: the system keeps so little of it that the server has room for all.
+/// A peer that has sent all of `frame` but its last byte: the system keeps so little of it that the server has room for
+/// all.
 RawPeer peerWithoutItsLastByte(const Receiver& receiver, const std::string& frame)
 {
     RawPeer peer = receiver.connect();
