@@ -49,11 +49,11 @@ struct Exactly {
 
 /// Whether a class has a `write` and a `read` of its own; those of a class that it derives from do not count.
 template <class Message, class = void>
-constexpr bool hasItsOwnPair = false;
+inline constexpr bool hasItsOwnPair = false;
 template <class Message>
-constexpr bool hasItsOwnPair<Message, std::void_t<decltype(write(std::declval<JsonWriter&>(), Exactly<Message>())),
-                                                  decltype(read(std::declval<JsonReader&>(), Exactly<Message>()))>> =
-    true;
+inline constexpr bool
+    hasItsOwnPair<Message, std::void_t<decltype(write(std::declval<JsonWriter&>(), Exactly<Message>())),
+                                       decltype(read(std::declval<JsonReader&>(), Exactly<Message>()))>> = true;
 
 /// Defines the contract of a class from its functions `write(JsonWriter&, Class&)` and `read(JsonReader&, Class&)`.
 #define CONTRACT(Class, Style)                                                                          \
