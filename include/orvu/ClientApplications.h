@@ -92,7 +92,7 @@ public:
 
     /// Appends `token` unless it is empty or held already.
     void addToken(std::string token);
-    /// A copy, which the caller owns; its header flag is set. Null when memory cannot be had.
+    /// A copy, which the caller owns; its header flag is set. Null when out of memory.
     ServiceBindTokens* clone();
     bool isFullService() const { return fullService; }
     void setFullService(bool value) { fullService = value; }

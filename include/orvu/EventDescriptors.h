@@ -155,7 +155,7 @@ public:
     /// Compact, never with "HEADER".
     char* serialize() override;
     /// Reads the list that stands behind "id", whatever its name; false when nothing does. Without an "id" nothing
-    /// changes. Appends to the tags held; what is no number counts as 0.
+    /// changes. Appends to the tags held; any other item counts as 0.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -31,7 +31,7 @@ public:
     char* serialize() override;
     /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
     /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
-    /// unchanged, for more bytes than that, for a size above 64 MiB, and when memory cannot be had.
+    /// unchanged, for more bytes than that, for a size above 64 MiB, and when out of memory.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 

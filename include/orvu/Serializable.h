@@ -117,11 +117,11 @@ public:
     virtual ~Serializable();
 
     /// Writes the message as JSON. The caller releases the text with `free`.
-    /// Null when the message cannot be written: memory that cannot be had, or more than 1000 levels of nesting.
+    /// Null when the message cannot be written: out of memory, or more than 1000 levels of nesting.
     virtual char* serialize() = 0;
 
     /// Reads the message from NUL-terminated JSON text. Keys that are missing leave their fields as they were, lists
-    /// are appended to; false when the text is null, is no JSON, or lacks what the message requires. What was read
+    /// are appended to; false when the text is null, is not JSON, or lacks what the message requires. What was read
     /// before the failure stays. Some messages let `std::invalid_argument` and `std::out_of_range` of a number text
     /// pass; they say so.
     virtual bool deserialize(const char* text) = 0;
@@ -145,8 +145,8 @@ public:
     /// exactly.
     static DataType deserializeHeader(const char* text);
 
-    /// The same JSON, formatted, without its "HEADER" member; null when `text` is no JSON. Takes `text`, which `malloc`
-    /// must have made, and releases it in either case. The caller releases the result with `free`.
+    /// The same JSON, formatted, without its "HEADER" member; null when `text` is not JSON. Takes `text`, which
+    /// `malloc` must have made, and releases it in either case. The caller releases the result with `free`.
     static char* removeHeader(const char* text);
 
     /// A new, empty message of the type, owned by the caller. Null for a type that has no entry or when memory cannot

@@ -146,8 +146,8 @@ public:
 
     /// Appends `pid`; PID 0 cannot be asked for and is ignored.
     void addPid(unsigned short pid);
-    /// Reads the message; "pids" is required. False with `error` 101 for a text that is no JSON or whose "pids" is no
-    /// array, 105 without "pids", and `error` unchanged for a null text. Appends to the PIDs held.
+    /// Reads the message; "pids" is required. False with `error` 101 for a text that is not JSON or whose "pids" is not
+    /// an array, 105 without "pids", and `error` unchanged for a null text. Appends to the PIDs held.
     bool deserializeObject(const char* text, unsigned char& error);
     /// A literal null is a null text.
     bool deserializeObject(std::nullptr_t, unsigned char& error)
@@ -185,7 +185,7 @@ public:
 };
 
 /// "0x" and the value in lower-case hexadecimal, at least two digits; a negative value as its 32-bit two's complement.
-/// The caller releases the text with `free`. Null when memory cannot be had.
+/// The caller releases the text with `free`. Null when out of memory.
 ORVU_EXPORT char* convertIntToStringHex(int value);
 
 /// The value of a decimal or "0x" hexadecimal number text, blanks around it and letter case ignored; -1 for what is

@@ -21,10 +21,10 @@ public:
     Service();
     ~Service() override;
 
-    /// A copy, header flag included; the caller owns it. Null when memory cannot be had.
+    /// A copy, header flag included; the caller owns it. Null when out of memory.
     Service* clone();
 
-    /// Formatted. Null only when memory cannot be had. The caller releases it with `free`.
+    /// Formatted. Null only when out of memory. The caller releases it with `free`.
     char* serialize() override;
     /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;

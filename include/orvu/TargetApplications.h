@@ -173,8 +173,8 @@ public:
 
     /// Formatted.
     char* serialize() override;
-    /// False for a text that is no object, and for a "targetId", "action" or "priority" that is a number or a boolean;
-    /// what was read before stays.
+    /// False for a text that is not an object, and for a "targetId", "action" or "priority" that is a number or a
+    /// boolean; what was read before stays.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -210,7 +210,7 @@ public:
 
     /// Formatted.
     char* serialize() override;
-    /// False for a text that is no object; every key is optional.
+    /// False for a text that is not an object; every key is optional.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -165,21 +165,21 @@ constexpr Vocabulary<Colour> kColours = vocabulary(kColourWords, Red);
 TEST(TheForms, WriteFieldsInAnotherForm)
 {
     Colour colour = Green;
-    Colour stranger = static_cast<Colour>(7);
+    Colour beyond = static_cast<Colour>(7);
     std::vector<Colour> colours = {Red, static_cast<Colour>(-1), Green};
     int number = 5;
     int* held = &number;
     int* none = nullptr;
     EXPECT_EQ(compact([&](JsonWriter& json) {
                   json.put("colour", asWord(colour, kColours));
-                  json.put("stranger", asWord(stranger, kColours));
+                  json.put("beyond", asWord(beyond, kColours));
                   json.put("colours", asWords(colours, kColours));
                   json.put("empty", asNullWhenEmpty(""));
                   json.put("text", asNullWhenEmpty("a"));
                   json.put("held", ifHeld(held));
                   json.put("none", ifHeld(none));
               }),
-              R"({"colour":"green","stranger":"","colours":["red","","green"],"empty":null,"text":"a","held":5})");
+              R"({"colour":"green","beyond":"","colours":["red","","green"],"empty":null,"text":"a","held":5})");
 }
 
 }  // namespace

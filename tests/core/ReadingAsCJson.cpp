@@ -84,7 +84,7 @@ std::string otherCase(std::string key)
     return key;
 }
 
-/// Keys to ask for: those of the object, others that are close to them, and strangers.
+/// Keys to ask for: those of the object, others that are close to them, and one that no object has.
 std::vector<std::string> keysOf(const cJSON& object)
 {
     std::vector<std::string> keys;
@@ -93,7 +93,7 @@ std::vector<std::string> keysOf(const cJSON& object)
         keys.push_back(key);
         if (keys.size() < 100) keys.insert(keys.end(), {otherCase(key), key + "x", key.substr(0, key.size() / 2)});
     }
-    keys.insert(keys.end(), {"", "HEADER", "stranger"});
+    keys.insert(keys.end(), {"", "HEADER", "missing"});
     return keys;
 }
 
@@ -165,7 +165,7 @@ void compareValues(JsonValue view, const cJSON& item, int level)
 {
     compareKinds(view, item);
     if (cJSON_IsString(&item)) compareTexts(view, item.valuestring);
-    require(view.isText() || (view.text().empty() && !view.equals("")), "is no text");
+    require(view.isText() || (view.text().empty() && !view.equals("")), "is not a text");
     compareIntegers(view, item);
     if (level < 4) require(printedBy(*treeInCJson(view.source())) == printedBy(item), "is the JSON of its value");
     compareItems(view, item, level);
