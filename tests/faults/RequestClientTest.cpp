@@ -57,7 +57,7 @@ protected:
         return isConfigured ? type : "not configured, " + type;
     }
 
-    void end() override { inLibrary(OrvuRestInterface::destroyInstance); }
+    void end() override { inLibrary([] { OrvuRestInterface::destroyInstance(); }); }
 
 private:
     AnsweringPeer peer_;
@@ -80,8 +80,8 @@ const FaultsOf kClientFaults[] = {
     {"setsockopt", Call::SetOption, kUnconnected},
     {"getsockopt_when_configured", Call::GetOption, kUnconnected, {}, {{Call::Connect, 1, EINTR}}},
     {"getsockopt_when_sending", Call::GetOption, kUnconnected, {}, {{Call::Connect, 2, EINTR}}},
-    {"poll_to_connect", Call::Poll, kUnconnected, {}, {{Call::Connect, 2, EINTR}}},
-    {"poll_to_send", Call::Poll, {"serviceSelection"}, {}, {{Call::Send, 1, EAGAIN}}},
+    {"poll_to_connect", Call::Poll, {"not configured, serviceSelection", "cannotConnectToServer", "emptyData"}, {}, {{Call::Connect, 2, EINTR}}},
+    {"poll_to_send", Call::Poll, {"serviceSelection", "emptyData"}, {}, {{Call::Send, 1, EAGAIN}}},
     {"poll_to_receive", Call::Poll, {"emptyData"}, {}, {{Call::Receive, 1, EAGAIN}}},
     {"recv", Call::Receive, {"emptyData"}},
     {"send", Call::Send, {"emptyData"}},
