@@ -59,6 +59,10 @@ void Acceptor::log(const char* what) const
 bool Acceptor::configure(in_addr address, int port)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
+    if (isRetired_) {
+        log("configure: ERROR the server goes away!");
+        return false;
+    }
     if (running_) stopLocked();
     port_ = 0;
     listener_ = Socket::stream();

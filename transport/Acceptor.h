@@ -56,7 +56,7 @@ public:
     bool start();
     /// Returns when the accept thread has ended and every connection is dropped.
     void stop();
-    /// Stops it for good, for an owner that cannot wait until nobody uses the server any more.
+    /// Stops it for good: it cannot be configured any more. For an owner that does not wait until nobody uses the server.
     void retire();
 
     /// The port that is bound; 0 when none is.

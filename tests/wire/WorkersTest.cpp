@@ -305,7 +305,7 @@ TEST(ACallback, MayBeCancelled)
         thread = pthread_self();
         entered.open();
         for (;;)
-            pause();
+            pthread_testcancel();
     });
     RawPeer peer = receiver.connect();
     peer.send(frameOf(kRequest));
