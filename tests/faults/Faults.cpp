@@ -43,6 +43,7 @@ const std::vector<int>& errorsOf(const CountedCall& call)
         {&calls.send,
          {kShort, EINTR, EAGAIN, EACCES, ECONNRESET, EHOSTUNREACH, EIO, EMSGSIZE, ENETDOWN, ENETUNREACH, ENOBUFS,
           ENOMEM, ENOTCONN, EOPNOTSUPP, EPIPE}},
+        {&calls.close, {EINTR, EDQUOT, EIO, ENOSPC}},
         {&calls.write, {kShort, EINTR, EAGAIN, EBADF, EDQUOT, EFBIG, EIO, ENOBUFS, ENOSPC, ENXIO, EPERM, EPIPE}},
     };
     return kErrors.at(&call);

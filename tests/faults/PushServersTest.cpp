@@ -87,6 +87,7 @@ const FaultsOf kTcpFaults[] = {
     {"setsockopt", &calls.setsockopt, {"one two "}},
     {"poll_to_send", &calls.poll, {"one two "}, {}, {{&calls.send, 1, EAGAIN}}},
     {"send", &calls.send, {"one ", "two "}},
+    {"close", &calls.close, {"one two "}},
     {"write", &calls.write, {"one two "}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, ATcpPushServer, testing::ValuesIn(kTcpFaults), nameOfCall);
@@ -142,6 +143,7 @@ const FaultsOf kWebSocketFaults[] = {
     // What one call receives counts as one frame; and a frame that finds no room is dropped.
     {"recv", &calls.recv, {"turned away", "", kPushed, kPushed + kEchoed}, {kPushed, kPushed + kEchoed}},
     {"send", &calls.send, {"turned away", "", kPushed}, {kPushed, kEchoed, kPushed + kEchoed}},
+    {"close", &calls.close, {kPushed + kEchoed}},
     {"write", &calls.write, {kPushed + kEchoed}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, AWebSocketPushServer, testing::ValuesIn(kWebSocketFaults), nameOfCall);

@@ -85,6 +85,7 @@ const FaultsOf kClientFaults[] = {
     {"poll_to_receive", &calls.poll, {"emptyData"}, {}, {{&calls.recv, 1, EAGAIN}}},
     {"recv", &calls.recv, {"emptyData"}},
     {"send", &calls.send, {"emptyData"}},
+    {"close", &calls.close, {"serviceSelection"}},
     {"write", &calls.write, {"serviceSelection"}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, ARequestClient, testing::ValuesIn(kClientFaults), nameOfCall);

@@ -86,6 +86,7 @@ const FaultsOf kServerFaults[] = {
     {"poll_to_send", &calls.poll, {"success", "closed", "emptyData"}, {}, {{&calls.send, 1, EAGAIN}}},
     {"recv", &calls.recv, {"closed", "emptyData"}},
     {"send", &calls.send, {"closed"}},
+    {"close", &calls.close, {"success"}},
     {"write", &calls.write, {"success"}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, ARequestServer, testing::ValuesIn(kServerFaults), nameOfCall);
