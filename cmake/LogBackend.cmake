@@ -5,7 +5,7 @@ if(NOT ORVU_LOG_BACKEND MATCHES "^(auto|android|posix)$")
     message(FATAL_ERROR "ORVU_LOG_BACKEND is '${ORVU_LOG_BACKEND}'; it must be auto, android or posix.")
 endif()
 
-# orvu_android_log(TARGET): lets the target, which compiles transport/Log.cpp, write to Android's log. Elsewhere than on
+# orvu_android_log(TARGET): lets the target, which compiles log/Log.cpp, write to Android's log. Elsewhere than on
 # Android that needs Debian's build of liblog.
 function(orvu_android_log target)
     target_compile_definitions(${target} PRIVATE ORVU_LOG_ANDROID)

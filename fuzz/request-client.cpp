@@ -8,7 +8,7 @@
 #include "messages/core/Json.h"
 #include "orvu/Results.h"
 #include "transport/Frame.h"
-#include "transport/RequestClient.h"
+#include "transport/OrvuRestClientSocket.h"
 
 using namespace Orvu;
 
@@ -38,9 +38,9 @@ namespace OrvuFuzz {
 namespace {
 
 /// A client whose peer is configured, though it cannot be reached at that time.
-RequestClient& client()
+OrvuRestClientSocket& client()
 {
-    static RequestClient client;
+    static OrvuRestClientSocket& client = *OrvuRestClientSocket::getInstance();
     static const bool isReachable = client.configure("127.0.0.1", 1);
     require(!isReachable, "nobody is reached without a socket");
     return client;
@@ -53,7 +53,7 @@ struct Exchange {
 
 Exchange exchangeWith(const std::string& stream)
 {
-    RequestClient& us = client();
+    OrvuRestClientSocket& us = client();
     Peer peer(stream);
     next = peer.takeOtherEnd();
     EmptyResponse request;

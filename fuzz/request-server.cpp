@@ -4,10 +4,9 @@
 #include "fuzz/Fuzz.h"
 #include "fuzz/Peer.h"
 #include "messages/core/CJsonBridge.h"
-#include "orvu/OrvuRestInterface.h"
-#include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"
-#include "transport/RequestWorker.h"
+#include "transport/Frame.h"
+#include "transport/RequestReceiver.h"
 
 using namespace Orvu;
 
@@ -25,22 +24,23 @@ struct Exchange {
 std::string received;
 
 /// The application: answers with a success, which fits into the buffer of a socket.
-void* answer(OrvuRestRequest* request)
+void answer(OrvuRestRequest& request)
 {
-    require(request->getData() != nullptr, "a request carries a message");
-    const JsonText text(request->getData()->serialize());
+    require(request.getData() != nullptr, "a request carries a message");
+    const JsonText text(request.getData()->serialize());
     received = text ? text.get() : "a message that cannot be written";
     SuccessResponse success;
-    request->sendResponse(&success);
-    delete request;
-    return nullptr;
+    request.sendResponse(&success);
 }
 
 Exchange exchangeWith(const std::string& stream)
 {
     received.clear();
     Peer peer(stream);
-    RequestWorker(Connection(peer.takeOtherEnd(), std::make_shared<InFlight>())).run();
+    {
+        Connection connection(peer.takeOtherEnd(), std::make_shared<InFlight>(), 0);
+        if (std::unique_ptr<OrvuRestRequest> request = receiveRequest(connection)) answer(*request);
+    }
     return {received, peer.received()};
 }
 
@@ -69,8 +69,6 @@ bool isRefused(const Announced& announced)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
     using namespace OrvuFuzz;
-    static const bool isRegistered = (OrvuRestInterface::getInstance()->registerRequestCallback(answer), true);
-    static_cast<void>(isRegistered);
     const std::string stream = streamOf(bytes, size);
     const Exchange whole = exchangeWith(stream);
     const CutReads cut(stream);

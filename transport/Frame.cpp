@@ -20,17 +20,11 @@ constexpr std::size_t kUncounted = 64 * 1024;
 
 }  // namespace
 
-SocketSource::SocketSource(int fd, Seconds patience, Deadline end)
-    : fd_(fd), patience_(patience), end_(end), flags_(MSG_DONTWAIT)
-{}
-
-SocketSource::SocketSource(int fd, Seconds patience) : fd_(fd), patience_(patience), end_(kNever), flags_(0) {}
-
 ssize_t SocketSource::read(char* to, std::size_t size)
 {
     const Deadline end = std::min(endOf(patience_), end_);
     for (;;) {
-        const ssize_t got = recv(fd_, to, size, flags_);
+        const ssize_t got = recv(fd_, to, size, MSG_DONTWAIT);
         if (got >= 0 || (errno != EAGAIN && errno != EINTR)) return got;
         if (!waitFor(fd_, POLLIN, end)) return -1;
     }
@@ -102,12 +96,13 @@ bool FrameText::reserve(std::size_t size)
     return true;
 }
 
-bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience)
+FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience)
 {
-    if (size >= INT_MAX) return false;
+    if (size >= INT_MAX) return FrameSent::Nothing;
     const std::uint32_t length = static_cast<std::uint32_t>(size) + 1;
     Outgoing frame(&length, sizeof length, text, size);
-    return frame.finish(fd, patience);
+    if (frame.finish(fd, patience)) return FrameSent::Whole;
+    return frame.left() == sizeof length + size ? FrameSent::Nothing : FrameSent::Part;
 }
 
 }  // namespace Orvu

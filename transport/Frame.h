@@ -60,13 +60,10 @@ protected:
     ~ByteSource() = default;
 };
 
-/// Bytes from a socket, which stays its owner's.
+/// Bytes from a socket, which stays its owner's. A read waits for `patience` (0: without end), and not beyond `end`.
 class SocketSource : public ByteSource {
 public:
-    /// For a socket without a receive time-out: a read waits for `patience`, and not beyond `end`.
-    SocketSource(int fd, Seconds patience, Deadline end);
-    /// For a socket that carries the receive time-out `patience` itself, 0 for none.
-    SocketSource(int fd, Seconds patience);
+    SocketSource(int fd, Seconds patience, Deadline end = kNever) : fd_(fd), patience_(patience), end_(end) {}
 
     ssize_t read(char* to, std::size_t size) override;
 
@@ -74,7 +71,6 @@ private:
     const int fd_;
     const Seconds patience_;
     const Deadline end_;
-    const int flags_;
 };
 
 /// The text of a frame, with a NUL after it. Grows without being cleared or, as far as the system can, copied.
@@ -118,8 +114,11 @@ private:
     char early_[2048];  // the length and what came along with it: short frames need one read
 };
 
-/// Sends `text` as one frame. False when the peer is gone or takes nothing for `patience` (0: waits without end), and
-/// for text whose length the frame cannot carry.
-bool sendFrame(int fd, const char* text, std::size_t size, Seconds patience);
+/// What has gone out of a frame.
+enum class FrameSent { Nothing, Part, Whole };
+
+/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0: waits without end); and
+/// nothing of a text whose length the frame cannot carry.
+FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience);
 
 }  // namespace Orvu

@@ -5,14 +5,15 @@
 
 namespace Orvu {
 
-bool InFlight::enter(int fd)
+bool InFlight::enter(int fd, unsigned begun)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (!closing_) sockets_.push_back(fd);
-    return !closing_;
+    if (closed_ || wakes_ != begun) return false;
+    sockets_.push_back(fd);
+    return true;
 }
 
-bool InFlight::leave(int fd)
+void InFlight::leave(int fd)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto place = std::find(sockets_.begin(), sockets_.end(), fd);
@@ -21,15 +22,23 @@ bool InFlight::leave(int fd)
         sockets_.pop_back();
     }
     if (sockets_.empty()) emptied_.notify_all();
-    return !closing_;
 }
 
 void InFlight::wakeAll()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    closing_ = true;
+    ++wakes_;
     for (const int fd : sockets_)
         shutdown(fd, SHUT_RDWR);
+}
+
+void InFlight::close()
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        closed_ = true;
+    }
+    wakeAll();
 }
 
 void InFlight::waitUntilEmpty()
@@ -38,12 +47,25 @@ void InFlight::waitUntilEmpty()
     emptied_.wait(lock, [this] { return sockets_.empty(); });
 }
 
-Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight)
+Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun)
+    : inFlight_(std::move(inFlight)), begun_(begun), isIn_(inFlight_->enter(socket.fd(), begun))
 {
-    if (!inFlight->enter(socket.fd())) return;
-    socket_ = std::move(socket);
-    inFlight_ = std::move(inFlight);
-    wantedIn_ = inFlight_;
+    if (isIn_) socket_ = std::move(socket);
+}
+
+Connection::Connection(Connection&& other) noexcept
+    : socket_(std::move(other.socket_)), inFlight_(std::move(other.inFlight_)), begun_(other.begun_),
+      isIn_(std::exchange(other.isIn_, false))
+{}
+
+Connection& Connection::operator=(Connection&& other) noexcept
+{
+    close();
+    socket_ = std::move(other.socket_);
+    inFlight_ = std::move(other.inFlight_);
+    begun_ = other.begun_;
+    isIn_ = std::exchange(other.isIn_, false);
+    return *this;
 }
 
 Connection::~Connection()
@@ -51,10 +73,15 @@ Connection::~Connection()
     close();
 }
 
-bool Connection::leave()
+void Connection::leave()
 {
-    const std::shared_ptr<InFlight> inFlight = std::move(inFlight_);
-    return inFlight ? inFlight->leave(socket_.fd()) : isWanted();
+    if (std::exchange(isIn_, false)) inFlight_->leave(socket_.fd());
+}
+
+Socket Connection::takeSocket()
+{
+    leave();
+    return std::move(socket_);
 }
 
 void Connection::close()

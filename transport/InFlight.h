@@ -13,50 +13,68 @@ namespace Orvu {
 /// The sockets of exchanges in flight, so that the one on whose behalf they run can end them. Any thread.
 class InFlight {
 public:
-    /// Adds a socket. False, and nothing is added, once wakeAll() was called. Throws std::bad_alloc.
-    bool enter(int fd);
-    /// Removes a socket; before it is closed, or its number could name another one by then. False once wakeAll() was
-    /// called: what the exchange has come to is no longer wanted.
-    bool leave(int fd);
-    /// False once wakeAll() was called.
-    bool isOpen() const { return !closing_; }
-    /// Shuts every socket down, which wakes those who wait on it, and lets no other in from now on.
+    /// Adds a socket. False, and nothing is added, once close() was called, and when wakeAll() was called since `begun`.
+    /// Throws std::bad_alloc.
+    bool enter(int fd, unsigned begun);
+    /// Removes a socket; before it is closed, or its number could name another one by then.
+    void leave(int fd);
+    /// Shuts every socket down, which wakes those who wait on it.
     void wakeAll();
+    /// The same, and lets no other in from now on.
+    void close();
     /// Waits until every socket has left.
     void waitUntilEmpty();
+
+    /// How often all were woken: an exchange that began before the last time is no longer wanted.
+    unsigned wakes() const { return wakes_; }
+    /// False once close() was called.
+    bool isOpen() const { return !closed_; }
+    /// Calls `begin`, unless close() was called: what it begins, close() finds begun. The result says which.
+    template <class Begin>
+    bool ifOpen(Begin begin)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (!closed_) begin();
+        return !closed_;
+    }
 
 private:
     std::mutex mutex_;
     std::condition_variable emptied_;
     std::vector<int> sockets_;
-    std::atomic<bool> closing_{false};
+    std::atomic<unsigned> wakes_{0};
+    std::atomic<bool> closed_{false};
 };
 
 /// A socket that is in flight while it lives: it enters when made, and leaves before it is closed.
 class Connection {
 public:
     Connection() = default;
-    /// Without a socket, which is closed then, when it was not let in. Throws std::bad_alloc.
-    Connection(Socket socket, std::shared_ptr<InFlight> inFlight);
-    Connection(Connection&&) = default;
-    Connection& operator=(Connection&&) = delete;
+    /// Of an exchange that began when `inFlight` had woken all `begun` times. Without a socket, which is closed then,
+    /// when it was not let in. Throws std::bad_alloc.
+    Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun);
+    Connection(Connection&& other) noexcept;
+    Connection& operator=(Connection&& other) noexcept;
     ~Connection();
 
     explicit operator bool() const { return static_cast<bool>(socket_); }
     int fd() const { return socket_.fd(); }
-    /// Leaves early; the socket stays. False when the exchange is no longer wanted.
-    bool leave();
-    /// Whether the exchange is still wanted, also after leaving.
-    bool isWanted() const { return wantedIn_ && wantedIn_->isOpen(); }
-    /// Gives the descriptor away, after leaving.
-    int release() { return socket_.release(); }
+    /// Whether the exchange is still wanted: false once all were woken.
+    bool isWanted() const { return inFlight_ && inFlight_->isOpen() && inFlight_->wakes() == begun_; }
+    /// Leaves early; the socket stays.
+    void leave();
+    /// Gives the socket away, after leaving.
+    Socket takeSocket();
     /// Leaves and closes.
     void close();
+    /// Those it belongs to, also after leaving.
+    const std::shared_ptr<InFlight>& inFlight() const { return inFlight_; }
 
 private:
     Socket socket_;
-    std::shared_ptr<InFlight> inFlight_;  // null when it has left
-    std::shared_ptr<InFlight> wantedIn_;  // the same, also after leaving
+    std::shared_ptr<InFlight> inFlight_;
+    unsigned begun_ = 0;
+    bool isIn_ = false;
 };
 
 }  // namespace Orvu

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <new>
 
 #include "messages/core/Catalogue.h"
@@ -11,6 +12,13 @@ namespace Orvu {
 /// \file
 /// Calls into messages on behalf of an exchange, where an exception is a failure like any other.
 
+/// For `catch (...)` around an application's code: pthread_exit() and cancelling may end a thread by unwinding it, which
+/// is no C++ exception and must go on.
+inline void passThreadEndOn()
+{
+    if (!std::current_exception()) throw;
+}
+
 /// The text of `message`; none for null and for what cannot be written. A class of the application's may throw
 /// anything.
 inline JsonText textOf(Serializable* message)
@@ -18,6 +26,7 @@ inline JsonText textOf(Serializable* message)
     try {
         return JsonText(message ? message->serialize() : nullptr);
     } catch (...) {
+        passThreadEndOn();
         return nullptr;
     }
 }
@@ -36,6 +45,7 @@ inline bool isFilled(Serializable& message, const CheckedText& checked, const ch
     } catch (const std::bad_alloc&) {
         throw;
     } catch (...) {
+        passThreadEndOn();
         return false;
     }
 }

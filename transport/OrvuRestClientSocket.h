@@ -1,59 +1,73 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
+#include <string>
 
 #include "orvu/Serializable.h"
+#include "transport/InFlight.h"
 
 namespace Orvu {
-
-class RequestClient;
 
 /// The request client: remembers one peer, and has a connection of its own for each request to it.
 ///
 /// One object a process, made on first use. Any thread; several may have requests in flight at once.
-class ORVU_EXPORT OrvuRestClientSocket {
+class ORVU_EXPORT OrvuRestClientSocket : public std::enable_shared_from_this<OrvuRestClientSocket> {
 public:
     OrvuRestClientSocket(const OrvuRestClientSocket&) = delete;
     OrvuRestClientSocket& operator=(const OrvuRestClientSocket&) = delete;
 
-    /// The process's request client. Null when memory cannot be had.
+    /// The process's request client. Null when out of memory.
     static OrvuRestClientSocket* getInstance();
+    /// The same, which then lives at least as long as the result.
+    ORVU_LOCAL static std::shared_ptr<OrvuRestClientSocket> shared();
 
-    /// Deletes the client. Exchanges in flight are woken and end with an error message as their answer; it does not wait
-    /// for them.
+    /// Deletes the client once nobody uses it. Exchanges in flight are woken and end with an error message as their
+    /// answer; it does not wait for them.
     static void destroyInstance();
 
-    /// Sets the peer, a name or dotted IPv4 address, and tests that it can be reached within 5 s. The peer is kept even when
-    /// the result is false. Requests in flight stay with the peer they have.
+    /// Wakes the exchanges in flight, which end with an error message as their answer; it does not wait for them. Those
+    /// that begin afterwards are not touched.
+    ORVU_LOCAL static void cancelRequests();
+
+    /// Sets the peer, a name or dotted IPv4 address, and tests that it can be reached within 5 s. The peer is kept even
+    /// when the result is false. Requests in flight stay with the peer they have.
     bool configure(const char* host, int port);
 
     /// A connection to the peer whose reads and writes wait for `timeoutSeconds` at most, 0 for without end. The caller
     /// closes the descriptor. 0 on any failure.
     int connectSocket(int timeoutSeconds);
 
-    /// One exchange. Returns the answer, owned by the caller; never null: a CannotConnectToServer when the peer cannot be
-    /// reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be written or the answer not be
-    /// understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at most, 0 for without end.
+    /// One exchange. Returns the answer, owned by the caller; null only when out of memory: a CannotConnectToServer when
+    /// the peer cannot be reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be written
+    /// or the answer not be understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at most, 0
+    /// for without end, and as long as a name takes to resolve.
     Serializable* send(Serializable* request, int timeoutSeconds);
 
     /// The same with the time-out that the request asks for: 5 s, without end for a ConfirmationScreen whose `dispose` is
     /// false, since the user decides.
     Serializable* sendRequest(Serializable* request);
 
-    /// The same with an empty request of `type`. Null for a type that the factory cannot make.
+    /// The same with an empty request of `type`. Null as well for a type that the factory cannot make.
     Serializable* sendRequest(DataType type);
 
 private:
-    friend class OrvuRestInterface;
+    struct Peer {
+        std::string host;
+        int port = 0;
+    };
 
-    explicit OrvuRestClientSocket(std::shared_ptr<RequestClient> client);
-    ~OrvuRestClientSocket();
+    ORVU_LOCAL OrvuRestClientSocket();
+    ORVU_LOCAL ~OrvuRestClientSocket();
 
-    static OrvuRestClientSocket* instanceLocked();
-    /// What the client is made of, which outlives the client while somebody uses it. Null when memory cannot be had.
-    static std::shared_ptr<RequestClient> shared();
+    ORVU_LOCAL void setPeer(Peer peer);
+    ORVU_LOCAL Peer peer();
+    ORVU_LOCAL Connection connect(int timeoutSeconds);
+    ORVU_LOCAL Serializable* exchange(Serializable* request, int timeoutSeconds);
 
-    const std::shared_ptr<RequestClient> client_;
+    std::mutex mutex_;  // guards peer_
+    Peer peer_;
+    const std::shared_ptr<InFlight> inFlight_;
 };
 
 }  // namespace Orvu

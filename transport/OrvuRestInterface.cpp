@@ -1,76 +1,55 @@
 #include "orvu/OrvuRestInterface.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <atomic>
-#include <cstdlib>
-#include <cstring>
-#include <ctime>
-#include <exception>
-#include <ifaddrs.h>
-#include <memory>
+#include <cstdarg>
 #include <mutex>
-#include <netinet/in.h>
 #include <new>
-#include <optional>
 
+#include "log/Log.h"
 #include "transport/OrvuRestClientSocket.h"
 #include "transport/OrvuRestServerSocket.h"
-#include "transport/OrvuRestServerTcpSocket.h"
-#include "transport/OrvuRestServerWebSocket.h"
-#include "transport/OrvuRestSimpleServer.h"
+#include "transport/PushServers.h"
 #include "transport/RequestCallback.h"
-#include "transport/RequestClient.h"
 #include "transport/Threads.h"
+#include "transport/Workers.h"
 
 namespace Orvu {
 namespace {
 
-StaticMutex instanceMutex;
-OrvuRestInterface* instance = nullptr;
-std::atomic<RequestCallback> requestCallback{nullptr};  // outside the facade: threads read it while the facade goes
+StaticMutex destroying;
+std::atomic<RequestCallback> requestCallback{nullptr};
 std::atomic<void* (*)(const char*)> logCallback{nullptr};
 
-void logEscaped(const char* what)
+/// Outside the facade, since threads may be inside one of its functions whenever another one destroys it.
+PushServers& pushServers()
 {
-    OrvuRestInterface::log("OrvuRestInterface::notifyCallback: ERROR exception from the callback: %s", what);
+    static Immortal<PushServers> servers;
+    return *servers;
 }
 
-std::unique_ptr<OrvuRestSimpleServer> serverFor(const std::string& protocol)
-{
-    if (protocol == "tcp") return std::make_unique<OrvuRestServerTcpSocket>();
-    if (protocol == "websocket") return std::make_unique<OrvuRestServerWebSocket>();
-    return nullptr;
-}
-
-/// The first port of the range that the server could be configured on. What is no TCP port is not tried.
-std::optional<int> configureInRange(OrvuRestSimpleServer& server, int minPort, int maxPort)
-{
-    for (int port = std::max(minPort, 0); port <= std::min(maxPort, 65535); ++port) {
-        OrvuRestInterface::log("OrvuRestInterface::createServer: Trying");
-        if (server.configure(port)) return port;
-        OrvuRestInterface::log("OrvuRestInterface::createServer: cannot configure the server");
+class SharedAddress {
+public:
+    void set(ListenAddress address)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        std::swap(address_, address);
     }
-    return std::nullopt;
-}
-
-std::string textOf(const sockaddr& address)
-{
-    char text[INET_ADDRSTRLEN] = "";
-    inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in&>(address).sin_addr, text, sizeof text);
-    return text;
-}
-
-std::string firstOutsideAddress(const ifaddrs* interfaces)
-{
-    for (const ifaddrs* entry = interfaces; entry; entry = entry->ifa_next) {
-        if (!entry->ifa_addr || entry->ifa_addr->sa_family != AF_INET) continue;
-        const std::string text = textOf(*entry->ifa_addr);
-        if (text == "127.0.0.1") continue;
-        OrvuRestInterface::log("valid IPv4 Address found");
-        return text;
+    ListenAddress get()
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return address_;
     }
-    return "127.0.0.1";
+
+private:
+    std::mutex mutex_;
+    ListenAddress address_;
+};
+
+SharedAddress& listenAddress()
+{
+    static Immortal<SharedAddress> address;
+    return *address;
 }
 
 }  // namespace
@@ -80,48 +59,39 @@ RequestCallback registeredCallback()
     return requestCallback;
 }
 
-void logNotification()
-{
-    OrvuRestInterface::log("OrvuRestInterface::notifyCallback");
-}
-
-bool notify(RequestCallback callback, OrvuRestRequest* request)
-{
-    if (!callback) {
-        OrvuRestInterface::log("Register a callback to receive requests!");
-        return false;
-    }
-    try {
-        callback(request);
-    } catch (const std::exception& escaped) {
-        logEscaped(escaped.what());
-    } catch (...) {
-        logEscaped("of an unknown kind");
-    }
-    return true;
-}
-
 OrvuRestInterface::OrvuRestInterface() = default;
-
-OrvuRestInterface::~OrvuRestInterface()
-{
-    requestCallback = nullptr;
-}
+OrvuRestInterface::~OrvuRestInterface() = default;
 
 OrvuRestInterface* OrvuRestInterface::getInstance()
 {
-    const std::lock_guard<StaticMutex> lock(instanceMutex);
-    if (!instance) instance = new (std::nothrow) OrvuRestInterface;
-    return instance;
+    static Immortal<OrvuRestInterface> facade;
+    return &*facade;
 }
 
 void OrvuRestInterface::destroyInstance()
 {
-    const std::lock_guard<StaticMutex> lock(instanceMutex);
+    const std::lock_guard<StaticMutex> lock(destroying);
     OrvuRestServerSocket::dropRequests();  // whoever is still receiving leaves before objects go
-    delete std::exchange(instance, nullptr);
+    pushServers().end();
+    requestCallback = nullptr;
+    listenAddress().set(ListenAddress());
     OrvuRestClientSocket::destroyInstance();
     OrvuRestServerSocket::destroyInstance();
+}
+
+bool OrvuRestInterface::destroyInstance(int waitMilliseconds)
+{
+    destroyInstance();
+    const int own = Workers::isInCallback() ? 1 : 0;
+    return RunningCallbacks::waitFor(own, std::chrono::milliseconds(std::max(waitMilliseconds, 0)));
+}
+
+void OrvuRestInterface::log(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    logLineOf(format, arguments);
+    va_end(arguments);
 }
 
 void OrvuRestInterface::registerLogCallback(void* (*callback)(const char*))
@@ -134,19 +104,37 @@ void OrvuRestInterface::registerRequestCallback(void* (*callback)(OrvuRestReques
     requestCallback = callback;
 }
 
+void OrvuRestInterface::setListenAddress(std::string address)
+{
+    listenAddress().set(ListenAddress(std::move(address)));
+}
+
 bool OrvuRestInterface::startListenRequests(int port)
 {
-    log("startListenRequests");
-    OrvuRestServerSocket* const server = OrvuRestServerSocket::getInstance();
-    return server && server->configure(port) && server->start();
+    logLine("startListenRequests");
+    try {
+        const std::optional<in_addr> address =
+            listenAddress().get().usable("OrvuRestInterface::startListenRequests");
+        const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
+        return address && server && server->acceptor().configure(*address, port) && server->start();
+    } catch (const std::bad_alloc&) {
+        logLine("OrvuRestInterface::startListenRequests: ERROR out of memory!");
+        return false;
+    }
 }
 
 bool OrvuRestInterface::stopListenRequests()
 {
-    log("stopListenRequests");
-    OrvuRestServerSocket* const server = OrvuRestServerSocket::getInstance();
+    logLine("stopListenRequests");
+    const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
     if (server) server->stop();
     return true;
+}
+
+int OrvuRestInterface::requestPort()
+{
+    const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
+    return server && server->acceptor().isRunning() ? server->acceptor().port() : 0;
 }
 
 bool OrvuRestInterface::notifyCallback(OrvuRestRequest* request)
@@ -157,111 +145,60 @@ bool OrvuRestInterface::notifyCallback(OrvuRestRequest* request)
 
 bool OrvuRestInterface::configureClient(const char* host, int port)
 {
-    const std::shared_ptr<RequestClient> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
     return client && client->configure(host, port);
 }
 
 Serializable* OrvuRestInterface::sendRequest(Serializable* request)
 {
-    const std::shared_ptr<RequestClient> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
     return client ? client->sendRequest(request) : nullptr;
 }
 
 Serializable* OrvuRestInterface::sendRequest(DataType type)
 {
-    const std::shared_ptr<RequestClient> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
     return client ? client->sendRequest(type) : nullptr;
+}
+
+void OrvuRestInterface::cancelRequests()
+{
+    OrvuRestClientSocket::cancelRequests();
 }
 
 void OrvuRestInterface::setSocketsPortsRange(int minPort, int maxPort)
 {
-    minPort_ = minPort;
-    maxPort_ = maxPort;
+    pushServers().setPortRange(minPort, maxPort);
 }
 
 SocketServerInfo* OrvuRestInterface::createServer(std::string protocol)
 {
-    log("OrvuRestInterface::createServer: protocol: %s", protocol.c_str());
     try {
-        std::unique_ptr<OrvuRestSimpleServer> server = serverFor(protocol);
-        if (!server) {
-            log("OrvuRestInterface::createServer: cannot create the server: %s", protocol.c_str());
-            return nullptr;
-        }
-        const std::optional<int> port = configureInRange(*server, minPort_, maxPort_);
-        if (!port) return nullptr;
-        auto info = std::make_unique<SocketServerInfo>();
-        info->handler = newHandler();
-        info->protocol = std::move(protocol);
-        info->ipAddress = getCurrentIpAddress();
-        info->port = *port;
-        startAs(*info, std::move(server));
-        return info.release();
+        return pushServers().create(std::move(protocol), listenAddress().get());
     } catch (const std::bad_alloc&) {
-        log("OrvuRestInterface::createServer: ERROR out of memory!");
+        logLine("OrvuRestInterface::createServer: ERROR out of memory!");
         return nullptr;
     }
 }
 
-/// A value of the C library's generator, seeded anew each time; the next one where a server has it already.
-int OrvuRestInterface::newHandler() const
-{
-    std::srand(static_cast<unsigned>(std::time(nullptr)));
-    int handler = std::rand();
-    while (servers_.count(handler) != 0)
-        handler = std::rand();
-    return handler;
-}
-
-/// Starts the server and registers it under the record's handle, or tells in the record that it could not be started.
-void OrvuRestInterface::startAs(SocketServerInfo& info, std::unique_ptr<OrvuRestSimpleServer> server)
-{
-    std::unique_ptr<OrvuRestSimpleServer>& place = servers_[info.handler];
-    if (server->start()) {
-        log("OrvuRestInterface::createServer: ------------------------");
-        place = std::move(server);
-        return;
-    }
-    info.error = 1;
-    log("OrvuRestInterface::createServer: cannot start the server 1");
-    server.reset();
-    log("OrvuRestInterface::createServer: cannot start the server 2");
-    servers_.erase(info.handler);
-}
-
 bool OrvuRestInterface::stopServer(int handler)
 {
-    log("OrvuRestInterface::stopServer: handler: %d handler severs count: %d", handler,
-        static_cast<int>(servers_.size()));
-    if (servers_.erase(handler) == 1) return true;
-    log("OrvuRestInterface::stopServer: cannot locate the server");
-    return false;
+    return pushServers().stop(handler);
 }
 
 void OrvuRestInterface::stopAllServers()
 {
-    log("OrvuRestInterface::stopAllServers: severs count: %d", static_cast<int>(servers_.size()));
-    servers_.clear();
+    pushServers().stopAll();
 }
 
 bool OrvuRestInterface::sendMessage(int handler, unsigned char* data, unsigned int size)
 {
-    log("OrvuRestInterface::sendMessage: handler: %d | size: %d", handler, static_cast<int>(size));
-    const auto server = servers_.find(handler);
-    if (server != servers_.end()) return server->second->send(data, size);
-    log("OrvuRestInterface::sendMessage: cannot found handler: %d", handler);
-    return false;
+    return pushServers().send(handler, data, size);
 }
 
 std::string OrvuRestInterface::getCurrentIpAddress()
 {
-    ifaddrs* interfaces = nullptr;
-    getifaddrs(&interfaces);
-    const std::string address = firstOutsideAddress(interfaces);
-    freeifaddrs(interfaces);
-    if (!address.empty()) return address;
-    log("Cannot resolve the current IP. Check your network!");
-    return "127.0.0.1";
+    return outsideAddress();
 }
 
 }  // namespace Orvu

@@ -1,10 +1,9 @@
 #include "orvu/OrvuRestRequest.h"
 
 #include <cstring>
-#include <new>
-#include <unistd.h>
+#include <poll.h>
 
-#include "orvu/OrvuRestInterface.h"
+#include "log/Log.h"
 #include "orvu/Serializable.h"
 #include "transport/Frame.h"
 #include "transport/MessageCalls.h"
@@ -14,42 +13,52 @@ namespace {
 
 constexpr Seconds kPatience{5};
 
-int send(const Socket& connection, const char* text)
+int send(int fd, const char* text)
 {
     const std::size_t size = text ? std::strlen(text) : 0;
     if (size == 0) {
-        OrvuRestInterface::log("OrvuRestRequest::sendResponse: ERROR cannot serialize response!");
+        logLine("OrvuRestRequest::sendResponse: ERROR cannot serialize response!");
         return 0;
     }
-    if (!sendFrame(connection.fd(), text, size, kPatience)) {
-        OrvuRestInterface::log("OrvuRestRequest::sendResponse: ERROR writing to socket");
-        return -1;
-    }
-    return static_cast<int>(size);
+    const FrameSent sent = sendFrame(fd, text, size, kPatience);
+    if (sent == FrameSent::Whole) return static_cast<int>(size);
+    logLine("OrvuRestRequest::sendResponse: ERROR writing to socket");
+    return sent == FrameSent::Nothing ? 0 : -1;
 }
 
 }  // namespace
 
-OrvuRestRequest::OrvuRestRequest(int sockfd, Serializable* data)
-    : connection_(sockfd > 0 ? new (std::nothrow) Socket(sockfd) : nullptr), data_(data)
+OrvuRestRequest::Connection::Connection(Socket socket) noexcept : fd_(socket.release()) {}
+
+OrvuRestRequest::Connection::~Connection()
 {
-    if (sockfd > 0 && !connection_) {
-        OrvuRestInterface::log("OrvuRestRequest::OrvuRestRequest: ERROR out of memory!");
-        close(sockfd);
-    }
-    OrvuRestInterface::log("OrvuRestRequest::OrvuRestRequest: OK");
+    take().shutdown();
+}
+
+Socket OrvuRestRequest::Connection::take()
+{
+    return Socket(std::exchange(fd_, -1));
+}
+
+OrvuRestRequest::OrvuRestRequest(int sockfd, Serializable* data)
+    : OrvuRestRequest(Socket(sockfd > 0 ? sockfd : -1), std::unique_ptr<Serializable>(data))
+{}
+
+OrvuRestRequest::OrvuRestRequest(Socket connection, std::unique_ptr<Serializable> data) noexcept
+    : connection_(std::move(connection)), data_(std::move(data))
+{
+    logLine("OrvuRestRequest::OrvuRestRequest: OK");
 }
 
 OrvuRestRequest::~OrvuRestRequest()
 {
-    OrvuRestInterface::log("OrvuRestRequest::~OrvuRestRequest: -- init");
+    logLine("OrvuRestRequest::~OrvuRestRequest: -- init");
     {
         const std::lock_guard<std::mutex> lock(mutex_);  // an answer on its way goes out first
         data_.reset();
-        if (connection_) connection_->shutdown();
-        connection_.reset();
+        connection_.take().shutdown();
     }
-    OrvuRestInterface::log("OrvuRestRequest::~OrvuRestRequest: -- end");
+    logLine("OrvuRestRequest::~OrvuRestRequest: -- end");
 }
 
 Serializable* OrvuRestRequest::getData()
@@ -57,18 +66,25 @@ Serializable* OrvuRestRequest::getData()
     return data_.get();
 }
 
+bool OrvuRestRequest::isPeerGone()
+{
+    const std::unique_lock<std::mutex> lock(mutex_, std::try_to_lock);
+    if (!lock) return false;
+    if (connection_.fd() < 0) return true;
+    pollfd state{connection_.fd(), POLLIN | POLLRDHUP, 0};
+    return poll(&state, 1, 0) > 0 && (state.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
+}
+
 int OrvuRestRequest::sendResponse(Serializable* response)
 {
-    OrvuRestInterface::log("OrvuRestRequest::sendResponse: -- init");
+    logLine("OrvuRestRequest::sendResponse: -- init");
     int sent = 0;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
-        if (connection_) {
-            if (response) sent = send(*connection_, textOf(response).get());
-            connection_.reset();
-        }
+        if (response && connection_.fd() >= 0) sent = send(connection_.fd(), textOf(response).get());
+        const Socket answered = connection_.take();
     }
-    OrvuRestInterface::log("OrvuRestRequest::sendResponse: -- end");
+    logLine("OrvuRestRequest::sendResponse: -- end");
     return sent;
 }
 

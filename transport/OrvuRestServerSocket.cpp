@@ -1,139 +1,128 @@
 #include "transport/OrvuRestServerSocket.h"
 
-#include <cerrno>
 #include <new>
-#include <sys/socket.h>
 
-#include "orvu/OrvuRestInterface.h"
+#include "log/Log.h"
 #include "transport/InFlight.h"
-#include "transport/Listener.h"
-#include "transport/RequestWorker.h"
 
 namespace Orvu {
 namespace {
 
+constexpr Acceptor::Kind kKind{
+    "OrvuRestServerSocket",
+    Acceptor::SinceStarted,
+    Acceptor::KeepsSocket,
+    "OrvuRestServerSocket::stop: Stopping server",
+    nullptr,
+    "OrvuRestServerSocket::serverThread -- init",
+    nullptr,
+    "OrvuRestServerSocket::serverThread: clientSockfd: %d",
+    "OrvuRestServerSocket::serverThread: Server loop end!",
+    "OrvuRestServerSocket::serverThread -- end",
+};
+
 StaticMutex instanceMutex;
-OrvuRestServerSocket* instance = nullptr;
+
+std::shared_ptr<OrvuRestServerSocket>& instance()
+{
+    static Immortal<std::shared_ptr<OrvuRestServerSocket>> instance;
+    return *instance;
+}
 
 }  // namespace
 
-OrvuRestServerSocket::OrvuRestServerSocket() : inFlight_(std::make_shared<InFlight>()) {}
+/// The connections whose request is being received, and the workers who do it.
+class OrvuRestServerSocket::Requests : public Connections {
+public:
+    Requests() : inFlight_(std::make_shared<InFlight>()), workers_(std::make_shared<Workers>()) {}
 
-OrvuRestServerSocket::~OrvuRestServerSocket()
+    void begin(const sigset_t& signals) { workers_->open(signals); }
+
+    void take(Socket socket) override
+    {
+        try {
+            Connection connection(std::move(socket), inFlight_, inFlight_->wakes());
+            if (!connection) return;  // the server is being destroyed
+            if (workers_->serve(std::move(connection))) return;
+        } catch (const std::bad_alloc&) {
+            // no memory for a connection is no worker
+        }
+        logLine("OrvuRestServerSocket::serverThread: ERROR Fail to start worker thread!");
+    }
+
+    /// Requests that were accepted are still served.
+    void drop() override { workers_->close(); }
+
+    /// Drops what is still being received, and what comes from now on.
+    void end()
+    {
+        inFlight_->close();
+        inFlight_->waitUntilEmpty();
+    }
+
+private:
+    const std::shared_ptr<InFlight> inFlight_;
+    const std::shared_ptr<Workers> workers_;
+};
+
+OrvuRestServerSocket::OrvuRestServerSocket()
+    : requests_(std::make_unique<Requests>()), acceptor_(kKind, *requests_)
+{}
+
+OrvuRestServerSocket::~OrvuRestServerSocket() = default;
+
+std::shared_ptr<OrvuRestServerSocket> OrvuRestServerSocket::shared()
 {
-    OrvuRestServerSocket::stop();
-    inFlight_->wakeAll();
-    inFlight_->waitUntilEmpty();
+    const std::lock_guard<StaticMutex> lock(instanceMutex);
+    try {
+        if (!instance()) instance().reset(new OrvuRestServerSocket, [](auto* old) { delete old; });
+    } catch (const std::bad_alloc&) {
+        logLine("OrvuRestServerSocket::getInstance: ERROR out of memory!");
+    }
+    return instance();
 }
 
 OrvuRestServerSocket* OrvuRestServerSocket::getInstance()
 {
-    const std::lock_guard<StaticMutex> lock(instanceMutex);
-    try {
-        if (!instance) instance = new OrvuRestServerSocket;
-    } catch (const std::bad_alloc&) {
-        OrvuRestInterface::log("OrvuRestServerSocket::getInstance: ERROR out of memory!");
-    }
-    return instance;
-}
-
-void OrvuRestServerSocket::destroyInstance()
-{
-    const std::lock_guard<StaticMutex> lock(instanceMutex);
-    delete std::exchange(instance, nullptr);
+    return shared().get();
 }
 
 void OrvuRestServerSocket::dropRequests()
 {
-    const std::lock_guard<StaticMutex> lock(instanceMutex);
-    if (!instance) return;
-    instance->inFlight_->wakeAll();
-    instance->inFlight_->waitUntilEmpty();
+    std::unique_lock<StaticMutex> lock(instanceMutex);
+    const std::shared_ptr<OrvuRestServerSocket> server = instance();
+    lock.unlock();
+    if (server) server->requests_->end();
+}
+
+void OrvuRestServerSocket::destroyInstance()
+{
+    dropRequests();
+    std::unique_lock<StaticMutex> lock(instanceMutex);
+    const std::shared_ptr<OrvuRestServerSocket> server = std::move(instance());
+    lock.unlock();
+    if (server) server->acceptor_.retire();
 }
 
 bool OrvuRestServerSocket::configure(int port)
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (running_) stopLocked();
-    configured_ = false;
-    listener_ = Socket::stream();
-    if (!listener_) {
-        OrvuRestInterface::log("OrvuRestServerSocket::configure: ERROR opening server socket!");
-        return false;
-    }
-    configured_ = bindTo(listener_, port);
-    if (!configured_) OrvuRestInterface::log("OrvuRestServerSocket::configure: ERROR binding server socket!");
-    return configured_;
+    return acceptor_.configure({htonl(INADDR_ANY)}, port);
 }
 
 bool OrvuRestServerSocket::start()
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (running_) return true;
-    if (!configured_) {
-        OrvuRestInterface::log("OrvuRestServerSocket::start: ERROR configure before start!");
-        return false;
-    }
-    if (listen(listener_.fd(), SOMAXCONN) != 0) {
-        OrvuRestInterface::log("OrvuRestServerSocket::start: ERROR listening on server socket!");
-        return false;
-    }
-    running_ = true;
-    if (acceptThread_.start(makeTask("orvu-accept", [this] { acceptConnections(); }))) return true;
-    running_ = false;
-    listener_.shutdown();  // it stays bound, so that the next start may succeed
-    OrvuRestInterface::log("OrvuRestServerSocket::start: ERROR run the server thread!");
-    return false;
+    requests_->begin(signalsOfThisThread());
+    return acceptor_.start();
 }
 
 void OrvuRestServerSocket::stop()
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    stopLocked();
-}
-
-void OrvuRestServerSocket::stopLocked()
-{
-    OrvuRestInterface::log("OrvuRestServerSocket::stop: Stopping server");
-    running_ = false;
-    configured_ = false;
-    listener_.shutdown();
-    acceptThread_.join();
-    listener_ = Socket();
+    acceptor_.stop();
 }
 
 bool OrvuRestServerSocket::send(unsigned char*, unsigned int)
 {
     return false;
-}
-
-void OrvuRestServerSocket::acceptConnections()
-{
-    OrvuRestInterface::log("OrvuRestServerSocket::serverThread -- init");
-    while (running_) {
-        Socket socket = Socket::acceptedFrom(listener_);
-        const int reason = errno;
-        OrvuRestInterface::log("OrvuRestServerSocket::serverThread: clientSockfd: %d", socket.fd());
-        if (socket) {
-            serve(std::move(socket));
-        } else if (running_ && isLasting(reason)) {
-            pauseAccepting();
-        }
-    }
-    OrvuRestInterface::log("OrvuRestServerSocket::serverThread: Server loop end!");
-    OrvuRestInterface::log("OrvuRestServerSocket::serverThread -- end");
-}
-
-void OrvuRestServerSocket::serve(Socket socket)
-{
-    try {
-        Connection connection(std::move(socket), inFlight_);
-        if (!connection) return;  // the server is being destroyed
-        if (startDetached(std::make_unique<RequestWorker>(std::move(connection)))) return;
-    } catch (const std::bad_alloc&) {
-        // no memory for a worker is no worker
-    }
-    OrvuRestInterface::log("OrvuRestServerSocket::serverThread: ERROR Fail to start worker thread!");
 }
 
 }  // namespace Orvu

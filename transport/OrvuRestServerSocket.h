@@ -1,30 +1,34 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
-#include <mutex>
 
+#include "transport/Acceptor.h"
 #include "transport/OrvuRestSimpleServer.h"
-#include "transport/Socket.h"
-#include "transport/Threads.h"
+#include "transport/Workers.h"
 
 namespace Orvu {
 
-class InFlight;
-
-/// The request server: one request a connection, each on a thread of its own, handed to the application's callback.
+/// The request server: one request a connection, each handed to the application's callback on a worker.
 ///
 /// One object a process, made on first use.
 class ORVU_EXPORT OrvuRestServerSocket : public OrvuRestSimpleServer {
 public:
-    /// The process's request server. Null when memory cannot be had.
+    /// The process's request server. Null when out of memory.
     static OrvuRestServerSocket* getInstance();
+    /// The same, which then lives at least as long as the result.
+    ORVU_LOCAL static std::shared_ptr<OrvuRestServerSocket> shared();
 
-    /// Stops and deletes the server. Requests still being received are dropped; returns when they are.
+    /// Stops the server, and deletes it once nobody uses it. Requests still being received are dropped; returns when they
+    /// are. No callback begins afterwards.
     static void destroyInstance();
+    /// The part of it that concerns requests.
+    ORVU_LOCAL static void dropRequests();
 
     bool configure(int port) override;
-    /// Once true, peers can connect.
+    /// Configures as well, for one address of the host.
+    ORVU_LOCAL Acceptor& acceptor() { return acceptor_; }
+
+    /// Once true, peers can connect. Callbacks run with the signal mask of the calling thread.
     bool start() override;
     /// Requests that were accepted are still served.
     void stop() override;
@@ -32,25 +36,13 @@ public:
     bool send(unsigned char* data, unsigned int size) override;
 
 private:
-    friend class OrvuRestInterface;
+    class ORVU_LOCAL Requests;
 
-    OrvuRestServerSocket();
-    ~OrvuRestServerSocket() override;
+    ORVU_LOCAL OrvuRestServerSocket();
+    ORVU_LOCAL ~OrvuRestServerSocket() override;
 
-    /// Drops the requests still being received, those to come as well, and returns when they are dropped. For whoever is
-    /// about to destroy the server.
-    static void dropRequests();
-
-    void stopLocked();
-    void acceptConnections();
-    void serve(Socket socket);
-
-    std::mutex mutex_;  // guards configure, start and stop; no thread of the server takes it
-    Socket listener_;
-    bool configured_ = false;  // not after a failed bind, though the socket is kept
-    std::atomic<bool> running_{false};
-    Thread acceptThread_;
-    const std::shared_ptr<InFlight> inFlight_;  // the connections whose request is still being received
+    const std::unique_ptr<Requests> requests_;
+    Acceptor acceptor_;
 };
 
 }  // namespace Orvu

@@ -1,14 +1,8 @@
 #pragma once
 
-#include <atomic>
-#include <memory>
-#include <mutex>
-#include <poll.h>
-#include <vector>
-
+#include "transport/Acceptor.h"
 #include "transport/OrvuRestSimpleServer.h"
-#include "transport/Socket.h"
-#include "transport/Threads.h"
+#include "transport/TcpClients.h"
 
 namespace Orvu {
 
@@ -21,6 +15,9 @@ public:
     ~OrvuRestServerTcpSocket() override;
 
     bool configure(int port) override;
+    /// Configures as well, for one address of the host.
+    ORVU_LOCAL Acceptor& acceptor() { return acceptor_; }
+
     bool start() override;
     /// Closes every client as well. A push in progress ends.
     void stop() override;
@@ -30,33 +27,8 @@ public:
     bool send(unsigned char* data, unsigned int size) override;
 
 private:
-    struct Client;
-    struct Delivery;
-    using Clients = std::vector<std::shared_ptr<Client>>;
-
-    void stopLocked();
-    void dropClients();
-    void acceptClients();
-    void list(Socket socket);
-    bool releaseGone();
-    bool unlistGone();
-    void prepare(const unsigned char* data, unsigned int size);
-    bool deliver(const unsigned char* data, unsigned int size);
-    bool handOut();
-    void finish();
-    bool settle() const;
-
-    std::mutex mutex_;  // guards configure, start and stop; no thread of the server takes it
-    Socket serverSocket_;
-    Thread serverThread_;
-    std::atomic<bool> running_{false};
-
-    std::mutex sending_;  // one push at a time, which has these:
-    std::vector<Delivery> deliveries_;
-    std::vector<pollfd> waiting_;
-
-    std::mutex clientsMutex_;  // guards the list; never held while writing or joining
-    Clients clients_;
+    TcpClients clients_;
+    Acceptor acceptor_;
 };
 
 }  // namespace Orvu

@@ -1,13 +1,8 @@
 #pragma once
 
-#include <atomic>
-#include <memory>
-#include <mutex>
-
+#include "transport/Acceptor.h"
 #include "transport/OrvuRestSimpleServer.h"
-#include "transport/Socket.h"
-#include "transport/Threads.h"
-#include "transport/WebSocketProtocol.h"
+#include "transport/WebSocketClients.h"
 
 namespace Orvu {
 
@@ -21,6 +16,9 @@ public:
     ~OrvuRestServerWebSocket() override;
 
     bool configure(int port) override;
+    /// Configures as well, for one address of the host.
+    ORVU_LOCAL Acceptor& acceptor() { return acceptor_; }
+
     bool start() override;
     /// Closes the client as well. A push in progress ends.
     void stop() override;
@@ -30,39 +28,8 @@ public:
     bool send(unsigned char* data, unsigned int size) override;
 
 private:
-    using Client = std::shared_ptr<Socket>;
-
-    void stopLocked();
-    void dropClients();
-
-    void acceptClients();
-    void admit(Socket socket);
-    bool setCandidate(const Client& client);
-    bool doHanshake(const Client& client);
-    bool attach(const Client& client);
-    void detach(const Client& client);
-    Client attachedClient();
-
-    void startReading(const Client& client);
-    void clientReadThread(const Client& client);
-    void receive(const Client& client);
-    void leave(const Client& client);
-    ReceivedFrame receiveframe(const Client& client, const unsigned char* bytes, std::size_t size);
-    void echo(const Client& client, const ReceivedFrame& frame);
-
-    ssize_t sendframe(const Client& client, const void* data, std::size_t size, int opcode);
-
-    std::mutex mutex_;  // guards configure, start and stop; no thread of the server takes it
-    Socket serverSocket_;
-    Thread serverThread_;
-    Thread clientThread_;  // the accept thread's while it runs
-    std::atomic<bool> running_{false};
-
-    std::mutex writing_;  // one frame, or the answer to an opening request, at a time
-
-    std::mutex clientMutex_;  // guards the two below; never held while waiting
-    Client client_;           // the attached one
-    Client candidate_;        // the one whose opening request is being read
+    WebSocketClients clients_;
+    Acceptor acceptor_;
 };
 
 }  // namespace Orvu

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -31,6 +32,15 @@ Socket movedUp(Socket socket)
 }
 
 }  // namespace
+
+sockaddr_in addressOf(in_addr host, int port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr = host;
+    address.sin_port = htons(static_cast<in_port_t>(port));
+    return address;
+}
 
 bool waitFor(int fd, short events, Deadline deadline)
 {
@@ -70,6 +80,12 @@ Socket Socket::acceptedFrom(const Socket& listener)
         fd = accept4(listener.fd(), nullptr, nullptr, SOCK_CLOEXEC);
     } while (fd < 0 && errno == EINTR);
     return movedUp(Socket(fd));
+}
+
+void Socket::sendAtOnce()
+{
+    const int on = 1;
+    setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
 void Socket::shutdown()

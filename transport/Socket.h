@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <netinet/in.h>
 #include <poll.h>
 #include <utility>
 
@@ -24,6 +25,9 @@ inline Deadline endOf(Seconds patience)
 {
     return patience == Seconds::zero() ? kNever : after(patience);
 }
+
+/// A TCP port, 0 to 65535, of an IPv4 host, as the system's calls want it.
+sockaddr_in addressOf(in_addr host, int port);
 
 /// Waits until one of `events` (of `poll`), an error or a hang-up shows on `fd`; false when `deadline` comes first.
 bool waitFor(int fd, short events, Deadline deadline);
@@ -52,6 +56,9 @@ public:
     int fd() const { return fd_; }
     /// Gives the descriptor away.
     int release() { return std::exchange(fd_, -1); }
+    /// Lets what is written go out at once, however small, instead of waiting until the peer has confirmed what went
+    /// before.
+    void sendAtOnce();
     /// Ends the traffic both ways and wakes whoever waits for some. A listening socket stops listening and stays bound.
     void shutdown();
 

@@ -1,48 +1,86 @@
 #include "transport/Threads.h"
 
-#include <csignal>
+#include "log/Log.h"
 
 namespace Orvu {
 namespace {
 
-class AllSignalsBlocked {
-public:
-    AllSignalsBlocked()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+sigset_t allButFaults()
+{
+    sigset_t signals;
+    sigfillset(&signals);
+    for (const int open : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS, SIGPROF})
+        sigdelset(&signals, open);
+    return signals;
+}
 
-private:
-    sigset_t before_;
-};
+/// Nothing where threads cannot be cancelled, as on Android.
+void setCancellable([[maybe_unused]] bool isCancellable)
+{
+#ifdef PTHREAD_CANCEL_ENABLE
+    int before;
+    pthread_setcanceltype(PTHREAD_CANCEL_DEFERRED, &before);
+    pthread_setcancelstate(isCancellable ? PTHREAD_CANCEL_ENABLE : PTHREAD_CANCEL_DISABLE, &before);
+#endif
+}
 
 void* runTask(void* argument)
 {
     const std::unique_ptr<Task> task(static_cast<Task*>(argument));
-    pthread_setname_np(pthread_self(), task->threadName());
+    becomeLibraryThread(task->threadName());
     task->run();
     return nullptr;
 }
 
-/// std::thread would throw where this is false.
-bool create(pthread_t& thread, const pthread_attr_t* attributes, std::unique_ptr<Task> task)
+}  // namespace
+
+const sigset_t& librarySignals()
 {
-    if (pthread_create(&thread, attributes, runTask, task.get()) != 0) return false;
-    task.release();
-    return true;
+    static const sigset_t kSignals = allButFaults();
+    return kSignals;
 }
 
-}  // namespace
+sigset_t signalsOfThisThread()
+{
+    sigset_t signals;
+    pthread_sigmask(SIG_SETMASK, nullptr, &signals);
+    return signals;
+}
+
+int createThread(pthread_t& thread, void* (*function)(void*), void* argument)
+{
+    sigset_t before;
+    pthread_sigmask(SIG_SETMASK, &librarySignals(), &before);  // the thread inherits it
+    const int result = pthread_create(&thread, nullptr, function, argument);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return result;
+}
+
+void becomeLibraryThread(const char* name)
+{
+    setCancellable(false);
+    pthread_setname_np(pthread_self(), name);
+    setSigpipeBlocked(true);
+}
+
+ApplicationsTurn::ApplicationsTurn(const sigset_t& signals, const char* name) : name_(name)
+{
+    setSigpipeBlocked(false);
+    pthread_sigmask(SIG_SETMASK, &signals, nullptr);
+    setCancellable(true);
+}
+
+ApplicationsTurn::~ApplicationsTurn()
+{
+    pthread_sigmask(SIG_SETMASK, &librarySignals(), nullptr);
+    becomeLibraryThread(name_);
+}
 
 bool Thread::start(std::unique_ptr<Task> task)
 {
-    if (!task) return false;
-    const AllSignalsBlocked inheritedByTheThread;
     pthread_t thread;
-    if (!create(thread, nullptr, std::move(task))) return false;
+    if (!task || createThread(thread, runTask, task.get()) != 0) return false;
+    static_cast<void>(task.release());  // the thread's
     thread_ = thread;
     return true;
 }
@@ -51,17 +89,6 @@ void Thread::join()
 {
     if (thread_) pthread_join(*thread_, nullptr);
     thread_.reset();
-}
-
-bool startDetached(std::unique_ptr<Task> task)
-{
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-    pthread_t thread;
-    const bool started = create(thread, &attributes, std::move(task));
-    pthread_attr_destroy(&attributes);
-    return started;
 }
 
 }  // namespace Orvu

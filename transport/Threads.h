@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <memory>
 #include <new>
 #include <optional>
@@ -48,7 +49,35 @@ std::unique_ptr<Task> makeTask(const char* threadName, Function function)
     return std::unique_ptr<Task>(new (std::nothrow) Call(threadName, std::move(function)));
 }
 
-/// One thread of the library that somebody waits for. All signals are blocked in it.
+/// The signal mask of the library's threads: all that ask a process for something are blocked, so that an application's
+/// handlers run on its own threads. Those of a fault stay open, for a crash to leave its trace, and so does SIGPROF.
+const sigset_t& librarySignals();
+
+/// The signal mask of the calling thread.
+sigset_t signalsOfThisThread();
+
+/// Starts a thread with the library's signal mask; what pthread_create returns.
+int createThread(pthread_t& thread, void* (*function)(void*), void* argument);
+
+/// Makes the calling thread, which createThread() started, one of the library's: its name (at most 15 characters), and
+/// cancelling it has no effect.
+void becomeLibraryThread(const char* name);
+
+/// While it lives, a thread of the library is as the application's code may expect it: it has the signal mask `signals`
+/// and can be cancelled. Afterwards it is the library's again, whatever that code did to its mask, its name `name` and
+/// its cancellation state.
+class ApplicationsTurn {
+public:
+    ApplicationsTurn(const sigset_t& signals, const char* name);
+    ~ApplicationsTurn();
+    ApplicationsTurn(const ApplicationsTurn&) = delete;
+    ApplicationsTurn& operator=(const ApplicationsTurn&) = delete;
+
+private:
+    const char* const name_;
+};
+
+/// One thread of the library that somebody waits for.
 class Thread {
 public:
     Thread() = default;
@@ -66,8 +95,20 @@ private:
     std::optional<pthread_t> thread_;
 };
 
-/// Runs `task` on a thread that nobody waits for. False, and the task is deleted, when the system has no thread to give.
-/// The new thread inherits the blocked signals: call it from a Thread.
-bool startDetached(std::unique_ptr<Task> task);
+/// Lives as long as the process, whatever ends before: threads may use it while static objects go.
+template <class Type>
+class Immortal {
+public:
+    template <class... Arguments>
+    explicit Immortal(Arguments&&... arguments)
+    {
+        new (place_) Type(std::forward<Arguments>(arguments)...);
+    }
+    Type* operator->() { return std::launder(reinterpret_cast<Type*>(place_)); }
+    Type& operator*() { return *operator->(); }
+
+private:
+    alignas(Type) unsigned char place_[sizeof(Type)];
+};
 
 }  // namespace Orvu

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <map>
-#include <memory>
 #include <string>
 
 #include "orvu/Serializable.h"
@@ -9,7 +7,6 @@
 namespace Orvu {
 
 class OrvuRestRequest;
-class OrvuRestSimpleServer;
 
 /// What OrvuRestInterface::createServer tells of a push server.
 struct ORVU_EXPORT SocketServerInfo {
@@ -36,6 +33,7 @@ public:
     /// are still being received are dropped; a callback already entered finishes in its own time and may still answer;
     /// an exchange of the client in flight ends with an EmptyData. May be called from inside a request callback.
     static void destroyInstance();
+    static bool destroyInstance(int waitMilliseconds);
 
     /// Writes one line to the platform log (Android: priority INFO, tag "OrVU"), formatted as `printf` does and cut at
     /// 4095 bytes. Elsewhere the environment variable ORVU_LOG chooses the place, read once: "stderr" (the default; one
@@ -53,6 +51,10 @@ public:
     /// Listens for requests on TCP `port` of every interface. Once true, peers can connect. A server that listens
     /// already moves to `port`. False when the port cannot be had.
     bool startListenRequests(int port);
+
+    void setListenAddress(std::string address);
+
+    int requestPort();
 
     /// Ends listening. Requests that were accepted are still served. True.
     bool stopListenRequests();
@@ -74,6 +76,8 @@ public:
     /// The same with an empty request of `type`, such as DataTypeServiceList. Null for a type that the factory cannot
     /// make.
     Serializable* sendRequest(DataType type);
+
+    void cancelRequests();
 
     /// The ports that createServer() tries, both ends included. Without a range no port is tried. Port 0 is one of the
     /// system's choice, which the record does not tell.
@@ -99,15 +103,11 @@ public:
     std::string getCurrentIpAddress();
 
 private:
-    OrvuRestInterface();
-    ~OrvuRestInterface();
+    template <class Type>
+    friend class Immortal;
 
-    int newHandler() const;
-    void startAs(SocketServerInfo& info, std::unique_ptr<OrvuRestSimpleServer> server);
-
-    int minPort_ = 1;  // an empty range: no port is tried before the application gives one
-    int maxPort_ = 0;
-    std::map<int, std::unique_ptr<OrvuRestSimpleServer>> servers_;
+    ORVU_LOCAL OrvuRestInterface();
+    ORVU_LOCAL ~OrvuRestInterface();
 };
 
 }  // namespace Orvu

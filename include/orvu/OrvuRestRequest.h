@@ -27,14 +27,36 @@ public:
     /// The received message, still owned by the request.
     Serializable* getData();
 
+    /// Whether nobody is waiting for the answer any more, for an application that takes its time: true after an end of
+    /// stream or an error, and once the request is answered. A peer that closed only its sending side counts as gone.
+    /// Never waits; false while another thread answers.
+    bool isPeerGone();
+
     /// Answers the request and closes its connection. `response` stays the caller's; a null one, or one that cannot be
     /// written, closes the connection without a word. Returns the number of text bytes sent; -1 when the peer did not take
     /// them all (it went away, or stopped reading for 5 s); 0 when nothing was to be sent, also when the request was
     /// answered before. Blocks until the answer is handed to the system.
     int sendResponse(Serializable* response);
 
+    ORVU_LOCAL OrvuRestRequest(Socket connection, std::unique_ptr<Serializable> data) noexcept;
+
 private:
-    std::unique_ptr<Socket> connection_;  // without one once the request is answered
+    /// Owns the connection's socket, whose class this header does not know.
+    class Connection {
+    public:
+        ORVU_LOCAL explicit Connection(Socket socket) noexcept;
+        Connection(const Connection&) = delete;
+        Connection& operator=(const Connection&) = delete;
+        ORVU_LOCAL ~Connection();
+
+        int fd() const { return fd_; }
+        ORVU_LOCAL Socket take();
+
+    private:
+        alignas(void*) int fd_;
+    };
+
+    Connection connection_;  // without one once the request is answered
     std::unique_ptr<Serializable> data_;
     std::mutex mutex_;
 };

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <new>
 
+#include "log/Log.h"
 #include "messages/core/Exact.h"
 #include "messages/core/MemberFinder.h"
 #include "messages/core/Message.h"
@@ -87,12 +88,12 @@ HeaderTypes headerTypes(const CheckedText& checked)
     if (!checked) return {};
     const JsonValue header = headerOf(checked);
     if (!header) {
-        OrvuRestInterface::log("deserializeHeader: Cannot found '%s' in json!", "HEADER");
+        logLine("deserializeHeader: Cannot found '%s' in json!", "HEADER");
         return {};
     }
     if (!header.isText()) return {};
     const std::string name = header.text();
-    OrvuRestInterface::log("deserializeHeader: %s: %s", "HEADER", name.c_str());
+    logLine("deserializeHeader: %s: %s", "HEADER", name.c_str());
     const Row* const row = rowNamed(name.c_str());
     if (!row) return {};
     return {row->mapping == FromHeader ? row->type : DataTypeUnknown, row->type};
@@ -100,10 +101,10 @@ HeaderTypes headerTypes(const CheckedText& checked)
 
 Serializable* Serializable::factory(DataType type)
 {
-    OrvuRestInterface::log("factory: dataType: %s", dataTypeString(type));
+    logLine("factory: dataType: %s", dataTypeString(type));
     const Row* const row = rowOf(type);
     if (!row || !row->make) return nullptr;
-    if (type == DataTypeUnknown) OrvuRestInterface::log("factory: Unknown");
+    if (type == DataTypeUnknown) logLine("factory: Unknown");
     try {
         return row->make(type);
     } catch (const std::bad_alloc&) {

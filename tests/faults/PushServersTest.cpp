@@ -43,7 +43,7 @@ private:
     void end() override
     {
         if (isRunning()) inLibrary([this] { return facade_->stopServer(server_->handler); });
-        inLibrary(OrvuRestInterface::destroyInstance);
+        inLibrary([] { OrvuRestInterface::destroyInstance(); });
         server_.reset();
     }
 

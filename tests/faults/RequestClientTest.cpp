@@ -57,7 +57,10 @@ protected:
         return isConfigured ? type : "not configured, " + type;
     }
 
-    void end() override { inLibrary(OrvuRestInterface::destroyInstance); }
+    void end() override
+    {
+        inLibrary([] { OrvuRestInterface::destroyInstance(); });
+    }
 
 private:
     AnsweringPeer peer_;
@@ -80,8 +83,12 @@ const FaultsOf kClientFaults[] = {
     {"setsockopt", &calls.setsockopt, kUnconnected},
     {"getsockopt_when_configured", &calls.getsockopt, kUnconnected, {}, {{&calls.connect, 1, EINTR}}},
     {"getsockopt_when_sending", &calls.getsockopt, kUnconnected, {}, {{&calls.connect, 2, EINTR}}},
-    {"poll_to_connect", &calls.poll, kUnconnected, {}, {{&calls.connect, 2, EINTR}}},
-    {"poll_to_send", &calls.poll, {"serviceSelection"}, {}, {{&calls.send, 1, EAGAIN}}},
+    {"poll_to_connect",
+     &calls.poll,
+     {"not configured, serviceSelection", "cannotConnectToServer", "emptyData"},
+     {},
+     {{&calls.connect, 2, EINTR}}},
+    {"poll_to_send", &calls.poll, {"serviceSelection", "emptyData"}, {}, {{&calls.send, 1, EAGAIN}}},
     {"poll_to_receive", &calls.poll, {"emptyData"}, {}, {{&calls.recv, 1, EAGAIN}}},
     {"recv", &calls.recv, {"emptyData"}},
     {"send", &calls.send, {"emptyData"}},

@@ -44,7 +44,7 @@ protected:
     void end() override
     {
         if (facade_) inLibrary([this] { return facade_->stopListenRequests(); });
-        inLibrary(OrvuRestInterface::destroyInstance);
+        inLibrary([] { OrvuRestInterface::destroyInstance(); });
         isListening_ = false;
     }
 

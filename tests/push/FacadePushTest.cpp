@@ -123,13 +123,23 @@ TEST_F(TheFacade, TriesNoPortOfAnEmptyRange)
     EXPECT_EQ(tried(), 0);
 }
 
-TEST_F(TheFacade, TriesNothingThatIsNoPort)
+TEST_F(TheFacade, RefusesWhatIsNoPort)
 {
-    facade().setSocketsPortsRange(INT_MIN, -1);
+    facade().setSocketsPortsRange(-1, -1);
     EXPECT_EQ(Info(facade().createServer("tcp")), nullptr);
-    facade().setSocketsPortsRange(65536, INT_MAX);
+    facade().setSocketsPortsRange(65536, 65537);
+    EXPECT_EQ(Info(facade().createServer("websocket")), nullptr);
+    EXPECT_EQ(tried(), 3);
+    EXPECT_EQ(log.count("OrvuRestServerTcpSocket::configure: ERROR binding server socket!"), 1);
+    EXPECT_EQ(log.count("OrvuRestServerWebSocket::configure: ERROR binding server socket!"), 2);
+    EXPECT_EQ(log.count("OrvuRestInterface::createServer: cannot configure the server"), 3);
+}
+
+TEST_F(TheFacade, TriesNoMorePortsThanThereAre)
+{
+    facade().setSocketsPortsRange(INT_MIN, INT_MAX);
     EXPECT_EQ(Info(facade().createServer("tcp")), nullptr);
-    EXPECT_EQ(tried(), 0);
+    EXPECT_EQ(tried(), 65536);
 }
 
 TEST_F(TheFacade, LeavesTheChoiceToTheSystemOnPortZero)
@@ -138,7 +148,8 @@ TEST_F(TheFacade, LeavesTheChoiceToTheSystemOnPortZero)
     const Info info(facade().createServer("tcp"));
     ASSERT_NE(info, nullptr);
     EXPECT_EQ(tried(), 1);
-    EXPECT_EQ(info->port, 0);
+    EXPECT_NE(info->port, 0);
+    EXPECT_GE(RawPeer::connectedTo(info->port).fd(), 0);
     EXPECT_EQ(info->error, 0);
     EXPECT_TRUE(facade().stopServer(info->handler));
 }

@@ -31,10 +31,12 @@ std::string statusOf(const std::string& process, int thread, const std::string& 
     return "";
 }
 
-bool canBeBlocked(int signal)
+/// Not of a fault, and none that no thread can block.
+bool asksForSomething(int signal)
 {
-    const bool isTheEmulators = kEmulated && (signal == SIGBUS || signal == SIGSEGV);
-    return signal != SIGKILL && signal != SIGSTOP && !isTheEmulators;
+    for (const int other : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS, SIGPROF, SIGKILL, SIGSTOP})
+        if (signal == other) return false;
+    return true;
 }
 
 std::vector<int> threadsOf(const std::string& process)
@@ -86,12 +88,12 @@ bool hasDescriptor(const std::string& process, int descriptor)
     return readlink(("/proc/" + process + "/fd/" + std::to_string(descriptor)).c_str(), target, sizeof target) > 0;
 }
 
-bool hasSignalsBlocked(const std::string& process, int thread)
+bool hasTheLibrarysSignals(const std::string& process, int thread)
 {
     const std::string blocked = statusOf(process, thread, "SigBlk:");
     const unsigned long long mask = blocked.empty() ? 0 : std::stoull(blocked, nullptr, 16);
     for (int number = 1; number < 32; ++number)
-        if (canBeBlocked(number) && (mask >> (number - 1) & 1) == 0) return false;
+        if (asksForSomething(number) != ((mask >> (number - 1) & 1) == 1)) return false;
     return true;
 }
 

@@ -38,7 +38,7 @@ double processorTimeOf(const std::string& process);
 /// Whether a process has this descriptor open.
 bool hasDescriptor(const std::string& process, int descriptor);
 
-/// Whether a thread has all signals blocked that can be.
-bool hasSignalsBlocked(const std::string& process, int thread);
+/// Whether a thread has all signals blocked that ask a process for something, and those of a fault and SIGPROF open.
+bool hasTheLibrarysSignals(const std::string& process, int thread);
 
 }  // namespace OrvuTests

@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 #include <string>
 
-#include "orvu/OrvuRestInterface.h"
+#include "log/Log.h"
 #include "support/LogCapture.h"
 
 // The library's log as it is built for Android, with the log library that Debian has of it: lines go to standard error there.
 
-using Orvu::OrvuRestInterface;
+using Orvu::logLine;
 using namespace OrvuTests;
 using testing::AllOf;
 using testing::EndsWith;
@@ -20,20 +20,20 @@ struct TheLogOfAndroid : testing::Test {
 
 TEST_F(TheLogOfAndroid, GetsTheTagThePriorityAndTheText)
 {
-    OrvuRestInterface::log("a %s of %d", "line", 1);
+    logLine("a %s of %d", "line", 1);
     const std::string line = log.text();
     EXPECT_THAT(line, AllOf(HasSubstr("OrVU"), HasSubstr(" I "), EndsWith("a line of 1\n")));
 }
 
 TEST_F(TheLogOfAndroid, TakesNothingItIsGivenForAFormat)
 {
-    OrvuRestInterface::log("%s", "%s%n%d");
+    logLine("%s", "%s%n%d");
     EXPECT_THAT(log.text(), EndsWith("%s%n%d\n"));
 }
 
 TEST_F(TheLogOfAndroid, GetsALineOf4095BytesAtMost)
 {
-    OrvuRestInterface::log("%s", std::string(1000000, 'x').c_str());
+    logLine("%s", std::string(1000000, 'x').c_str());
     const std::string line = log.text();
     const std::size_t first = line.find('x');
     EXPECT_LE(line.find_last_of('x') - first + 1, 4095U);

@@ -349,7 +349,7 @@ using ASentFrame = AConnectedPair;
 
 TEST_F(ASentFrame, IsTheLengthPlusOneAndTheText)
 {
-    EXPECT_TRUE(sendFrame(ours.fd(), "hello", 5, Seconds(5)));
+    EXPECT_EQ(sendFrame(ours.fd(), "hello", 5, Seconds(5)), FrameSent::Whole);
     ours.close();
     EXPECT_EQ(theirs.readToEnd(), std::string("\x06\0\0\0hello", 9));  // as little-endian machines write it
 }
@@ -359,7 +359,7 @@ TEST_F(ASentFrame, IsContinuedAfterShortWrites)
     const std::string text(4u << 20, 'x');  // far more than the socket holds
     std::string received;
     std::thread reading([&] { received = theirs.readToEnd(1000); });
-    EXPECT_TRUE(sendFrame(ours.fd(), text.data(), text.size(), Seconds(5)));
+    EXPECT_EQ(sendFrame(ours.fd(), text.data(), text.size(), Seconds(5)), FrameSent::Whole);
     ours.close();
     reading.join();
     EXPECT_TRUE(received == frameOf(text));
@@ -368,12 +368,12 @@ TEST_F(ASentFrame, IsContinuedAfterShortWrites)
 TEST_F(ASentFrame, FailsWhenThePeerIsGone)
 {
     theirs.close();
-    EXPECT_FALSE(sendFrame(ours.fd(), "hello", 5, Seconds(5)));
+    EXPECT_EQ(sendFrame(ours.fd(), "hello", 5, Seconds(5)), FrameSent::Nothing);
 }
 
 TEST_F(ASentFrame, CannotCarryTwoGibibytes)
 {
-    EXPECT_FALSE(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)));  // refused before the text is looked at
+    EXPECT_EQ(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)), FrameSent::Nothing);  // refused before the text is looked at
     ours.close();
     EXPECT_EQ(theirs.readToEnd(), "");
 }

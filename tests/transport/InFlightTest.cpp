@@ -39,7 +39,7 @@ struct ExchangesInFlight : testing::Test {
 
 TEST_F(ExchangesInFlight, AreWokenByShuttingTheirSocketsDown)
 {
-    EXPECT_TRUE(inFlight->enter(socket.fd()));
+    EXPECT_TRUE(inFlight->enter(socket.fd(), 0));
     inFlight->wakeAll();
     EXPECT_EQ(peer.readToEnd(), "");
     EXPECT_TRUE(isOpen(socket.fd()));
@@ -47,32 +47,54 @@ TEST_F(ExchangesInFlight, AreWokenByShuttingTheirSocketsDown)
 
 TEST_F(ExchangesInFlight, AreNotTouchedOnceTheyHaveLeft)
 {
-    inFlight->enter(socket.fd());
-    EXPECT_TRUE(inFlight->leave(socket.fd()));
+    inFlight->enter(socket.fd(), 0);
+    inFlight->leave(socket.fd());
     inFlight->wakeAll();
     peer.send("hello");
     char bytes[5];
     EXPECT_EQ(recv(socket.fd(), bytes, sizeof bytes, 0), 5);
 }
 
-TEST_F(ExchangesInFlight, LetNobodyInOnceTheyWereWoken)
+TEST_F(ExchangesInFlight, AreNotLetInWhenTheyBeganBeforeAllWereWoken)
 {
+    const unsigned begun = inFlight->wakes();
     inFlight->wakeAll();
-    EXPECT_FALSE(inFlight->enter(socket.fd()));
+    EXPECT_FALSE(inFlight->enter(socket.fd(), begun));
+    EXPECT_TRUE(inFlight->enter(socket.fd(), inFlight->wakes()));
+}
+
+TEST_F(ExchangesInFlight, LetNobodyInOnceTheyAreClosed)
+{
+    inFlight->close();
+    EXPECT_FALSE(inFlight->enter(socket.fd(), inFlight->wakes()));
     inFlight->waitUntilEmpty();  // and whoever was not let in is not waited for
 }
 
-TEST_F(ExchangesInFlight, LearnWhenTheyLeaveThatTheyAreNotWanted)
+TEST_F(ExchangesInFlight, LearnThatTheyAreNotWantedAnyMore)
 {
-    inFlight->enter(socket.fd());
+    const Connection connection(std::move(socket), inFlight, inFlight->wakes());
+    EXPECT_TRUE(connection.isWanted());
     inFlight->wakeAll();
-    EXPECT_FALSE(inFlight->leave(socket.fd()));
+    EXPECT_FALSE(connection.isWanted());
+    const Connection later(Socket::stream(), inFlight, inFlight->wakes());
+    EXPECT_TRUE(later.isWanted());
+    inFlight->close();
+    EXPECT_FALSE(later.isWanted());
+}
+
+TEST_F(ExchangesInFlight, BeginNothingMoreOnceTheyAreClosed)
+{
+    int begun = 0;
+    EXPECT_TRUE(inFlight->ifOpen([&] { ++begun; }));
+    inFlight->close();
+    EXPECT_FALSE(inFlight->ifOpen([&] { ++begun; }));
+    EXPECT_EQ(begun, 1);
 }
 
 TEST_F(ExchangesInFlight, AreWaitedFor)
 {
     std::atomic<bool> left{false};
-    inFlight->enter(socket.fd());
+    inFlight->enter(socket.fd(), 0);
     std::thread exchange([&] {
         char byte;
         EXPECT_EQ(recv(socket.fd(), &byte, 1, 0), 0);  // until it is woken
@@ -89,7 +111,7 @@ TEST_F(ExchangesInFlight, LeaveByTheirConnection)
 {
     const int fd = socket.fd();
     {
-        const Connection connection(std::move(socket), inFlight);
+        const Connection connection(std::move(socket), inFlight, 0);
         EXPECT_TRUE(connection);
     }
     EXPECT_FALSE(isOpen(fd));
@@ -101,7 +123,7 @@ TEST_F(ExchangesInFlight, LeaveBeforeTheirDescriptorIsClosed)
     bool wasStillKnown = true;
     std::optional<Instead> closing;
     {
-        const Connection connection(std::move(socket), inFlight);
+        const Connection connection(std::move(socket), inFlight, 0);
         closing.emplace(calls.close, [&](int) {
             inFlight->wakeAll();
             char byte;
@@ -115,24 +137,24 @@ TEST_F(ExchangesInFlight, LeaveBeforeTheirDescriptorIsClosed)
 TEST_F(ExchangesInFlight, CloseAConnectionThatIsNotLetIn)
 {
     const int fd = socket.fd();
-    inFlight->wakeAll();
-    const Connection connection(std::move(socket), inFlight);
+    inFlight->close();
+    const Connection connection(std::move(socket), inFlight, inFlight->wakes());
     EXPECT_FALSE(connection);
     EXPECT_FALSE(isOpen(fd));
 }
 
-TEST_F(ExchangesInFlight, GiveADescriptorAwayAfterItLeft)
+TEST_F(ExchangesInFlight, GiveTheirSocketAwayAfterTheyLeft)
 {
-    Connection connection(std::move(socket), inFlight);
-    EXPECT_TRUE(connection.leave());
-    socket = Socket(connection.release());
+    Connection connection(std::move(socket), inFlight, 0);
+    socket = connection.takeSocket();
+    inFlight->waitUntilEmpty();
     connection.close();
     EXPECT_TRUE(isOpen(socket.fd()));
 }
 
 TEST_F(ExchangesInFlight, MoveWithTheirConnection)
 {
-    Connection first(std::move(socket), inFlight);
+    Connection first(std::move(socket), inFlight, 0);
     const int fd = first.fd();
     {
         const Connection second(std::move(first));

@@ -1,7 +1,6 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <gmock/gmock.h>
-#include <map>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <optional>
@@ -24,46 +23,38 @@ using testing::ElementsAre;
 
 namespace {
 
-/// The names that the library finds while it lives, with their IPv4 addresses.
-class Hosts {
+/// The one name that the library finds while it lives, with its IPv4 addresses; without one, no name.
+class Host {
 public:
-    explicit Hosts(std::map<std::string, std::vector<std::string>> addresses = {})
-        : addresses_(std::move(addresses)),
-          asking_(calls.getaddrinfo, [this](const char* name, const char*, const addrinfo* hints,
-                                            addrinfo** list) { return give(name, *hints, list); }),
-          releasing_(calls.freeaddrinfo, [](addrinfo*) { return true; })
-    {}
-
-    /// What it was last asked for.
-    const addrinfo& hints() const { return hints_; }
+    explicit Host(std::string name = "", const std::vector<std::string>& addresses = {})
+        : name_(std::move(name)),
+          addresses_(addresses.size()),
+          asking_(calls.gethostbyname_r, [this](const char* asked, hostent* host, char*, std::size_t, hostent** found,
+                                                int* reason) { return give(asked, host, found, reason); })
+    {
+        for (std::size_t i = 0; i < addresses.size(); ++i) {
+            inet_pton(AF_INET, addresses[i].c_str(), &addresses_[i]);
+            list_.push_back(reinterpret_cast<char*>(&addresses_[i]));
+        }
+        list_.push_back(nullptr);
+    }
 
 private:
-    int give(const char* name, const addrinfo& hints, addrinfo** list)
+    int give(const std::string& asked, hostent* host, hostent** found, int* reason)
     {
-        hints_ = hints;
-        const auto known = addresses_.find(name);
-        if (known == addresses_.end()) return EAI_NONAME;
-        found_.assign(known->second.size(), {});
-        for (std::size_t i = 0; i < found_.size(); ++i) {
-            found_[i].address.sin_family = AF_INET;
-            inet_pton(AF_INET, known->second[i].c_str(), &found_[i].address.sin_addr);
-            found_[i].entry.ai_addr = reinterpret_cast<sockaddr*>(&found_[i].address);
-            if (i > 0) found_[i - 1].entry.ai_next = &found_[i].entry;
-        }
-        *list = &found_.front().entry;
+        *host = {};
+        host->h_addrtype = AF_INET;
+        host->h_length = sizeof(in_addr);
+        host->h_addr_list = list_.data();
+        *found = asked == name_ ? host : nullptr;
+        *reason = HOST_NOT_FOUND;
         return 0;
     }
 
-    struct Found {
-        addrinfo entry;
-        sockaddr_in address;
-    };
-
-    const std::map<std::string, std::vector<std::string>> addresses_;
-    addrinfo hints_{};
-    std::vector<Found> found_;
+    const std::string name_;
+    std::vector<in_addr> addresses_;
+    std::vector<char*> list_;
     const Instead asking_;
-    const Instead releasing_;
 };
 
 /// Has the library set no such option of a socket while it lives.
@@ -108,7 +99,7 @@ TEST_F(AClientWhoseSystemFails, ReportsATimeOutForWritingThatCannotBeSet)
 
 TEST_F(AClientWhoseSystemFails, ReportsANameThatNobodyKnows)
 {
-    const Hosts none;
+    const Host none;
     EXPECT_FALSE(configure("nowhere.example"));
     EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot find host: nowhere.example"));
     EXPECT_EQ(OrvuRestClientSocket::getInstance()->connectSocket(5), 0);
@@ -116,19 +107,33 @@ TEST_F(AClientWhoseSystemFails, ReportsANameThatNobodyKnows)
 
 TEST_F(AClientWhoseSystemFails, LogsANameLiterally)
 {
-    const Hosts none;
+    const Host none;
     EXPECT_FALSE(configure("%s%n"));
     EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot find host: %s%n"));
 }
 
 TEST_F(AClientWhoseSystemFails, TakesTheFirstIPv4AddressOfAName)
 {
-    const Hosts hosts({{"receiver.example", {"127.0.0.1", "127.99.99.99"}}});
+    const Host host("receiver.example", {"127.0.0.1", "127.99.99.99"});
     EXPECT_TRUE(configure("receiver.example"));
-    EXPECT_EQ(hosts.hints().ai_family, AF_INET);
-    EXPECT_EQ(hosts.hints().ai_socktype, SOCK_STREAM);
     RawPeer accepted = peer.accept();
     EXPECT_EQ(accepted.readToEnd(), "");
+}
+
+TEST_F(AClientWhoseSystemFails, AsksForANameAgainWithMoreRoom)
+{
+    const Host host("receiver.example", {"127.0.0.1"});
+    const FailingCall asking(calls.gethostbyname_r, 1, ERANGE);
+    EXPECT_TRUE(configure("receiver.example"));
+    EXPECT_EQ(calls.gethostbyname_r.count(), 2);
+}
+
+TEST_F(AClientWhoseSystemFails, ReportsANameThatCannotBeLookedUp)
+{
+    const Host host("receiver.example", {"127.0.0.1"});
+    const FailingCall asking(calls.gethostbyname_r, 1, EAGAIN);
+    EXPECT_FALSE(configure("receiver.example"));
+    EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot find host: receiver.example"));
 }
 
 struct ADevice : testing::Test {

@@ -26,18 +26,19 @@ namespace {
 
 const std::string kRequest = R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})";
 
-TEST(AThreadOfTheLibrary, HasANameAndBlocksAllSignals)
+TEST(AThreadOfTheLibrary, HasANameAndBlocksTheSignalsThatAskForSomething)
 {
-    const Receiver receiver([](OrvuRestRequest* request) {
-        for (const char* const name : {"orvu-accept", "orvu-worker"}) {
-            const std::vector<int> threads = threadsNamed("self", name);
-            EXPECT_THAT(threads, Not(IsEmpty())) << name;
-            for (const int thread : threads)
-                EXPECT_TRUE(hasSignalsBlocked("self", thread)) << name;
-        }
-        answerWithSuccess(request);
-    });
+    const Receiver receiver(answerWithSuccess);
     EXPECT_THAT(receiver.ask(kRequest), Optional(kSuccess));
+    for (const char* const name : {"orvu-accept", "orvu-worker"}) {
+        const auto areTheLibrarys = [name] {
+            const std::vector<int> threads = threadsNamed("self", name);
+            return !threads.empty() && std::all_of(threads.begin(), threads.end(), [](int thread) {
+                return hasTheLibrarysSignals("self", thread);
+            });
+        };
+        EXPECT_TRUE(eventually(areTheLibrarys)) << name;  // the worker may still come from its callback
+    }
 }
 
 TEST(AThreadOfTheLibrary, LeavesTheSignalsOfItsCallerAsTheyWere)
@@ -88,7 +89,7 @@ TEST(AThreadOfTheLibrary, LeavesNoSignalBehindWhenItsPeerIsGone)
             entered.open();
             gone.wait();
             SuccessResponse answer;
-            EXPECT_EQ(request->sendResponse(&answer), -1);
+            EXPECT_EQ(request->sendResponse(&answer), 0);
             sigset_t signals;
             sigpending(&signals);
             pending = sigismember(&signals, SIGPIPE) == 1;

@@ -1,9 +1,8 @@
+#include "log/Log.h"
+
 #include <algorithm>
 #include <cerrno>
-#include <cstdarg>
 #include <cstdio>
-
-#include "orvu/OrvuRestInterface.h"
 
 #if defined(__ANDROID__) || defined(ORVU_LOG_ANDROID)
 #include <android/log.h>
@@ -60,31 +59,34 @@ bool isWanted()
     return sink() != Sink::None;
 }
 
+thread_local bool sigpipeIsBlocked = false;
+
 /// Keeps a log whose reader is gone from ending the process: a write that would raise SIGPIPE only fails.
 class NoSigpipe {
 public:
     NoSigpipe()
     {
+        if (sigpipeIsBlocked) return;
         sigemptyset(&sigpipe_);
         sigaddset(&sigpipe_, SIGPIPE);
         pthread_sigmask(SIG_BLOCK, &sigpipe_, &before_);
+        wasDeliverable_ = sigismember(&before_, SIGPIPE) == 0;
     }
     ~NoSigpipe()
     {
-        if (wasDeliverable()) pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+        if (wasDeliverable_) pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     }
     /// Takes back the signal that a failed write has left for this thread.
     void swallow()
     {
         const timespec atOnce{0, 0};
-        if (wasDeliverable()) sigtimedwait(&sigpipe_, nullptr, &atOnce);
+        if (wasDeliverable_) sigtimedwait(&sigpipe_, nullptr, &atOnce);
     }
 
 private:
-    bool wasDeliverable() const { return sigismember(&before_, SIGPIPE) == 0; }
-
     sigset_t sigpipe_;
     sigset_t before_;
+    bool wasDeliverable_ = false;
 };
 
 void writeToStandardError(const char* bytes, std::size_t size)
@@ -113,15 +115,29 @@ void writeLine(char* line, std::size_t size)
 
 }  // namespace
 
-void OrvuRestInterface::log(const char* format, ...)
+void setSigpipeBlocked(bool isBlocked)
+{
+#if defined(__ANDROID__) || defined(ORVU_LOG_ANDROID)
+    static_cast<void>(isBlocked);  // Android's log raises no signal
+#else
+    sigpipeIsBlocked = isBlocked;
+#endif
+}
+
+void logLine(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    logLineOf(format, arguments);
+    va_end(arguments);
+}
+
+void logLineOf(const char* format, va_list arguments)
 {
     if (!isWanted()) return;
     const int reason = errno;
     char line[kMarkSize + kLogBuffer];
-    va_list arguments;
-    va_start(arguments, format);
     const int length = std::vsnprintf(line + kMarkSize, kLogBuffer, format, arguments);
-    va_end(arguments);
     if (length >= 0) writeLine(line, kMarkSize + std::min<std::size_t>(length, kLogBuffer - 1));
     errno = reason;
 }

@@ -1,0 +1,148 @@
+#include "transport/PushServers.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <new>
+#include <optional>
+#include <utility>
+
+#include "log/Log.h"
+#include "transport/OrvuRestServerTcpSocket.h"
+#include "transport/OrvuRestServerWebSocket.h"
+
+namespace Orvu {
+namespace {
+
+constexpr long long kMostPorts = 65536;
+
+/// A server on the first port of the range that it could be configured on; none when there is no such port.
+template <class Kind>
+PushServers::Server bound(in_addr address, int minPort, int maxPort)
+{
+    const auto server = std::make_shared<Kind>();
+    const long long last = std::min<long long>(maxPort, minPort + kMostPorts - 1);
+    for (long long port = minPort; port <= last; ++port) {
+        logLine("OrvuRestInterface::createServer: Trying");
+        if (server->acceptor().configure(address, static_cast<int>(port))) return {server, &server->acceptor()};
+        logLine("OrvuRestInterface::createServer: cannot configure the server");
+    }
+    return {};
+}
+
+}  // namespace
+
+void PushServers::setPortRange(int minPort, int maxPort)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    minPort_ = minPort;
+    maxPort_ = maxPort;
+}
+
+SocketServerInfo* PushServers::create(std::string protocol, const ListenAddress& listen)
+{
+    logLine("OrvuRestInterface::createServer: protocol: %s", protocol.c_str());
+    const auto boundTo = protocol == "tcp" ? bound<OrvuRestServerTcpSocket>
+                         : protocol == "websocket" ? bound<OrvuRestServerWebSocket>
+                                                   : nullptr;
+    if (!boundTo) {
+        logLine("OrvuRestInterface::createServer: cannot create the server: %s", protocol.c_str());
+        return nullptr;
+    }
+    const std::optional<in_addr> address = listen.usable("OrvuRestInterface::createServer");
+    if (!address) return nullptr;
+    std::unique_lock<std::mutex> lock(mutex_);
+    const int minPort = minPort_, maxPort = maxPort_;
+    lock.unlock();
+    Server server = boundTo(*address, minPort, maxPort);
+    if (!server.pushes) return nullptr;
+    auto info = std::make_unique<SocketServerInfo>();
+    info->protocol = std::move(protocol);
+    info->ipAddress = listen.isOne() ? listen.text() : outsideAddress();
+    info->port = server.acceptor->port();
+    startAs(*info, std::move(server));
+    return info.release();
+}
+
+/// A value of the C library's generator, seeded anew each time; the next one where a server has it already.
+int PushServers::newHandler() const
+{
+    std::srand(static_cast<unsigned>(std::time(nullptr)));
+    int handler = std::rand();
+    while (servers_.count(handler) != 0)
+        handler = std::rand();
+    return handler;
+}
+
+/// Starts the server and registers it under a handle of its own, or tells in the record that it could not be started.
+void PushServers::startAs(SocketServerInfo& info, Server server)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    info.handler = newHandler();
+    Server& place = servers_[info.handler];
+    if (server.pushes->start()) {
+        logLine("OrvuRestInterface::createServer: ------------------------");
+        place = std::move(server);
+        return;
+    }
+    info.error = 1;
+    logLine("OrvuRestInterface::createServer: cannot start the server 1");
+    server = {};
+    logLine("OrvuRestInterface::createServer: cannot start the server 2");
+    servers_.erase(info.handler);
+}
+
+int PushServers::count()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return static_cast<int>(servers_.size());
+}
+
+bool PushServers::stop(int handler)
+{
+    logLine("OrvuRestInterface::stopServer: handler: %d handler severs count: %d", handler, count());
+    std::unique_lock<std::mutex> lock(mutex_);
+    const auto stopped = servers_.extract(handler);
+    lock.unlock();
+    if (stopped) {
+        stopped.mapped().acceptor->retire();
+        return true;
+    }
+    logLine("OrvuRestInterface::stopServer: cannot locate the server");
+    return false;
+}
+
+void PushServers::stopAll()
+{
+    logLine("OrvuRestInterface::stopAllServers: severs count: %d", count());
+    stopEach();
+}
+
+void PushServers::end()
+{
+    setPortRange(kNoPorts.first, kNoPorts.second);
+    stopEach();
+}
+
+void PushServers::stopEach()
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    const auto stopped = std::exchange(servers_, {});
+    lock.unlock();
+    for (const auto& [handler, server] : stopped)
+        server.acceptor->retire();
+}
+
+bool PushServers::send(int handler, unsigned char* data, unsigned int size)
+{
+    logLine("OrvuRestInterface::sendMessage: handler: %d | size: %d", handler, static_cast<int>(size));
+    std::unique_lock<std::mutex> lock(mutex_);
+    const auto place = servers_.find(handler);
+    const Server server = place == servers_.end() ? Server{} : place->second;
+    lock.unlock();
+    if (server.pushes) return server.pushes->send(data, size);
+    logLine("OrvuRestInterface::sendMessage: cannot found handler: %d", handler);
+    return false;
+}
+
+}  // namespace Orvu

@@ -1,0 +1,159 @@
+#include "transport/TcpClients.h"
+
+#include <algorithm>
+#include <new>
+
+#include "log/Log.h"
+#include "transport/Outgoing.h"
+
+namespace Orvu {
+namespace {
+
+constexpr Seconds kPushTime(5);
+
+short statesOf(const Socket& socket, short wanted)
+{
+    pollfd state{socket.fd(), wanted, 0};
+    return poll(&state, 1, 0) > 0 ? state.revents : short{0};
+}
+
+}  // namespace
+
+/// One listener, as long as anybody uses it.
+struct TcpClients::Client {
+    explicit Client(Socket accepted) : socket(std::move(accepted)) {}
+
+    bool isBroken() const { return failed || (statesOf(socket, 0) & (POLLERR | POLLHUP)) != 0; }
+    bool hasEnded() const { return (statesOf(socket, POLLRDHUP) & POLLRDHUP) != 0; }
+
+    Socket socket;
+    std::atomic<bool> failed{false};  // a write failed for good
+    bool stalled = false;             // let a push wait too long; the sending thread's
+};
+
+/// One push on its way to one client.
+struct TcpClients::Delivery {
+    void proceed()
+    {
+        if (!bytes.offer(client->socket.fd())) client->failed = true;
+    }
+    bool isWaiting() const { return bytes.left() > 0 && !client->failed; }
+    /// Whether the push waits for the client; once a client has let one wait too long, none does.
+    bool isWorthWaiting() const { return isWaiting() && !client->stalled; }
+
+    std::shared_ptr<Client> client;
+    Outgoing bytes;
+};
+
+TcpClients::TcpClients() = default;
+TcpClients::~TcpClients() = default;
+
+void TcpClients::take(Socket connection)
+{
+    connection.sendAtOnce();
+    try {
+        auto client = std::make_shared<Client>(std::move(connection));
+        const std::lock_guard<std::mutex> lock(mutex_);
+        clients_.push_back(std::move(client));
+    } catch (const std::bad_alloc&) {
+        logLine("OrvuRestServerTcpSocket::serverThread: ERROR out of memory!");
+    }
+}
+
+void TcpClients::drop()
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        for (const auto& client : clients_)
+            client->socket.shutdown();  // a push may still hold it
+        clients_.clear();
+    }
+    const std::lock_guard<std::mutex> untilThePushEnds(sending_);
+}
+
+bool TcpClients::makeRoom()
+{
+    if (!unlistGone()) return false;
+    const std::lock_guard<std::mutex> untilThePushEnds(sending_);  // it may still hold their descriptors
+    return true;
+}
+
+/// A bare end of stream comes last: the peer may still read.
+bool TcpClients::unlistGone()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::size_t before = clients_.size();
+    const auto drop = [this](bool (Client::*isGone)() const) {
+        const auto gone = std::stable_partition(clients_.begin(), clients_.end(),
+                                                [isGone](const auto& client) { return !(*client.*isGone)(); });
+        std::for_each(gone, clients_.end(),
+                      [](const auto& client) { client->socket.shutdown(); });  // a push may hold it
+        clients_.erase(gone, clients_.end());
+    };
+    drop(&Client::isBroken);
+    if (clients_.size() == before) drop(&Client::hasEnded);
+    return clients_.size() < before;
+}
+
+bool TcpClients::send(const unsigned char* data, unsigned int size)
+{
+    const std::lock_guard<std::mutex> lock(sending_);
+    prepare(data, size);
+    for (std::size_t i = 0; size == 0 && i < deliveries_.size(); ++i)
+        logLine("OrvuRestServerTcpSocket::send: ERROR data is empty!");
+    const bool anybody = size > 0 && handOut();
+    deliveries_.clear();  // they keep no client that has left
+    return anybody;
+}
+
+/// Takes all the memory that the push needs, before its first byte goes out.
+void TcpClients::prepare(const unsigned char* data, unsigned int size)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    deliveries_.reserve(clients_.size());
+    waiting_.reserve(clients_.size());
+    for (const auto& client : clients_)
+        deliveries_.push_back({client, Outgoing(data, size)});
+}
+
+/// Gives the clients that could not take the push whole the rest, as they make room for it.
+void TcpClients::finish()
+{
+    const Deadline end = after(kPushTime);
+    for (bool inTime = true; inTime;) {
+        waiting_.clear();
+        for (const Delivery& delivery : deliveries_) {
+            if (delivery.isWorthWaiting()) waiting_.push_back({delivery.client->socket.fd(), POLLOUT, 0});
+        }
+        if (waiting_.empty()) return;
+        inTime = waitForAny(waiting_.data(), waiting_.size(), end);
+        // At the end all are tried once more: the system reports room only once there is plenty.
+        for (Delivery& delivery : deliveries_) {
+            if (delivery.isWorthWaiting()) delivery.proceed();
+        }
+    }
+}
+
+/// Tells who took the push whole. True when anybody did.
+bool TcpClients::settle() const
+{
+    bool anybody = false;
+    for (const Delivery& delivery : deliveries_) {
+        const bool isWhole = delivery.bytes.left() == 0;
+        delivery.client->stalled = delivery.isWaiting();
+        if (!isWhole) logLine("OrvuRestServerTcpSocket::send: ERROR writing to socket");
+        anybody = anybody || isWhole;
+    }
+    return anybody;
+}
+
+/// True when anybody took the push whole.
+bool TcpClients::handOut()
+{
+    for (Delivery& delivery : deliveries_)
+        delivery.proceed();
+    finish();
+    return settle();
+}
+
+}  // namespace Orvu

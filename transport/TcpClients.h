@@ -1,0 +1,46 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <poll.h>
+#include <vector>
+
+#include "transport/Acceptor.h"
+
+namespace Orvu {
+
+/// The clients of a TCP push server: what is sent goes to all of them. Any thread.
+class TcpClients : public Connections {
+public:
+    TcpClients();
+    ~TcpClients();
+
+    void take(Socket connection) override;
+    /// A push in progress ends.
+    void drop() override;
+    /// Drops clients whose peer is gone.
+    bool makeRoom() override;
+
+    /// True when at least one client took all bytes. Throws std::bad_alloc before the first byte goes out.
+    bool send(const unsigned char* data, unsigned int size);
+
+private:
+    struct Client;
+    struct Delivery;
+
+    bool unlistGone();
+    void prepare(const unsigned char* data, unsigned int size);
+    bool handOut();
+    void finish();
+    bool settle() const;
+
+    std::mutex sending_;  // one push at a time, which has these:
+    std::vector<Delivery> deliveries_;
+    std::vector<pollfd> waiting_;
+
+    std::mutex mutex_;  // guards the list; never held while writing or joining
+    std::vector<std::shared_ptr<Client>> clients_;
+};
+
+}  // namespace Orvu
