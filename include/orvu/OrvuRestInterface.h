@@ -8,94 +8,116 @@ namespace Orvu {
 
 class OrvuRestRequest;
 
-/// What OrvuRestInterface::createServer tells of a push server.
+/// What OrvuRestInterface::createServer() says about a push server.
 struct ORVU_EXPORT SocketServerInfo {
     int handler = 0;        ///< The handle under which the server is registered.
     std::string protocol;   ///< "tcp" or "websocket", as asked for.
-    std::string ipAddress;  ///< This device's IPv4 address, dotted.
-    int port = 0;           ///< The TCP port on which clients connect.
+    std::string ipAddress;  ///< The listen address where one is set; otherwise this device's IPv4 address. Dotted.
+    int port = 0;           ///< The TCP port on which clients connect, also when the system chose it.
     int error = 0;  ///< 0 when the server is running; 1 when it could not be started: the handle names nothing then.
 };
 
 /// The library's entry point: answers requests, sends requests and pushes messages for this process.
 ///
-/// One object a process, made on first use. Register callbacks and manage push servers from one thread; everything else
-/// may be called from any thread. Failures are false or null results with a log line; no exception leaves the library.
+/// One object a process. Any thread may call any function, also while another one destroys the facade: the call then ends
+/// as if it had come before or after. Failures are false or null results with a log line; functions that take or return a
+/// `std::string` may throw std::bad_alloc while that is copied, and no other exception leaves the library.
 class ORVU_EXPORT OrvuRestInterface {
 public:
     OrvuRestInterface(const OrvuRestInterface&) = delete;
     OrvuRestInterface& operator=(const OrvuRestInterface&) = delete;
 
-    /// The process's facade, made on first use. Null when out of memory.
+    /// The process's facade. Never null.
     static OrvuRestInterface* getInstance();
 
-    /// Stops and deletes every push server, the request client, the request server and the facade itself. Requests that
-    /// are still being received are dropped; a callback already entered finishes in its own time and may still answer;
-    /// an exchange of the client in flight ends with an EmptyData. May be called from inside a request callback.
+    /// Stops and deletes every push server, the request client and the request server, and forgets the callback, the port
+    /// range and the listen address. Requests that are still being received or read are dropped, and no callback begins
+    /// after it has returned. One that has begun finishes in its own time and may still answer. An exchange of the client
+    /// in flight ends with a CannotConnectToServer while it connects, with an EmptyData after that. Waits for no callback
+    /// and no exchange, and returns within a second whatever peers do. May be called from inside a request callback.
     static void destroyInstance();
+
+    /// The same, and then waits for the callbacks that have begun, at most `waitMilliseconds` (none for 0 and below). True
+    /// when all have ended. From inside a callback it neither waits for that one nor counts it.
     static bool destroyInstance(int waitMilliseconds);
 
     /// Writes one line to the platform log (Android: priority INFO, tag "OrVU"), formatted as `printf` does and cut at
     /// 4095 bytes. Elsewhere the environment variable ORVU_LOG chooses the place, read once: "stderr" (the default; one
-    /// line is one write, `I/OrVU: text`), "syslog", or "none", which costs no formatting. Any thread.
+    /// line is one write, `I/OrVU: text`), "syslog", or "none", which costs no formatting.
     static void log(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
     /// Keeps `callback` for the application. The library never calls it: messages always go to the platform log.
     void registerLogCallback(void* (*callback)(const char*));
 
-    /// What receives the requests of peers; replaces the one before. It runs on the threads of the connections, several
-    /// at once, owns the request it is given and may answer before it returns. Its result is ignored; an exception that
-    /// leaves it is caught and logged. May be replaced while requests come in.
+    /// What receives the requests of peers; replaces the one before, also while requests come in. It owns the request it
+    /// is given and may answer before it returns. Its result is ignored; an exception that leaves it is caught and logged,
+    /// and it may end its thread (pthread_exit).
+    ///
+    /// It runs on threads of the library, several at once: a request never waits for the callback of another one. A thread
+    /// serves one request after the other, for as long as some come: thread-local values of one callback may still be there
+    /// in a later one. The library restores the thread's name, its signal mask and its cancellation state; its priority,
+    /// its affinity and its thread-local values are the application's. During the callback the signal mask is that of the
+    /// thread that called startListenRequests().
     void registerRequestCallback(void* (*callback)(OrvuRestRequest*));
 
-    /// Listens for requests on TCP `port` of every interface. Once true, peers can connect. A server that listens
-    /// already moves to `port`. False when the port cannot be had.
-    bool startListenRequests(int port);
-
+    /// The IPv4 address of this host, dotted, on which startListenRequests() and createServer() listen from now on; empty
+    /// for every interface, which is the default. "127.0.0.1" keeps a port away from the network. An address that is none,
+    /// or not this host's, makes both fail with a log line.
     void setListenAddress(std::string address);
 
+    /// Listens for requests on TCP `port`, 0 for one of the system's choice. Once true, peers can connect. A server that
+    /// listens already moves to `port`. False when the port cannot be had.
+    bool startListenRequests(int port);
+
+    /// The TCP port on which requests are listened for, also when the system chose it; 0 when none is.
     int requestPort();
 
-    /// Ends listening. Requests that were accepted are still served. True.
+    /// Ends listening. Requests that were accepted are still served: their callbacks may begin and end after it has
+    /// returned. True.
     bool stopListenRequests();
 
     /// Hands `request` to the registered callback, on this thread; true. False without a callback: the request stays
     /// the caller's then.
     bool notifyCallback(OrvuRestRequest* request);
 
-    /// Sets the peer of sendRequest() and tests that it can be reached (within 5 s). `host` is a name or dotted IPv4
-    /// address. The peer is kept even when the result is false.
+    /// Sets the peer of sendRequest() and tests that it can be reached: 5 s at most, and as long as a name takes to
+    /// resolve, which is not bounded. `host` is a name or dotted IPv4 address. The peer is kept even when the result is
+    /// false.
     bool configureClient(const char* host, int port);
 
     /// Sends one request to the configured peer and waits for its answer: 5 s for each step, without end for a
-    /// ConfirmationScreen that is not to be disposed of. Returns the answer, owned by the caller; never null: a peer
-    /// that cannot be reached is a CannotConnectToServer, an answer that does not come an EmptyData, one that cannot be
-    /// understood an UnknowRequest. `request` stays the caller's. Blocks. Each call has a connection of its own.
+    /// ConfirmationScreen that is not to be disposed of, and as long as the peer's name takes to resolve. Returns the
+    /// answer, owned by the caller; null only when out of memory: a peer that cannot be reached is a CannotConnectToServer,
+    /// an answer that does not come an EmptyData, one that cannot be understood an UnknowRequest. `request` stays the
+    /// caller's. Blocks. Each call has a connection of its own.
     Serializable* sendRequest(Serializable* request);
 
-    /// The same with an empty request of `type`, such as DataTypeServiceList. Null for a type that the factory cannot
-    /// make.
+    /// The same with an empty request of `type`, such as DataTypeServiceList. Null as well for a type that the factory
+    /// cannot make.
     Serializable* sendRequest(DataType type);
 
+    /// Wakes every exchange of sendRequest() and configureClient() in flight, on whichever thread: it ends as when the
+    /// client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits for its user's answer,
+    /// set a flag that it tests before each request, and call this again until the thread has ended.
     void cancelRequests();
 
-    /// The ports that createServer() tries, both ends included. Without a range no port is tried. Port 0 is one of the
-    /// system's choice, which the record does not tell.
+    /// The ports that createServer() tries, both ends included, at most 65,536. Without a range no port is tried. What is
+    /// no port, below 0 or above 65535, counts as tried and refused; 0 is one of the system's choice.
     void setSocketsPortsRange(int minPort, int maxPort);
 
     /// Opens a push server, "tcp" or "websocket", on the first port of the range that can be had. The caller owns the
-    /// record. Null when the protocol is unknown or no port could be had; a record whose `error` is 1 when the server
-    /// could not be started.
+    /// record. Null when the protocol is unknown, the listen address cannot be used or no port could be had; a record whose
+    /// `error` is 1 when the server could not be started.
     SocketServerInfo* createServer(std::string protocol);
 
-    /// Stops and deletes a push server. False when `handler` names none.
+    /// Stops and deletes a push server. A push through it on another thread ends. False when `handler` names none.
     bool stopServer(int handler);
 
     /// Stops and deletes every push server.
     void stopAllServers();
 
     /// Pushes `size` bytes to the clients of a push server. True when at least one client took them (TCP). The bytes
-    /// stay the caller's. False when `handler` names no server.
+    /// stay the caller's. False when `handler` names no server, or no longer does.
     bool sendMessage(int handler, unsigned char* data, unsigned int size);
 
     /// This device's IPv4 address, dotted: the first that is not 127.0.0.1, in the system's order; "127.0.0.1" without

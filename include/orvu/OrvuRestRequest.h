@@ -34,10 +34,11 @@ public:
 
     /// Answers the request and closes its connection. `response` stays the caller's; a null one, or one that cannot be
     /// written, closes the connection without a word. Returns the number of text bytes sent; -1 when the peer did not take
-    /// them all (it went away, or stopped reading for 5 s); 0 when nothing was to be sent, also when the request was
-    /// answered before. Blocks until the answer is handed to the system.
+    /// them all (it went away meanwhile, or stopped reading for 5 s); 0 when nothing went out: nothing was to be sent, the
+    /// peer had gone before, or the request was answered before. Blocks until the answer is handed to the system.
     int sendResponse(Serializable* response);
 
+    /// Takes both, for the library.
     ORVU_LOCAL OrvuRestRequest(Socket connection, std::unique_ptr<Serializable> data) noexcept;
 
 private:

@@ -1,6 +1,7 @@
 #include "wire/Sockets.h"
 
 #include <algorithm>
+#include <arpa/inet.h>
 #include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
@@ -93,6 +94,15 @@ int listenerOn(int port)
     for (const int fd : openSockets())
         if (isListening(fd) && portOf(fd) == port) return fd;
     return -1;
+}
+
+std::string listenAddressOf(int port)
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    if (getsockname(listenerOn(port), reinterpret_cast<sockaddr*>(&address), &size) != 0) return "";
+    char text[INET_ADDRSTRLEN];
+    return inet_ntop(AF_INET, &address.sin_addr, text, sizeof text);
 }
 
 unsigned backlogOf(int listener)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <sys/resource.h>
 #include <vector>
 
@@ -14,6 +15,9 @@ std::vector<int> openSockets();
 
 /// The one that listens on `port`; -1 without one.
 int listenerOn(int port);
+
+/// The address that it listens on, dotted; empty without one.
+std::string listenAddressOf(int port);
 
 /// How many connections may wait at a listener to be accepted, and how many the system allows.
 unsigned backlogOf(int listener);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <gmock/gmock.h>
@@ -18,8 +19,6 @@
 using namespace Orvu;
 using namespace OrvuTests;
 using testing::Contains;
-using testing::IsEmpty;
-using testing::Not;
 using testing::Optional;
 
 namespace {
