@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <iosfwd>
+#include <list>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,10 +16,17 @@ namespace OrvuTests {
 /// What the contract lets an exchange come to.
 using Outcomes = std::set<std::string>;
 
+/// The n-th call of a kind, counted from 1, fails with `error`.
+struct Fault {
+    CountedCall* call;
+    int nth;
+    int error;
+};
+
 /// What may come of the faults of one kind of call. When it passes (see `passes`) nothing is wrong, if nothing else is said.
 struct FaultsOf {
     std::string name;
-    Call call;
+    CountedCall* call;
     Outcomes failed = {};
     Outcomes passed = {};
     std::vector<Fault> circumstances = {};  ///< Passing ones that lead to the call.
@@ -44,14 +52,17 @@ protected:
     /// them is left in the end.
     void tryEachFault();
 
+    Progress progress_;
+
 private:
     std::string run();
     int tryEachCall(int error);
     bool tryOne(const Fault& fault);
     const Outcomes& allowedAfter(const Fault& fault) const;
-    bool hasMetIt() const { return hasHappened(GetParam().call); }
+    bool hasMetIt() const { return faults_.back().hasFailed(); }
 
     LogCapture log_;
+    std::list<FailingCall> faults_;  ///< The one that is tried comes last.
     const std::string name_;
     const std::string well_;
     const Outcomes onlyWell_;

@@ -1,59 +1,32 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "support/SystemCalls.h"
+
 /// \file
-/// Stands between the library's objects and the system: each thing that they ask of it can be made to fail, the n-th time
-/// that they ask. What the tests themselves ask goes through.
+/// Which faults the things can have that the library asks for, and how far it has come.
 
 namespace OrvuTests {
 
-/// What the library asks of the system. An allocation is one of `new`, of cJSON, or of the library's `realloc`.
-enum class Call {
-    Allocation,
-    Socket,
-    Bind,
-    Listen,
-    Accept,
-    Connect,
-    CreateThread,
-    SetOption,
-    GetOption,
-    Poll,
-    Receive,
-    Send,
-    Write,
-};
+/// What the library allocates with `new`, cJSON or `realloc`: on its own threads, and in what `inLibrary` calls.
+extern CountedCall allocations;
 
-/// Instead of an error number: one byte is taken or given.
-constexpr int kShort = -1;
-
-/// The n-th call of a kind, counted from 1, fails with `error`.
-struct Fault {
-    Call call;
-    int nth;
-    int error;
-};
-
-/// The errors that POSIX and Linux allow the call, EINTR and kShort among them where it can be interrupted or short; without
-/// those that only a wrong argument has, such as EBADF.
-const std::vector<int>& errorsOf(Call call);
+/// The errors that POSIX and Linux allow the call, EINTR and kShort among them where it can be interrupted or short;
+/// without those that only a wrong argument has, such as EBADF.
+const std::vector<int>& errorsOf(const CountedCall& call);
 
 /// Whether the call is to be made once more, or continued, as if nothing had been.
-bool passes(Call call, int error);
+bool passes(const CountedCall& call, int error);
 
 /// What `error` is called in a message.
 std::string nameOf(int error);
 
-/// From now on the library's calls count anew and meet these faults, one for each kind of call at most. While none of its
-/// threads runs.
-void arm(const std::vector<Fault>& faults);
-/// Whether the fault of this kind has been met.
-bool hasHappened(Call call);
-
-/// While it lives, what its thread asks of the system counts as asked by the library. Threads that the library starts need none.
+/// While it lives, what its thread allocates counts as the library's.
 class InLibrary {
 public:
     InLibrary();
@@ -70,11 +43,31 @@ auto inLibrary(Function function)
     return function();
 }
 
-/// The bytes that the library has received since it was armed.
-std::size_t bytesReceived();
-/// How many of them it was done with when it last waited for more.
-std::size_t bytesDealtWith();
-/// How many connections it was done with when it last waited for one.
-int connectionsDealtWith();
+/// Sees how far the library has come. Its pauses, which wait for nothing, are over at once.
+class Progress {
+public:
+    Progress();
+    /// The bytes that the library has received since the last restart.
+    std::size_t bytesReceived() const { return received_; }
+    /// How many of them it was done with when it last waited for more.
+    std::size_t bytesDealtWith() const { return receivedBeforeWaiting_; }
+    /// How many connections it was done with when it last waited for one.
+    int connectionsDealtWith() const { return acceptedBeforeWaiting_; }
+    /// While no thread of the library runs.
+    void restart();
+
+private:
+    ssize_t receive(int fd, void* to, std::size_t size, int flags);
+    std::optional<int> wait(const pollfd* wanted, nfds_t count);
+    int accept(int fd, sockaddr* address, socklen_t* size, int flags);
+
+    std::atomic<std::size_t> received_{0};
+    std::atomic<std::size_t> receivedBeforeWaiting_{0};
+    std::atomic<int> accepted_{0};
+    std::atomic<int> acceptedBeforeWaiting_{0};
+    const Instead receiving_;
+    const Instead waiting_;
+    const Instead accepting_;
+};
 
 }  // namespace OrvuTests

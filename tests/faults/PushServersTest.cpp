@@ -62,9 +62,9 @@ protected:
 private:
     std::string serveClient() override
     {
-        const int before = connectionsDealtWith();
+        const int before = progress_.connectionsDealtWith();
         RawPeer client = RawPeer::connectedTo(port());
-        EXPECT_TRUE(eventually([&] { return connectionsDealtWith() > before; }));
+        EXPECT_TRUE(eventually([&] { return progress_.connectionsDealtWith() > before; }));
         std::string pushed;
         for (const char* const message : {"one ", "two "})
             if (push(message)) pushed += message;
@@ -78,16 +78,17 @@ TEST_P(ATcpPushServer, OutlivesEveryFaultOf)
 }
 
 const FaultsOf kTcpFaults[] = {
-    {"allocations", Call::Allocation, {kNoFacade, "no server", "not started", "", "one ", "two "}},
-    {"socket", Call::Socket, {"no server"}},
-    {"bind", Call::Bind, {"no server"}},
-    {"listen", Call::Listen, {"not started"}},
-    {"accept", Call::Accept, {"one two "}},
-    {"pthread_create", Call::CreateThread, {"not started"}},
-    {"setsockopt", Call::SetOption, {"one two "}},
-    {"poll_to_send", Call::Poll, {"one two "}, {}, {{Call::Send, 1, EAGAIN}}},
-    {"send", Call::Send, {"one ", "two "}},
-    {"write", Call::Write, {"one two "}},
+    {"allocations", &allocations, {kNoFacade, "no server", "not started", "", "one ", "two "}},
+    {"socket", &calls.socket, {"no server"}},
+    {"bind", &calls.bind, {"no server"}},
+    {"listen", &calls.listen, {"not started"}},
+    {"accept", &calls.accept4, {"one two "}},
+    {"pthread_create", &calls.pthread_create, {"not started"}},
+    {"setsockopt", &calls.setsockopt, {"one two "}},
+    {"poll_to_send", &calls.poll, {"one two "}, {}, {{&calls.send, 1, EAGAIN}}},
+    {"send", &calls.send, {"one ", "two "}},
+    {"close", &calls.close, {"one two "}},
+    {"write", &calls.write, {"one two "}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, ATcpPushServer, testing::ValuesIn(kTcpFaults), nameOfCall);
 
@@ -101,14 +102,14 @@ protected:
 private:
     std::string serveClient() override
     {
-        const std::size_t before = bytesReceived();
+        const std::size_t before = progress_.bytesReceived();
         RawPeer client = RawPeer::connectedTo(port());
         if (!shakesHands(client)) return "turned away";
         const bool isPushed = push(kPushed);
         const std::string text = textFrame(kEchoed);
         client.send(text);
         const std::size_t all = before + openingRequest().size() + text.size();
-        EXPECT_TRUE(eventually([&] { return bytesDealtWith() >= all || hasEnded(client); }));
+        EXPECT_TRUE(eventually([&] { return progress_.bytesDealtWith() >= all || hasEnded(client); }));
         client.send(kCloseFrame);
         const std::string got = payloadsIn(client.readToEnd());
         EXPECT_TRUE(isPushed || got.find(kPushed) == std::string::npos);
@@ -131,18 +132,19 @@ TEST_P(AWebSocketPushServer, OutlivesEveryFaultOf)
 }
 
 const FaultsOf kWebSocketFaults[] = {
-    {"allocations", Call::Allocation, {kNoFacade, "no server", "not started", "turned away", "", kPushed}},
-    {"socket", Call::Socket, {"no server"}},
-    {"bind", Call::Bind, {"no server"}},
-    {"listen", Call::Listen, {"no server"}},
-    {"accept", Call::Accept, {kPushed + kEchoed}},
-    {"pthread_create", Call::CreateThread, {"not started", "", kPushed}},
-    {"setsockopt", Call::SetOption, {kPushed + kEchoed}},
-    {"poll", Call::Poll, {"turned away", "", kPushed, kPushed + kEchoed}, {}, {{Call::Receive, 1, EAGAIN}}},
+    {"allocations", &allocations, {kNoFacade, "no server", "not started", "turned away", "", kPushed}},
+    {"socket", &calls.socket, {"no server"}},
+    {"bind", &calls.bind, {"no server"}},
+    {"listen", &calls.listen, {"no server"}},
+    {"accept", &calls.accept4, {kPushed + kEchoed}},
+    {"pthread_create", &calls.pthread_create, {"not started", "", kPushed}},
+    {"setsockopt", &calls.setsockopt, {kPushed + kEchoed}},
+    {"poll", &calls.poll, {"turned away", "", kPushed, kPushed + kEchoed}, {}, {{&calls.recv, 1, EAGAIN}}},
     // What one call receives counts as one frame; and a frame that finds no room is dropped.
-    {"recv", Call::Receive, {"turned away", "", kPushed, kPushed + kEchoed}, {kPushed, kPushed + kEchoed}},
-    {"send", Call::Send, {"turned away", "", kPushed}, {kPushed, kEchoed, kPushed + kEchoed}},
-    {"write", Call::Write, {kPushed + kEchoed}},
+    {"recv", &calls.recv, {"turned away", "", kPushed, kPushed + kEchoed}, {kPushed, kPushed + kEchoed}},
+    {"send", &calls.send, {"turned away", "", kPushed}, {kPushed, kEchoed, kPushed + kEchoed}},
+    {"close", &calls.close, {kPushed + kEchoed}},
+    {"write", &calls.write, {kPushed + kEchoed}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, AWebSocketPushServer, testing::ValuesIn(kWebSocketFaults), nameOfCall);
 

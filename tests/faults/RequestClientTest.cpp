@@ -57,7 +57,10 @@ protected:
         return isConfigured ? type : "not configured, " + type;
     }
 
-    void end() override { inLibrary([] { OrvuRestInterface::destroyInstance(); }); }
+    void end() override
+    {
+        inLibrary([] { OrvuRestInterface::destroyInstance(); });
+    }
 
 private:
     AnsweringPeer peer_;
@@ -73,19 +76,24 @@ const Outcomes kUnconnected = {"not configured, serviceSelection", "cannotConnec
 
 const FaultsOf kClientFaults[] = {
     {"allocations",
-     Call::Allocation,
+     &allocations,
      {kNoFacade, "not configured, serviceSelection", "not configured, cannotConnectToServer", "emptyData", "unknown"}},
-    {"socket", Call::Socket, kUnconnected},
-    {"connect", Call::Connect, kUnconnected},
-    {"setsockopt", Call::SetOption, kUnconnected},
-    {"getsockopt_when_configured", Call::GetOption, kUnconnected, {}, {{Call::Connect, 1, EINTR}}},
-    {"getsockopt_when_sending", Call::GetOption, kUnconnected, {}, {{Call::Connect, 2, EINTR}}},
-    {"poll_to_connect", Call::Poll, {"not configured, serviceSelection", "cannotConnectToServer", "emptyData"}, {}, {{Call::Connect, 2, EINTR}}},
-    {"poll_to_send", Call::Poll, {"serviceSelection", "emptyData"}, {}, {{Call::Send, 1, EAGAIN}}},
-    {"poll_to_receive", Call::Poll, {"emptyData"}, {}, {{Call::Receive, 1, EAGAIN}}},
-    {"recv", Call::Receive, {"emptyData"}},
-    {"send", Call::Send, {"emptyData"}},
-    {"write", Call::Write, {"serviceSelection"}},
+    {"socket", &calls.socket, kUnconnected},
+    {"connect", &calls.connect, kUnconnected},
+    {"setsockopt", &calls.setsockopt, kUnconnected},
+    {"getsockopt_when_configured", &calls.getsockopt, kUnconnected, {}, {{&calls.connect, 1, EINTR}}},
+    {"getsockopt_when_sending", &calls.getsockopt, kUnconnected, {}, {{&calls.connect, 2, EINTR}}},
+    {"poll_to_connect",
+     &calls.poll,
+     {"not configured, serviceSelection", "cannotConnectToServer", "emptyData"},
+     {},
+     {{&calls.connect, 2, EINTR}}},
+    {"poll_to_send", &calls.poll, {"serviceSelection", "emptyData"}, {}, {{&calls.send, 1, EAGAIN}}},
+    {"poll_to_receive", &calls.poll, {"emptyData"}, {}, {{&calls.recv, 1, EAGAIN}}},
+    {"recv", &calls.recv, {"emptyData"}},
+    {"send", &calls.send, {"emptyData"}},
+    {"close", &calls.close, {"serviceSelection"}},
+    {"write", &calls.write, {"serviceSelection"}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, ARequestClient, testing::ValuesIn(kClientFaults), nameOfCall);
 

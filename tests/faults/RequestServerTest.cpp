@@ -53,10 +53,10 @@ private:
     std::string ask() const
     {
         RawPeer peer = RawPeer::connectedTo(lease_.port());
-        const std::size_t before = bytesReceived();
+        const std::size_t before = progress_.bytesReceived();
         const std::string frame = frameOf(kRequest);
         peer.send(frame.substr(0, 4));
-        EXPECT_TRUE(eventually([&] { return bytesReceived() >= before + 4 || hasEnded(peer); }));
+        EXPECT_TRUE(eventually([&] { return progress_.bytesReceived() >= before + 4 || hasEnded(peer); }));
         peer.send(frame.substr(4));
         const std::optional<std::string> text = peer.readFrame();
         if (!text) return "closed";
@@ -75,18 +75,19 @@ TEST_P(ARequestServer, OutlivesEveryFaultOf)
 }
 
 const FaultsOf kServerFaults[] = {
-    {"allocations", Call::Allocation, {kNoFacade, "not listening", "closed", "unknown", "resourceNotFound"}},
-    {"socket", Call::Socket, {"not listening"}},
-    {"bind", Call::Bind, {"not listening"}},
-    {"listen", Call::Listen, {"not listening"}},
-    {"accept", Call::Accept, {"success"}},
-    {"pthread_create", Call::CreateThread, {"not listening", "closed"}},
-    {"setsockopt", Call::SetOption, {"success"}},
-    {"poll_to_receive", Call::Poll, {"closed", "emptyData"}, {}, {{Call::Receive, 1, EAGAIN}}},
-    {"poll_to_send", Call::Poll, {"success", "closed", "emptyData"}, {}, {{Call::Send, 1, EAGAIN}}},
-    {"recv", Call::Receive, {"closed", "emptyData"}},
-    {"send", Call::Send, {"closed"}},
-    {"write", Call::Write, {"success"}},
+    {"allocations", &allocations, {kNoFacade, "not listening", "closed", "unknown", "resourceNotFound"}},
+    {"socket", &calls.socket, {"not listening"}},
+    {"bind", &calls.bind, {"not listening"}},
+    {"listen", &calls.listen, {"not listening"}},
+    {"accept", &calls.accept4, {"success"}},
+    {"pthread_create", &calls.pthread_create, {"not listening", "closed"}},
+    {"setsockopt", &calls.setsockopt, {"success"}},
+    {"poll_to_receive", &calls.poll, {"closed", "emptyData"}, {}, {{&calls.recv, 1, EAGAIN}}},
+    {"poll_to_send", &calls.poll, {"success", "closed", "emptyData"}, {}, {{&calls.send, 1, EAGAIN}}},
+    {"recv", &calls.recv, {"closed", "emptyData"}},
+    {"send", &calls.send, {"closed"}},
+    {"close", &calls.close, {"success"}},
+    {"write", &calls.write, {"success"}},
 };
 INSTANTIATE_TEST_SUITE_P(Each, ARequestServer, testing::ValuesIn(kServerFaults), nameOfCall);
 

@@ -1,36 +1,20 @@
 #include <atomic>
 #include <fcntl.h>
-#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 
 #include "support/RawPeer.h"
+#include "support/SystemCalls.h"
 #include "transport/InFlight.h"
 #include "transport/Socket.h"
 
 using namespace Orvu;
 using namespace OrvuTests;
-
-namespace {
-
-std::function<void()> beforeClose;
-
-}  // namespace
-
-extern "C" {
-int __real_close(int fd);
-
-// The linker sends here what the program's own objects, the library's among them, ask of close.
-int __wrap_close(int fd)
-{
-    if (beforeClose) beforeClose();
-    return __real_close(fd);
-}
-}
 
 namespace {
 
@@ -137,15 +121,16 @@ TEST_F(ExchangesInFlight, LeaveByTheirConnection)
 TEST_F(ExchangesInFlight, LeaveBeforeTheirDescriptorIsClosed)
 {
     bool wasStillKnown = true;
+    std::optional<Instead> closing;
     {
         const Connection connection(std::move(socket), inFlight, 0);
-        beforeClose = [&] {
+        closing.emplace(calls.close, [&](int) {
             inFlight->wakeAll();
             char byte;
             wasStillKnown = recv(peer.fd(), &byte, 1, MSG_DONTWAIT) == 0;  // shut down, as all that are known were
-        };
+            return std::nullopt;
+        });
     }
-    beforeClose = nullptr;
     EXPECT_FALSE(wasStillKnown);
 }
 

@@ -1,12 +1,11 @@
 #include <atomic>
-#include <dlfcn.h>
 #include <gmock/gmock.h>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
-#include <unistd.h>
 
 #include "orvu/OrvuRestInterface.h"
+#include "support/SystemCalls.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
 
@@ -15,51 +14,36 @@ using namespace OrvuTests;
 
 namespace {
 
-/// Holds the first thread that logs a line with `part` in it until it is told to go on. One at a time.
+/// Holds the first thread of the library that logs a line with `part` in it until it is told to go on. One at a time.
 class HeldAtALine {
 public:
-    explicit HeldAtALine(std::string part) : part_(std::move(part)) { current = this; }
-    ~HeldAtALine()
-    {
-        current = nullptr;
-        goOn();
-    }
+    explicit HeldAtALine(std::string part)
+        : part_(std::move(part)), writing_(calls.write, [this](int, const void* bytes, std::size_t size) {
+              log({static_cast<const char*>(bytes), size});
+              return std::nullopt;
+          })
+    {}
+    ~HeldAtALine() { goOn(); }
     HeldAtALine(const HeldAtALine&) = delete;
     HeldAtALine& operator=(const HeldAtALine&) = delete;
 
     void waitUntilHeld() { held_.wait(); }
     void goOn() { goingOn_.open(); }
 
-    static void log(std::string_view line)
+private:
+    void log(std::string_view line)
     {
-        HeldAtALine* it = current;
-        if (!it || line.find(it->part_) == line.npos || !current.compare_exchange_strong(it, nullptr)) return;
-        it->held_.open();
-        it->goingOn_.wait();
+        if (line.find(part_) == std::string_view::npos || isTaken_.exchange(true)) return;
+        held_.open();
+        goingOn_.wait();
     }
 
-private:
-    static std::atomic<HeldAtALine*> current;
-
     const std::string part_;
+    std::atomic<bool> isTaken_{false};
     Latch held_;
     Latch goingOn_;
+    const Instead writing_;
 };
-
-std::atomic<HeldAtALine*> HeldAtALine::current{nullptr};
-
-}  // namespace
-
-/// The system's, but for lines of the log that somebody holds.
-extern "C" ssize_t write(int fd, const void* bytes, std::size_t size)
-{
-    if (fd == STDERR_FILENO) HeldAtALine::log({static_cast<const char*>(bytes), size});
-    using Write = ssize_t (*)(int, const void*, std::size_t);
-    static const auto kWrite = reinterpret_cast<Write>(dlsym(RTLD_NEXT, "write"));
-    return kWrite(fd, bytes, size);
-}
-
-namespace {
 
 /// A place on the way of a request that has been received, and the line that is logged there.
 struct Place {

@@ -1,118 +1,20 @@
 #include <arpa/inet.h>
-#include <cstring>
-#include <dlfcn.h>
+#include <cerrno>
 #include <gmock/gmock.h>
-#include <ifaddrs.h>
-#include <map>
-#include <memory>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <optional>
 #include <string>
 #include <sys/socket.h>
 #include <vector>
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
+#include "support/Interfaces.h"
 #include "support/LogCapture.h"
 #include "support/RawPeer.h"
+#include "support/SystemCalls.h"
 #include "transport/OrvuRestClientSocket.h"
-
-// What the system answers in this program, where the tests say so.
-
-namespace {
-
-int refusedOption = -1;
-std::map<std::string, std::vector<std::string>> addressesOf;  // of the names that there are
-addrinfo askedFor;
-std::vector<std::string> interfaceAddresses;  // "" for an interface without an address, "::1" for one that is not IPv4
-bool interfacesAreFake = false;
-bool addressesCannotBeWritten = false;
-
-template <class Function>
-Function* real(const char* name)
-{
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-struct Entry {
-    sockaddr_storage address{};
-    ifaddrs entry{};
-};
-
-sockaddr* fill(sockaddr_storage& storage, const std::string& text)
-{
-    if (text.empty()) return nullptr;
-    auto* const four = reinterpret_cast<sockaddr_in*>(&storage);
-    storage.ss_family = inet_pton(AF_INET, text.c_str(), &four->sin_addr) == 1 ? AF_INET : AF_INET6;
-    return reinterpret_cast<sockaddr*>(&storage);
-}
-
-}  // namespace
-
-extern "C" {
-
-int setsockopt(int fd, int level, int option, const void* value, socklen_t size) noexcept
-{
-    if (level == SOL_SOCKET && option == refusedOption) return -1;
-    return real<int(int, int, int, const void*, socklen_t)>("setsockopt")(fd, level, option, value, size);
-}
-
-int getaddrinfo(const char* name, const char*, const addrinfo* hints, addrinfo** found)
-{
-    askedFor = *hints;
-    const auto known = addressesOf.find(name);
-    if (known == addressesOf.end()) return EAI_NONAME;
-    *found = nullptr;
-    for (auto text = known->second.rbegin(); text != known->second.rend(); ++text) {
-        auto* const address = new sockaddr_storage{};
-        auto* const entry = new addrinfo{};
-        entry->ai_addr = fill(*address, *text);
-        entry->ai_next = *found;
-        *found = entry;
-    }
-    return 0;
-}
-
-void freeaddrinfo(addrinfo* entry) noexcept
-{
-    while (entry) {
-        addrinfo* const next = entry->ai_next;
-        delete reinterpret_cast<sockaddr_storage*>(entry->ai_addr);
-        delete entry;
-        entry = next;
-    }
-}
-
-const char* inet_ntop(int family, const void* address, char* text, socklen_t size) noexcept
-{
-    if (interfacesAreFake && addressesCannotBeWritten) return nullptr;
-    return real<const char*(int, const void*, char*, socklen_t)>("inet_ntop")(family, address, text, size);
-}
-
-int getifaddrs(ifaddrs** list) noexcept
-{
-    if (!interfacesAreFake) return real<int(ifaddrs**)>("getifaddrs")(list);
-    *list = nullptr;
-    for (auto text = interfaceAddresses.rbegin(); text != interfaceAddresses.rend(); ++text) {
-        Entry* const made = std::make_unique<Entry>().release();
-        made->entry.ifa_addr = fill(made->address, *text);
-        made->entry.ifa_data = made;
-        made->entry.ifa_next = *list;
-        *list = &made->entry;
-    }
-    return interfaceAddresses.empty() ? -1 : 0;
-}
-
-void freeifaddrs(ifaddrs* entry) noexcept
-{
-    if (!interfacesAreFake) return real<void(ifaddrs*)>("freeifaddrs")(entry);
-    while (entry) {
-        ifaddrs* const next = entry->ifa_next;
-        delete static_cast<Entry*>(entry->ifa_data);
-        entry = next;
-    }
-}
-}
 
 using namespace Orvu;
 using namespace OrvuTests;
@@ -121,15 +23,59 @@ using testing::ElementsAre;
 
 namespace {
 
+/// The one name that the library finds while it lives, with its IPv4 addresses; without one, no name.
+class Host {
+public:
+    explicit Host(std::string name = "", const std::vector<std::string>& addresses = {})
+        : name_(std::move(name)),
+          addresses_(addresses.size()),
+          asking_(calls.gethostbyname_r, [this](const char* asked, hostent* host, char*, std::size_t, hostent** found,
+                                                int* reason) { return give(asked, host, found, reason); })
+    {
+        for (std::size_t i = 0; i < addresses.size(); ++i) {
+            inet_pton(AF_INET, addresses[i].c_str(), &addresses_[i]);
+            list_.push_back(reinterpret_cast<char*>(&addresses_[i]));
+        }
+        list_.push_back(nullptr);
+    }
+
+private:
+    int give(const std::string& asked, hostent* host, hostent** found, int* reason)
+    {
+        *host = {};
+        host->h_addrtype = AF_INET;
+        host->h_length = sizeof(in_addr);
+        host->h_addr_list = list_.data();
+        *found = asked == name_ ? host : nullptr;
+        *reason = HOST_NOT_FOUND;
+        return 0;
+    }
+
+    const std::string name_;
+    std::vector<in_addr> addresses_;
+    std::vector<char*> list_;
+    const Instead asking_;
+};
+
+/// Has the library set no such option of a socket while it lives.
+class RefusedOption {
+public:
+    explicit RefusedOption(int option)
+        : setting_(calls.setsockopt, [option](int, int level, int asked, const void*, socklen_t) -> std::optional<int> {
+              if (level != SOL_SOCKET || asked != option) return std::nullopt;
+              errno = EINVAL;
+              return -1;
+          })
+    {}
+
+private:
+    const Instead setting_;
+};
+
 const std::string kConnect = "OrvuRestClientSocket::connectSocket: ";
 
 struct AClientWhoseSystemFails : testing::Test {
-    ~AClientWhoseSystemFails() override
-    {
-        refusedOption = -1;
-        addressesOf.clear();
-        OrvuRestInterface::destroyInstance();
-    }
+    ~AClientWhoseSystemFails() override { OrvuRestInterface::destroyInstance(); }
 
     bool configure(const char* host) { return OrvuRestInterface::getInstance()->configureClient(host, peer.port()); }
 
@@ -139,20 +85,21 @@ struct AClientWhoseSystemFails : testing::Test {
 
 TEST_F(AClientWhoseSystemFails, ReportsATimeOutForReadingThatCannotBeSet)
 {
-    refusedOption = SO_RCVTIMEO;
+    const RefusedOption refused(SO_RCVTIMEO);
     EXPECT_FALSE(configure("127.0.0.1"));
     EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot set SO_RCVTIMEO"));
 }
 
 TEST_F(AClientWhoseSystemFails, ReportsATimeOutForWritingThatCannotBeSet)
 {
-    refusedOption = SO_SNDTIMEO;
+    const RefusedOption refused(SO_SNDTIMEO);
     EXPECT_FALSE(configure("127.0.0.1"));
     EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot set SO_SNDTIMEO"));
 }
 
 TEST_F(AClientWhoseSystemFails, ReportsANameThatNobodyKnows)
 {
+    const Host none;
     EXPECT_FALSE(configure("nowhere.example"));
     EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot find host: nowhere.example"));
     EXPECT_EQ(OrvuRestClientSocket::getInstance()->connectSocket(5), 0);
@@ -160,31 +107,41 @@ TEST_F(AClientWhoseSystemFails, ReportsANameThatNobodyKnows)
 
 TEST_F(AClientWhoseSystemFails, LogsANameLiterally)
 {
+    const Host none;
     EXPECT_FALSE(configure("%s%n"));
     EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot find host: %s%n"));
 }
 
 TEST_F(AClientWhoseSystemFails, TakesTheFirstIPv4AddressOfAName)
 {
-    addressesOf["receiver.example"] = {"127.0.0.1", "127.99.99.99"};
+    const Host host("receiver.example", {"127.0.0.1", "127.99.99.99"});
     EXPECT_TRUE(configure("receiver.example"));
-    EXPECT_EQ(askedFor.ai_family, AF_INET);
-    EXPECT_EQ(askedFor.ai_socktype, SOCK_STREAM);
     RawPeer accepted = peer.accept();
     EXPECT_EQ(accepted.readToEnd(), "");
 }
 
-struct ADevice : testing::Test {
-    ADevice() { interfacesAreFake = true; }
-    ~ADevice() override
-    {
-        interfacesAreFake = false;
-        OrvuRestInterface::destroyInstance();
-    }
+TEST_F(AClientWhoseSystemFails, AsksForANameAgainWithMoreRoom)
+{
+    const Host host("receiver.example", {"127.0.0.1"});
+    const FailingCall asking(calls.gethostbyname_r, 1, ERANGE);
+    EXPECT_TRUE(configure("receiver.example"));
+    EXPECT_EQ(calls.gethostbyname_r.count(), 2);
+}
 
-    std::string address(std::vector<std::string> addresses)
+TEST_F(AClientWhoseSystemFails, ReportsANameThatCannotBeLookedUp)
+{
+    const Host host("receiver.example", {"127.0.0.1"});
+    const FailingCall asking(calls.gethostbyname_r, 1, EAGAIN);
+    EXPECT_FALSE(configure("receiver.example"));
+    EXPECT_THAT(log.lines(), Contains(kConnect + "ERROR cannot find host: receiver.example"));
+}
+
+struct ADevice : testing::Test {
+    ~ADevice() override { OrvuRestInterface::destroyInstance(); }
+
+    std::string address(const std::vector<std::string>& addresses)
     {
-        interfaceAddresses = std::move(addresses);
+        const Interfaces known(addresses);
         return OrvuRestInterface::getInstance()->getCurrentIpAddress();
     }
 
@@ -221,9 +178,8 @@ TEST_F(ADevice, PassesOverInterfacesWithoutAnIPv4Address)
 
 TEST_F(ADevice, HasTheLoopbacksAddressWhenItsOwnCannotBeWritten)
 {
-    addressesCannotBeWritten = true;
+    const FailingCall writing(calls.inet_ntop, 1, ENOSPC);
     EXPECT_EQ(address({"192.168.0.7"}), "127.0.0.1");
-    addressesCannotBeWritten = false;
     EXPECT_THAT(log.lines(), Contains("Cannot resolve the current IP. Check your network!"));
 }
 
