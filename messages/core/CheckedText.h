@@ -6,6 +6,7 @@
 
 #include "messages/core/Json.h"
 #include "messages/core/JsonIndex.h"
+#include "messages/core/JsonScan.h"
 
 namespace Orvu {
 
@@ -14,8 +15,8 @@ class JsonValue;
 /// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
 /// be read where they are. The text must live, and not change, as long as this object and its values are in use.
 ///
-/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text or key above
-/// 256 bytes.
+/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text, key or run of
+/// white space above 256 bytes.
 class CheckedText {
 public:
     enum class Refusal : unsigned char { None, NotJson, TooLarge, OutOfMemory };
@@ -52,11 +53,20 @@ private:
     friend class MemberFinder;
     friend class TextRuns;
 
+    static constexpr int kFewWhite = 16;
+
     void check();
     const char* next(const char* at);
     const char* enter(const char* at);
     const char* leave(const char* at);
     const char* key(const char* at);
+    const char* overWhite(const char* at)
+    {
+        for (int i = 0; isWhite(*at); ++i, ++at)
+            if (i == kFewWhite) return overMuchWhite(at);
+        return at;
+    }
+    const char* overMuchWhite(const char* at);
     const char* scalar(const char* at);
     const char* word(const char* at);
     const char* number(const char* at);
@@ -72,6 +82,14 @@ private:
     const char* behind(const char* at, std::uint32_t& entry) const;
     const char* behindString(const char* at, std::uint32_t& entry) const;
     bool isPlain(const char* at) const;
+    const char* behindLong(const char* at, std::uint32_t& entry) const;
+    const char* behindWhite(const char* at, std::uint32_t& entry) const
+    {
+        for (int i = 0; isWhite(*at); ++i, ++at)
+            if (i == kFewWhite) return behindMuchWhite(at, entry);
+        return at;
+    }
+    const char* behindMuchWhite(const char* at, std::uint32_t& entry) const;
     const char* inside(const char* at, std::uint32_t& entry) const;
     const char* behindComma(const char* at, std::uint32_t& entry) const;
     const char* behindColon(const char* at, std::uint32_t& entry) const;

@@ -50,25 +50,62 @@ Escape unicodeAt(const char* at, const char* end)
     return {2 * kUnicodeSize, 0x10000 + ((code & 0x3FF) << 10 | (low & 0x3FF))};
 }
 
+constexpr std::ptrdiff_t kWordSize = sizeof(std::size_t);
+constexpr std::size_t kOnes = ~std::size_t{0} / 255;  // in each byte of a word
+
+std::size_t wordAt(const char* at)
+{
+    std::size_t word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+/// The first of the bytes that are marked, in a little-endian word.
+std::size_t firstMarked(std::size_t marks)
+{
+    return static_cast<std::size_t>(__builtin_ctzll(marks)) / 8;
+}
+
+/// A word of memory with bits set in each of its bytes that is not white. Bytes behind the first of them in a little-
+/// endian word may be marked, too, and bytes before it in a big-endian one.
+std::size_t bytesNotWhite(std::size_t word)
+{
+    return (word - kOnes) & (kOnes * 0xE0);
+}
+
 /// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
 /// endian word may be marked, too.
 std::size_t bytesEqualTo(std::size_t word, char byte)
 {
-    constexpr std::size_t kOnes = ~std::size_t{0} / 255;
     const std::size_t zeros = word ^ (kOnes * static_cast<unsigned char>(byte));
     return (zeros - kOnes) & ~zeros & (kOnes << 7);
 }
 
 }  // namespace
 
+const char* afterWhite(const char* at, const char* end)
+{
+    for (; end - at >= kWordSize; at += kWordSize) {
+        const std::size_t marks = bytesNotWhite(wordAt(at));
+        if (marks == 0) continue;
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+        return at + firstMarked(marks);
+#else
+        break;
+#endif
+    }
+    while (isWhite(*at))
+        ++at;
+    return at;
+}
+
 const char* plainEnd(const char* at, const char* end)
 {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    std::size_t word;
-    for (; static_cast<std::size_t>(end - at) >= sizeof word; at += sizeof word) {
-        std::memcpy(&word, at, sizeof word);
+    for (; end - at >= kWordSize; at += kWordSize) {
+        const std::size_t word = wordAt(at);
         const std::size_t marks = bytesEqualTo(word, '"') | bytesEqualTo(word, '\\');
-        if (marks != 0) return at + __builtin_ctzll(marks) / 8;
+        if (marks != 0) return at + firstMarked(marks);
     }
 #endif
     while (at != end && *at != '"' && *at != '\\')

@@ -18,13 +18,14 @@ inline bool isExponent(char c)
     return c == 'e' || c == 'E';
 }
 
-/// Behind the white space: every byte from 1 to 32.
-inline const char* afterWhite(const char* at)
+/// White space: every byte from 1 to 32.
+inline bool isWhite(char c)
 {
-    while (static_cast<unsigned char>(*at - 1) < ' ')
-        ++at;
-    return at;
+    return static_cast<unsigned char>(c - 1) < ' ';
 }
+
+/// Behind the white space, if there is any; `end` is the end of the whole text.
+const char* afterWhite(const char* at, const char* end);
 
 inline const char* afterDigits(const char* at)
 {

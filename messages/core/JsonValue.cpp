@@ -112,7 +112,7 @@ JsonValue JsonValue::next() const
     const char* const place = text_->behindComma(at(), entry);
     if (!place) return {};
     const JsonValue item(*text_, place, entry, nested_ != 0);
-    if (*place != '"' || *afterWhite(text_->behindString(place, entry)) != ':') return item;
+    if (*place != '"' || *text_->behindWhite(text_->behindString(place, entry), entry) != ':') return item;
     const char* const value = text_->behindColon(place, entry = item.entry_);
     return {*text_, value, entry, nested_ != 0};
 }

@@ -87,7 +87,7 @@ JsonValue MemberFinder::find(const char* key)
 /// Whether the next key is the name to the letter, as it usually is: that takes no look for its end.
 bool MemberFinder::isNext(std::string_view name)
 {
-    if (!next_.at || name.size() > JsonIndex::kLongText) return false;
+    if (!next_.at || name.size() > JsonIndex::kLong) return false;
     const char* const text = bytes(next_);
     const bool isSameText = static_cast<std::size_t>(text_->end() - text) > name.size() && text[name.size()] == '"' &&
                             std::memcmp(text, name.data(), name.size()) == 0;
@@ -166,7 +166,7 @@ MemberFinder::Key MemberFinder::key(const char* at, std::uint32_t entry) const
 MemberFinder::Key MemberFinder::measured(Key key) const
 {
     if (!key.at || key.size != kUnmeasured) return key;
-    const std::string_view most = upTo(JsonIndex::kLongText, bytes(key), text_->end());
+    const std::string_view most = upTo(JsonIndex::kLong, bytes(key), text_->end());
     const char* const end = plainEnd(most.begin(), most.end());
     key.size = *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd;
     return key;
@@ -187,8 +187,9 @@ JsonValue MemberFinder::value(const Key& key) const
         const char* const at = text_->behindColon(bytes(key) - 1, entry);
         return {*text_, at, entry, nested_};
     }
-    const char* const colon = afterWhite(bytes(key) + key.size + 1);
-    return {*text_, afterWhite(colon + 1), entry, nested_};
+    const char* const colon = text_->behindWhite(bytes(key) + key.size + 1, entry);
+    const char* const at = text_->behindWhite(colon + 1, entry);
+    return {*text_, at, entry, nested_};
 }
 
 }  // namespace Orvu

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "core/RandomJson.h"
 #include "core/ReadingAsCJson.h"
@@ -224,6 +225,43 @@ TEST(ReadingInPlace, AgreesWithCJsonOnTextsCutAnywhere)
         const std::string text = oddText(random);
         for (std::size_t size = 0; size < std::min<std::size_t>(text.size(), 400); ++size)
             expectAsCJson(text.substr(0, size));
+    }
+}
+
+/// So many bytes of white space, of every kind.
+std::string white(unsigned size)
+{
+    std::string white(size, ' ');
+    for (unsigned i = 0; i < size; ++i)
+        white[i] = static_cast<char>(' ' - i % 32);
+    return white;
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnWhiteSpaceOfAnyLengthInAnyPlace)
+{
+    const std::vector<std::string> parts = {"{", "\"a\"", ":", "[",           "1", ",", "\"b\"", ",",
+                                            "[", "]",     ",", "{",           "}", "]", ",",     "\"c\"",
+                                            ":", "2",     ",", "\"\\u0064\"", ":", "3", "}",     ""};
+    for (const unsigned size : {2u, 7u, 8u, 9u, 15u, 16u, 17u, 18u, 24u, 100u, 272u, 273u, 274u, 275u, 600u}) {
+        std::string everywhere;
+        for (std::size_t place = 0; place < parts.size(); ++place) {
+            std::string text;
+            for (std::size_t i = 0; i < parts.size(); ++i)
+                text += (i == place ? white(size) : "") + parts[i];
+            expectAsCJson(text);
+            everywhere += white(size) + parts[place];
+        }
+        expectAsCJson(everywhere);
+    }
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnAnyByteBehindWhiteSpace)
+{
+    for (unsigned size = 0; size < 40; ++size) {
+        for (int byte = 0; byte < 256; ++byte) {
+            const std::string text = "[" + white(size) + static_cast<char>(byte) + white(30) + "]";
+            if (!differenceFromCJson(text).empty()) ADD_FAILURE() << size << " " << byte;
+        }
     }
 }
 
