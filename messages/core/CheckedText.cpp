@@ -184,15 +184,26 @@ const char* CheckedText::rareNumber(const char* at)
 
 const char* CheckedText::string(const char* at)
 {
-    const char* const begin = at++;
-    for (;;) {
-        at = plainEnd(at, end());
+    const char* const quote = plainEnd(at + 1, end());
+    return *quote == '"' ? indexed(at, quote + 1) : escapedString(at, quote);
+}
+
+/// The same from its first escape on; from the end of the text for a string that has none.
+const char* CheckedText::escapedString(const char* begin, const char* at)
+{
+    while (at != end()) {
+        const char* const first = at;
+        at = takeUnicodes(afterShortEscapes(at), end(), [](std::uint32_t) {});
+        if (at == first) {
+            const Escape escape = escapeAt(at, end());
+            if (escape.size == 0) return refuse(at);
+            if (escape.character == 0) return oddString(begin);
+            at += escape.size;
+        }
+        if (*at != '\\') at = plainEnd(at, end());
         if (*at == '"') return indexed(begin, at + 1);
-        const Escape escape = at != end() ? escapeAt(at, end()) : Escape();
-        if (escape.size == 0) return refuse(at);
-        if (escape.character == 0) return oddString(begin);
-        at += escape.size;
     }
+    return refuse(at);
 }
 
 /// A string with a U+0000 in it, whose escape may have taken a backslash that covers the byte behind it, even a quote.

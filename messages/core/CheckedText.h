@@ -15,8 +15,8 @@ class JsonValue;
 /// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
 /// be read where they are. The text must live, and not change, as long as this object and its values are in use.
 ///
-/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text, key or run of
-/// white space above 256 bytes.
+/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text, key or run
+/// of white space above 256 bytes.
 class CheckedText {
 public:
     enum class Refusal : unsigned char { None, NotJson, TooLarge, OutOfMemory };
@@ -53,7 +53,7 @@ private:
     friend class MemberFinder;
     friend class TextRuns;
 
-    static constexpr int kFewWhite = 16;
+    static constexpr int kFewWhite = 8;
 
     void check();
     const char* next(const char* at);
@@ -62,9 +62,9 @@ private:
     const char* key(const char* at);
     const char* overWhite(const char* at)
     {
-        for (int i = 0; isWhite(*at); ++i, ++at)
-            if (i == kFewWhite) return overMuchWhite(at);
-        return at;
+        for (int i = 0; i < kFewWhite; ++i, ++at)
+            if (!isWhite(*at)) return at;
+        return overMuchWhite(at);
     }
     const char* overMuchWhite(const char* at);
     const char* scalar(const char* at);
@@ -72,6 +72,7 @@ private:
     const char* number(const char* at);
     const char* rareNumber(const char* at);
     const char* string(const char* at);
+    const char* escapedString(const char* begin, const char* at);
     const char* oddString(const char* begin);
     const char* indexed(const char* begin, const char* end);
     const char* refuse(const char* at);
@@ -85,9 +86,9 @@ private:
     const char* behindLong(const char* at, std::uint32_t& entry) const;
     const char* behindWhite(const char* at, std::uint32_t& entry) const
     {
-        for (int i = 0; isWhite(*at); ++i, ++at)
-            if (i == kFewWhite) return behindMuchWhite(at, entry);
-        return at;
+        for (int i = 0; i < kFewWhite; ++i, ++at)
+            if (!isWhite(*at)) return at;
+        return behindMuchWhite(at, entry);
     }
     const char* behindMuchWhite(const char* at, std::uint32_t& entry) const;
     const char* inside(const char* at, std::uint32_t& entry) const;

@@ -5,26 +5,12 @@
 namespace Orvu {
 namespace {
 
-constexpr std::ptrdiff_t kUnicodeSize = 6;  // \u and four digits
-
-/// The value of a hexadecimal digit; above 15 for anything else.
-unsigned hexDigit(char c)
-{
-    if (isDigit(c)) return static_cast<unsigned>(c - '0');
-    const unsigned letter = static_cast<unsigned char>((c | 0x20) - 'a');
-    return letter < 6 ? letter + 10 : 16;
-}
-
 /// The code of four hexadecimal digits; 0 when one of them is none.
 std::uint32_t codeAt(const char* digits)
 {
-    std::uint32_t code = 0;
-    for (int i = 0; i < 4; ++i) {
-        const unsigned digit = hexDigit(digits[i]);
-        if (digit > 15) return 0;
-        code = code << 4 | digit;
-    }
-    return code;
+    const int high = hexPair(digits);
+    const int low = hexPair(digits + 2);
+    return high >= 0 && low >= 0 ? static_cast<std::uint32_t>(0x100 * high + low) : 0;
 }
 
 bool isHighSurrogate(std::uint32_t code)
@@ -125,26 +111,9 @@ const char* closingQuote(const char* at, const char* end)
 
 Escape escapeAt(const char* at, const char* end)
 {
-    switch (at[1]) {
-        case '"':
-        case '\\':
-        case '/':
-            return {2, static_cast<unsigned char>(at[1])};
-        case 'b':
-            return {2, '\b'};
-        case 'f':
-            return {2, '\f'};
-        case 'n':
-            return {2, '\n'};
-        case 'r':
-            return {2, '\r'};
-        case 't':
-            return {2, '\t'};
-        case 'u':
-            return unicodeAt(at, end);
-        default:
-            return {};
-    }
+    if (at[1] == 'u') return unicodeAt(at, end);
+    const char character = kShortEscapes[at[1]];
+    return {character != '\0' ? 2u : 0u, static_cast<unsigned char>(character)};
 }
 
 }  // namespace Orvu

@@ -25,6 +25,8 @@ bool isSame(std::string_view a, std::string_view b)
             std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return isSame(x, y); }));
 }
 
+constexpr std::size_t kSummed = 64;  // bytes of a name
+
 /// A number below 256 that names have in common when they are the same, letter case ignored. Others may share it.
 unsigned sumOf(std::size_t size, char first, char last)
 {
@@ -33,7 +35,9 @@ unsigned sumOf(std::size_t size, char first, char last)
 
 unsigned sumOf(std::string_view name)
 {
-    return name.empty() ? 0 : sumOf(name.size(), name.front(), name.back());
+    if (name.empty()) return 0;
+    const std::size_t size = std::min(name.size(), kSummed);
+    return sumOf(size, name.front(), name[size - 1]);
 }
 
 unsigned sumOf(TextRuns name)
@@ -43,7 +47,8 @@ unsigned sumOf(TextRuns name)
     const char first = run.front();
     char last = first;
     std::size_t size = 0;
-    for (; !run.empty(); run = name.next()) {
+    for (; !run.empty() && size < kSummed; run = name.next()) {
+        run = run.substr(0, kSummed - size);
         size += run.size();
         last = run.back();
     }
