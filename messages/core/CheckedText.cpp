@@ -308,7 +308,7 @@ const char* CheckedText::behindColon(const char* at, std::uint32_t& entry) const
 /// Null, with which the check ends.
 const char* CheckedText::refuse(const char* at)
 {
-    refusedAt_ = static_cast<std::size_t>(at - begin_);
+    root_ = offset(at);
     refusal_ = Refusal::NotJson;
     return nullptr;
 }

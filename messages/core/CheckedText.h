@@ -30,7 +30,7 @@ public:
     explicit operator bool() const { return refusal_ == Refusal::None; }
     Refusal refusal() const { return refusal_; }
     /// Where the text stopped being JSON, in bytes from its beginning; 0 when something else was wrong or nothing.
-    std::size_t refusedAt() const { return refusedAt_; }
+    std::size_t refusedAt() const { return refusal_ == Refusal::NotJson ? root_ : 0; }
 
     /// The value of the text; none when it was refused.
     JsonValue value() const;
@@ -108,13 +108,12 @@ private:
     };
     mutable Plain plain_;  // the last text without escapes that was read or stepped over: the other often follows
     JsonIndex index_;
-    std::uint32_t root_ = 0;        // where the value begins
+    std::uint32_t root_ = 0;        // where the value begins, or the text stops being JSON
     std::uint32_t containers_ = 0;  // objects and arrays so far
     std::uint32_t open_ = 0;        // the entry of the innermost one that has not ended
-    int depth_ = 0;                 // how many have not
+    std::uint16_t depth_ = 0;       // how many have not
     char closer_ = '\0';            // what ends the innermost; NUL outside of all
     Refusal refusal_ = Refusal::None;
-    std::size_t refusedAt_ = 0;
 };
 
 }  // namespace Orvu

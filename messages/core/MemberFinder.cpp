@@ -117,7 +117,9 @@ JsonValue MemberFinder::search(std::string_view name, unsigned sum)
 JsonValue MemberFinder::searchPassed(std::string_view name, unsigned sum) const
 {
     for (unsigned i = 0; i < count_; ++i) {
-        if (sums_[i] == sum && isNamed(kept_[i], name)) return value(kept_[i]);
+        if (sums_[i] != sum) continue;
+        const Key kept = measured({kept_[i], kUnmeasured});
+        if (isNamed(kept, name)) return value(kept);
     }
     for (Key other = unkept_; other.at && other.at != next_.at; other = measured(behind(value(other)))) {
         if (isNamed(other, name)) return value(other);
@@ -165,7 +167,7 @@ unsigned MemberFinder::sumOf(const Key& key) const
 MemberFinder::Key MemberFinder::key(const char* at, std::uint32_t entry) const
 {
     if (!at) return {};
-    return {text_->offset(at), entry, kUnmeasured};
+    return {{text_->offset(at), entry}, kUnmeasured};
 }
 
 MemberFinder::Key MemberFinder::measured(Key key) const
