@@ -86,11 +86,11 @@ bool JsonValue::equals(std::string_view text) const
 
 bool JsonValue::integer(int& value) const
 {
-    if (isBoolean()) {
+    if (!isNumber()) {
+        if (!isBoolean()) return false;
         value = first() == 't';
         return true;
     }
-    if (!isNumber()) return false;
     const bool isNegative = first() == '-';
     const char* const digits = at() + isNegative;
     const char* end = digits;

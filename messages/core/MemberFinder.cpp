@@ -85,8 +85,11 @@ JsonValue MemberFinder::find(const char* key)
     constexpr std::string_view kHeader = "HEADER";  // which nearly every message has, and hardly any asks for
     const std::string_view name = key;
     const unsigned sum = Orvu::sumOf(name);
-    if (isNext(kHeader) && name != kHeader) pass(Orvu::sumOf(kHeader));
-    return !passed_[sum] && isNext(name) ? pass(sum) : search(name, sum);
+    for (;;) {
+        if (!passed_[sum] && isNext(name)) return pass(sum);
+        if (!isNext(kHeader) || name == kHeader) return search(name, sum);
+        pass(Orvu::sumOf(kHeader));
+    }
 }
 
 /// Whether the next key is the name to the letter, as it usually is: that takes no look for its end.
