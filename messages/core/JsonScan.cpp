@@ -46,10 +46,14 @@ std::size_t wordAt(const char* at)
     return word;
 }
 
-/// The first of the bytes that are marked, in a little-endian word.
-std::size_t firstMarked(std::size_t marks)
+/// The first of the bytes that are marked. In a big-endian word none is skipped: they are looked at one by one.
+std::size_t firstMarked([[maybe_unused]] std::size_t marks)
 {
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
     return static_cast<std::size_t>(__builtin_ctzll(marks)) / 8;
+#else
+    return 0;
+#endif
 }
 
 /// A word of memory with bits set in each of its bytes that is not white. Bytes behind the first of them in a little-
@@ -61,7 +65,7 @@ std::size_t bytesNotWhite(std::size_t word)
 
 /// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
 /// endian word may be marked, too.
-std::size_t bytesEqualTo(std::size_t word, char byte)
+[[maybe_unused]] std::size_t bytesEqualTo(std::size_t word, char byte)
 {
     const std::size_t zeros = word ^ (kOnes * static_cast<unsigned char>(byte));
     return (zeros - kOnes) & ~zeros & (kOnes << 7);
@@ -74,11 +78,8 @@ const char* afterWhite(const char* at, const char* end)
     for (; end - at >= kWordSize; at += kWordSize) {
         const std::size_t marks = bytesNotWhite(wordAt(at));
         if (marks == 0) continue;
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-        return at + firstMarked(marks);
-#else
+        at += firstMarked(marks);
         break;
-#endif
     }
     while (isWhite(*at))
         ++at;

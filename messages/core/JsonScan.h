@@ -55,15 +55,16 @@ const char* closingQuote(const char* at, const char* end);
 struct ShortEscapes {
     constexpr ShortEscapes() : characters()
     {
-        characters['"'] = '"';
-        characters['\\'] = '\\';
-        characters['/'] = '/';
-        characters['b'] = '\b';
-        characters['f'] = '\f';
-        characters['n'] = '\n';
-        characters['r'] = '\r';
-        characters['t'] = '\t';
+        set('"', '"');
+        set('\\', '\\');
+        set('/', '/');
+        set('b', '\b');
+        set('f', '\f');
+        set('n', '\n');
+        set('r', '\r');
+        set('t', '\t');
     }
+    constexpr void set(char c, char character) { characters[static_cast<unsigned char>(c)] = character; }
     constexpr char operator[](char c) const { return characters[static_cast<unsigned char>(c)]; }
 
     char characters[256];
