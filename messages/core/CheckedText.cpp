@@ -140,7 +140,7 @@ const char* CheckedText::key(const char* at)
     return *at == ':' ? overWhite(at + 1) : refuse(at);
 }
 
-/// Long white space gets an entry, so that readers need not walk it again. They can, should there be no memory for it.
+/// Long white space gets an entry, so that readers do not walk it again. When memory runs out they do.
 const char* CheckedText::overMuchWhite(const char* at)
 {
     const char* const begin = at;

@@ -56,8 +56,8 @@ std::size_t firstMarked([[maybe_unused]] std::size_t marks)
 #endif
 }
 
-/// A word of memory with bits set in each of its bytes that is not white. Bytes behind the first of them in a little-
-/// endian word may be marked, too, and bytes before it in a big-endian one.
+/// A word of memory with bits set in each of its bytes that is not white. When there is one, white bytes above it, in
+/// the order of their values, may be marked, too.
 std::size_t bytesNotWhite(std::size_t word)
 {
     return (word - kOnes) & (kOnes * 0xE0);

@@ -135,8 +135,8 @@ inline JsonMembers JsonValue::members() const
     return JsonMembers(*this);
 }
 
-/// The decoded bytes of a text up to its first U+0000, run by run: most of them are where they were, and what stands
-/// between escapes that are close to each other is gathered with them.
+/// The decoded bytes of a text up to its first U+0000, run by run: most of them are where they were. Escapes that are
+/// close to each other are gathered, with what is between them.
 class TextRuns {
 public:
     /// Of any other value there are none.

@@ -136,7 +136,7 @@ JsonValue MemberFinder::pass(unsigned sum)
     passed_[sum] = true;
     if (count_ < kKept) {
         sums_[count_] = static_cast<std::uint8_t>(sum);
-        kept_[count_++] = next_;
+        kept_[count_++] = {next_.at, next_.entry};
     } else if (!unkept_.at) {
         unkept_ = next_;
     }
