@@ -106,7 +106,7 @@ const char* CheckedText::next(const char* at)
 }
 
 /// The first value of an object or array. Its entry keeps what is needed to leave it again.
-const char* CheckedText::enter(const char* at)
+inline const char* CheckedText::enter(const char* at)
 {
     if (depth_ == kMaxDepth) return refuse(at);
     if (containers_ == kMaxContainers) return refuse(Refusal::TooLarge);

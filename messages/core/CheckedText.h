@@ -108,8 +108,8 @@ private:
     };
     mutable Plain plain_;  // the last text without escapes that was read or stepped over: the other often follows
     JsonIndex index_;
-    std::uint32_t root_ = 0;        // where the value begins, or the text stops being JSON
     std::uint32_t containers_ = 0;  // objects and arrays so far
+    std::uint32_t root_ = 0;        // where the value begins, or the text stops being JSON
     std::uint32_t open_ = 0;        // the entry of the innermost one that has not ended
     std::uint16_t depth_ = 0;       // how many have not
     char closer_ = '\0';            // what ends the innermost; NUL outside of all
