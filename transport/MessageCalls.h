@@ -1,23 +1,16 @@
 #pragma once
 
-#include <exception>
 #include <new>
 
 #include "messages/core/Catalogue.h"
 #include "messages/core/Json.h"
+#include "messages/core/ThreadEnd.h"
 #include "orvu/Serializable.h"
 
 namespace Orvu {
 
 /// \file
 /// Calls into messages on behalf of an exchange, where an exception is a failure like any other.
-
-/// For `catch (...)` around an application's code: pthread_exit() and cancelling may end a thread by unwinding it, which
-/// is no C++ exception and must go on.
-inline void passThreadEndOn()
-{
-    if (!std::current_exception()) throw;
-}
 
 /// The text of `message`; none for null and for what cannot be written. A class of the application's may throw
 /// anything.

@@ -5,7 +5,7 @@
 #include <mutex>
 
 #include "log/Log.h"
-#include "transport/MessageCalls.h"
+#include "messages/core/ThreadEnd.h"
 #include "transport/Threads.h"
 
 namespace Orvu {

@@ -1,7 +1,8 @@
 #include "messages/core/Catalogue.h"
 
-#include <cstring>
 #include <new>
+#include <string>
+#include <string_view>
 
 #include "log/Log.h"
 #include "messages/core/Exact.h"
@@ -56,18 +57,31 @@ const Row* rowOf(DataType type)
     return type < kRowCount ? &kRows[type] : nullptr;
 }
 
-const Row* rowNamed(const char* wireName)
+// Logging a line takes most of a worker's stack. So what is on the stack beside it has functions of its own.
+
+[[gnu::noinline]] JsonValue headerOf(const CheckedText& checked)
 {
+    return MemberFinder(checked.value()).find("HEADER");
+}
+
+[[gnu::noinline]] const Row* rowNamed(JsonValue wireName)
+{
+    std::string room;
+    const std::string_view name = wireName.text(room);
     for (const Row& row : kRows) {
-        if (std::strcmp(row.wireName, wireName) == 0) return &row;
+        if (row.wireName == name) return &row;
     }
     return nullptr;
 }
 
-/// A function of its own, so that the finder is not on the stack when a line is logged: that takes most of a worker's.
-[[gnu::noinline]] JsonValue headerOf(const CheckedText& checked)
+void logHeader(const char* name)
 {
-    return MemberFinder(checked.value()).find("HEADER");
+    logLine("deserializeHeader: %s: %s", "HEADER", name);
+}
+
+[[gnu::noinline]] void logHeaderOfNoRow(JsonValue name)
+{
+    logHeader(name.text().c_str());
 }
 
 }  // namespace
@@ -92,10 +106,12 @@ HeaderTypes headerTypes(const CheckedText& checked)
         return {};
     }
     if (!header.isText()) return {};
-    const std::string name = header.text();
-    logLine("deserializeHeader: %s: %s", "HEADER", name.c_str());
-    const Row* const row = rowNamed(name.c_str());
-    if (!row) return {};
+    const Row* const row = rowNamed(header);
+    if (!row) {
+        logHeaderOfNoRow(header);
+        return {};
+    }
+    logHeader(row->wireName);
     return {row->mapping == FromHeader ? row->type : DataTypeUnknown, row->type};
 }
 

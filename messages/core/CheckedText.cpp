@@ -15,11 +15,11 @@ namespace {
 constexpr std::size_t kRoom = 16u << 20;  // bytes of objects, beside twice the text
 
 /// Behind the byte order mark and white space.
-const char* valueBegin(const char* text)
+const char* valueBegin(const char* text, const char* end)
 {
     constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
     const bool isMarked = std::strncmp(text, kByteOrderMark, 3) == 0;
-    return afterWhite(isMarked ? text + 3 : text);
+    return afterWhite(isMarked ? text + 3 : text, end);
 }
 
 /// Behind the longest number that begins here; null when none does.
@@ -46,7 +46,7 @@ CheckedText::CheckedText(const char* text)
     : begin_(text ? text : ""),
       size_(std::strlen(begin_)),
       room_(kRoom + 2 * size_),
-      index_(kMaxContainers + static_cast<std::uint32_t>(size_ / JsonIndex::kLongText))
+      index_(kMaxContainers + static_cast<std::uint32_t>(size_ / JsonIndex::kLong))
 {
     try {
         offset(end()) == size_ ? check() : static_cast<void>(refuse(Refusal::TooLarge));
@@ -84,7 +84,7 @@ void CheckedText::takeRoom(std::size_t size) const
 /// Goes from the beginning of each value to that of the next.
 void CheckedText::check()
 {
-    const char* at = valueBegin(begin_);
+    const char* at = valueBegin(begin_, end());
     root_ = offset(at);
     while (at)
         at = *at == '{' || *at == '[' ? enter(at) : next(scalar(at));
@@ -95,9 +95,9 @@ void CheckedText::check()
 const char* CheckedText::next(const char* at)
 {
     while (at && closer_) {
-        at = afterWhite(at);
+        at = overWhite(at);
         if (*at == ',') {
-            at = afterWhite(at + 1);
+            at = overWhite(at + 1);
             return closer_ == '}' ? key(at) : at;
         }
         at = *at == closer_ ? leave(at) : refuse(at);
@@ -106,7 +106,7 @@ const char* CheckedText::next(const char* at)
 }
 
 /// The first value of an object or array. Its entry keeps what is needed to leave it again.
-const char* CheckedText::enter(const char* at)
+inline const char* CheckedText::enter(const char* at)
 {
     if (depth_ == kMaxDepth) return refuse(at);
     if (containers_ == kMaxContainers) return refuse(Refusal::TooLarge);
@@ -115,7 +115,7 @@ const char* CheckedText::enter(const char* at)
     ++containers_;
     ++depth_;
     closer_ = *at == '{' ? '}' : ']';
-    at = afterWhite(at + 1);
+    at = overWhite(at + 1);
     if (*at == closer_) return next(at);
     return closer_ == '}' ? key(at) : at;
 }
@@ -136,8 +136,17 @@ const char* CheckedText::key(const char* at)
     if (*at != '"') return refuse(at);
     at = string(at);
     if (!at) return nullptr;
-    at = afterWhite(at);
-    return *at == ':' ? afterWhite(at + 1) : refuse(at);
+    at = overWhite(at);
+    return *at == ':' ? overWhite(at + 1) : refuse(at);
+}
+
+/// Long white space gets an entry, so that readers do not walk it again. When memory runs out they do.
+const char* CheckedText::overMuchWhite(const char* at)
+{
+    const char* const begin = at;
+    at = afterWhite(at, end());
+    if (static_cast<std::size_t>(at - begin) > JsonIndex::kLong) index_.add({offset(at), offset(begin)});
+    return at;
 }
 
 const char* CheckedText::scalar(const char* at)
@@ -175,15 +184,26 @@ const char* CheckedText::rareNumber(const char* at)
 
 const char* CheckedText::string(const char* at)
 {
-    const char* const begin = at++;
-    for (;;) {
-        at = plainEnd(at, end());
+    const char* const quote = plainEnd(at + 1, end());
+    return *quote == '"' ? indexed(at, quote + 1) : escapedString(at, quote);
+}
+
+/// The same from its first escape on; from the end of the text for a string that has none.
+const char* CheckedText::escapedString(const char* begin, const char* at)
+{
+    while (at != end()) {
+        const char* const first = at;
+        at = takeUnicodes(afterShortEscapes(at), end(), [](std::uint32_t) {});
+        if (at == first) {
+            const Escape escape = escapeAt(at, end());
+            if (escape.size == 0) return refuse(at);
+            if (escape.character == 0) return oddString(begin);
+            at += escape.size;
+        }
+        if (*at != '\\') at = plainEnd(at, end());
         if (*at == '"') return indexed(begin, at + 1);
-        const Escape escape = at != end() ? escapeAt(at, end()) : Escape();
-        if (escape.size == 0) return refuse(at);
-        if (escape.character == 0) return oddString(begin);
-        at += escape.size;
     }
+    return refuse(at);
 }
 
 /// A string with a U+0000 in it, whose escape may have taken a backslash that covers the byte behind it, even a quote.
@@ -204,7 +224,7 @@ const char* CheckedText::oddString(const char* begin)
 /// Behind a string, which gets an entry when it is long.
 const char* CheckedText::indexed(const char* begin, const char* end)
 {
-    const bool isLong = static_cast<std::size_t>(end - begin) > JsonIndex::kLongText + 2;
+    const bool isLong = static_cast<std::size_t>(end - begin) > JsonIndex::kLong + 2;
     return !isLong || index_.add({offset(end), offset(begin)}) ? end : refuse(Refusal::OutOfMemory);
 }
 
@@ -229,18 +249,28 @@ const char* CheckedText::behind(const char* at, std::uint32_t& entry) const
     }
 }
 
-/// The same for a text or key. The entry is its own when it begins here; that of an object or array, which has another
-/// number there, does not end with a quote.
+/// The same for a text or key.
 const char* CheckedText::behindString(const char* at, std::uint32_t& entry) const
 {
-    if (entry < index_.count() && index_[entry].next == offset(at)) {
-        const char* const end = begin_ + index_[entry].end;
-        if (end[-1] == '"') {
-            ++entry;
-            return end;
-        }
-    }
+    if (const char* const end = behindLong(at, entry)) return end;
     return isPlain(at) ? at + plain_.size + 2 : closingQuote(at + 1, end()) + 1;
+}
+
+/// Behind a long text, key or white space, which has an entry; null for others. The entry is its own when it begins
+/// here: that of an object or array has another number there.
+const char* CheckedText::behindLong(const char* at, std::uint32_t& entry) const
+{
+    if (entry >= index_.count() || index_[entry].next != offset(at)) return nullptr;
+    const char* const end = begin_ + index_[entry].end;
+    if (end[-1] == '}' || end[-1] == ']') return nullptr;
+    ++entry;
+    return end;
+}
+
+const char* CheckedText::behindMuchWhite(const char* at, std::uint32_t& entry) const
+{
+    const char* const end = behindLong(at, entry);
+    return end ? end : afterWhite(at, this->end());
 }
 
 /// Whether a text has no escapes; plain_ is that text then.
@@ -257,27 +287,28 @@ bool CheckedText::isPlain(const char* at) const
 const char* CheckedText::inside(const char* at, std::uint32_t& entry) const
 {
     ++entry;
-    at = afterWhite(at + 1);
+    at = behindWhite(at + 1, entry);
     return *at != '}' && *at != ']' ? at : nullptr;
 }
 
 /// The item or key that follows a value in its array or object; null behind the last.
 const char* CheckedText::behindComma(const char* at, std::uint32_t& entry) const
 {
-    at = afterWhite(behind(at, entry));
-    return *at == ',' ? afterWhite(at + 1) : nullptr;
+    at = behindWhite(behind(at, entry), entry);
+    return *at == ',' ? behindWhite(at + 1, entry) : nullptr;
 }
 
 /// The value of a key.
 const char* CheckedText::behindColon(const char* at, std::uint32_t& entry) const
 {
-    return afterWhite(afterWhite(behindString(at, entry)) + 1);
+    const char* const colon = behindWhite(behindString(at, entry), entry);
+    return behindWhite(colon + 1, entry);
 }
 
 /// Null, with which the check ends.
 const char* CheckedText::refuse(const char* at)
 {
-    refusedAt_ = static_cast<std::size_t>(at - begin_);
+    root_ = offset(at);
     refusal_ = Refusal::NotJson;
     return nullptr;
 }

@@ -6,6 +6,7 @@
 
 #include "messages/core/Json.h"
 #include "messages/core/JsonIndex.h"
+#include "messages/core/JsonScan.h"
 
 namespace Orvu {
 
@@ -14,8 +15,8 @@ class JsonValue;
 /// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
 /// be read where they are. The text must live, and not change, as long as this object and its values are in use.
 ///
-/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text or key above
-/// 256 bytes.
+/// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text, key or run
+/// of white space above 256 bytes.
 class CheckedText {
 public:
     enum class Refusal : unsigned char { None, NotJson, TooLarge, OutOfMemory };
@@ -29,7 +30,7 @@ public:
     explicit operator bool() const { return refusal_ == Refusal::None; }
     Refusal refusal() const { return refusal_; }
     /// Where the text stopped being JSON, in bytes from its beginning; 0 when something else was wrong or nothing.
-    std::size_t refusedAt() const { return refusedAt_; }
+    std::size_t refusedAt() const { return refusal_ == Refusal::NotJson ? root_ : 0; }
 
     /// The value of the text; none when it was refused.
     JsonValue value() const;
@@ -52,16 +53,26 @@ private:
     friend class MemberFinder;
     friend class TextRuns;
 
+    static constexpr int kFewWhite = 8;
+
     void check();
     const char* next(const char* at);
     const char* enter(const char* at);
     const char* leave(const char* at);
     const char* key(const char* at);
+    const char* overWhite(const char* at)
+    {
+        for (int i = 0; i < kFewWhite; ++i, ++at)
+            if (!isWhite(*at)) return at;
+        return overMuchWhite(at);
+    }
+    const char* overMuchWhite(const char* at);
     const char* scalar(const char* at);
     const char* word(const char* at);
     const char* number(const char* at);
     const char* rareNumber(const char* at);
     const char* string(const char* at);
+    const char* escapedString(const char* begin, const char* at);
     const char* oddString(const char* begin);
     const char* indexed(const char* begin, const char* end);
     const char* refuse(const char* at);
@@ -72,6 +83,14 @@ private:
     const char* behind(const char* at, std::uint32_t& entry) const;
     const char* behindString(const char* at, std::uint32_t& entry) const;
     bool isPlain(const char* at) const;
+    const char* behindLong(const char* at, std::uint32_t& entry) const;
+    const char* behindWhite(const char* at, std::uint32_t& entry) const
+    {
+        for (int i = 0; i < kFewWhite; ++i, ++at)
+            if (!isWhite(*at)) return at;
+        return behindMuchWhite(at, entry);
+    }
+    const char* behindMuchWhite(const char* at, std::uint32_t& entry) const;
     const char* inside(const char* at, std::uint32_t& entry) const;
     const char* behindComma(const char* at, std::uint32_t& entry) const;
     const char* behindColon(const char* at, std::uint32_t& entry) const;
@@ -89,13 +108,12 @@ private:
     };
     mutable Plain plain_;  // the last text without escapes that was read or stepped over: the other often follows
     JsonIndex index_;
-    std::uint32_t root_ = 0;        // where the value begins
     std::uint32_t containers_ = 0;  // objects and arrays so far
+    std::uint32_t root_ = 0;        // where the value begins, or the text stops being JSON
     std::uint32_t open_ = 0;        // the entry of the innermost one that has not ended
-    int depth_ = 0;                 // how many have not
+    std::uint16_t depth_ = 0;       // how many have not
     char closer_ = '\0';            // what ends the innermost; NUL outside of all
     Refusal refusal_ = Refusal::None;
-    std::size_t refusedAt_ = 0;
 };
 
 }  // namespace Orvu

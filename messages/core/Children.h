@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "messages/core/Append.h"
 #include "messages/core/Contract.h"
 #include "messages/core/JsonValue.h"
 
@@ -48,7 +49,7 @@ private:
     static Serializable& addTo(void* children)
     {
         auto child = std::make_unique<Message>();
-        list<Message>(children).push_back(child.get());
+        append(list<Message>(children), child.get());
         return *child.release();
     }
     template <class Message>

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "messages/core/Append.h"
 #include "messages/core/JsonReader.h"
 #include "messages/core/JsonWriter.h"
 #include "messages/core/Vocabulary.h"
@@ -54,7 +55,7 @@ struct AsWords {
     {
         for (const JsonValue item : array.items()) {
             int number = 0;
-            if (readWord(item, words, number)) fields.push_back(static_cast<Enum>(number));
+            if (readWord(item, words, number)) append(fields, static_cast<Enum>(number));
         }
         return true;
     }

@@ -13,7 +13,7 @@ JsonIndex::~JsonIndex()
 
 bool JsonIndex::grow()
 {
-    constexpr std::uint32_t kFirstHeapEntries = 256;
+    constexpr std::uint32_t kFirstHeapEntries = 64;  // allocators have small blocks at hand
     const std::uint32_t capacity = std::min(std::max(2 * capacity_, kFirstHeapEntries), most_);
     const bool isInline = entries_ == inline_;
     void* const block = std::realloc(isInline ? nullptr : entries_, capacity * sizeof(Entry));

@@ -5,15 +5,15 @@
 
 namespace Orvu {
 
-/// Where the long values of a text end: its objects, arrays, and texts and keys above kLongText bytes, in the order in
-/// which they begin. The first few need no memory but this object.
+/// Where the long values of a text end: its objects, arrays, and texts, keys and white space above kLong bytes, in the
+/// order in which they begin. The first few need no memory but this object.
 class JsonIndex {
 public:
     struct Entry {
         std::uint32_t end;   ///< Behind its last byte.
-        std::uint32_t next;  ///< Of an object or array: the first entry behind it. Of a text: where it begins.
+        std::uint32_t next;  ///< Of an object or array: the first entry behind it. Of others: where it begins.
     };
-    static constexpr std::size_t kLongText = 256;
+    static constexpr std::size_t kLong = 256;
 
     /// Never has room for more than `most` entries.
     explicit JsonIndex(std::uint32_t most) : most_(most) {}

@@ -5,26 +5,12 @@
 namespace Orvu {
 namespace {
 
-constexpr std::ptrdiff_t kUnicodeSize = 6;  // \u and four digits
-
-/// The value of a hexadecimal digit; above 15 for anything else.
-unsigned hexDigit(char c)
-{
-    if (isDigit(c)) return static_cast<unsigned>(c - '0');
-    const unsigned letter = static_cast<unsigned char>((c | 0x20) - 'a');
-    return letter < 6 ? letter + 10 : 16;
-}
-
 /// The code of four hexadecimal digits; 0 when one of them is none.
 std::uint32_t codeAt(const char* digits)
 {
-    std::uint32_t code = 0;
-    for (int i = 0; i < 4; ++i) {
-        const unsigned digit = hexDigit(digits[i]);
-        if (digit > 15) return 0;
-        code = code << 4 | digit;
-    }
-    return code;
+    const int high = hexPair(digits);
+    const int low = hexPair(digits + 2);
+    return high >= 0 && low >= 0 ? static_cast<std::uint32_t>(0x100 * high + low) : 0;
 }
 
 bool isHighSurrogate(std::uint32_t code)
@@ -50,25 +36,63 @@ Escape unicodeAt(const char* at, const char* end)
     return {2 * kUnicodeSize, 0x10000 + ((code & 0x3FF) << 10 | (low & 0x3FF))};
 }
 
+constexpr std::ptrdiff_t kWordSize = sizeof(std::size_t);
+constexpr std::size_t kOnes = ~std::size_t{0} / 255;  // in each byte of a word
+
+std::size_t wordAt(const char* at)
+{
+    std::size_t word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+/// The first of the bytes that are marked. In a big-endian word none is skipped: they are looked at one by one.
+std::size_t firstMarked([[maybe_unused]] std::size_t marks)
+{
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    return static_cast<std::size_t>(__builtin_ctzll(marks)) / 8;
+#else
+    return 0;
+#endif
+}
+
+/// A word of memory with bits set in each of its bytes that is not white. When there is one, white bytes above it, in
+/// the order of their values, may be marked, too.
+std::size_t bytesNotWhite(std::size_t word)
+{
+    return (word - kOnes) & (kOnes * 0xE0);
+}
+
 /// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
 /// endian word may be marked, too.
-std::size_t bytesEqualTo(std::size_t word, char byte)
+[[maybe_unused]] std::size_t bytesEqualTo(std::size_t word, char byte)
 {
-    constexpr std::size_t kOnes = ~std::size_t{0} / 255;
     const std::size_t zeros = word ^ (kOnes * static_cast<unsigned char>(byte));
     return (zeros - kOnes) & ~zeros & (kOnes << 7);
 }
 
 }  // namespace
 
+const char* afterWhite(const char* at, const char* end)
+{
+    for (; end - at >= kWordSize; at += kWordSize) {
+        const std::size_t marks = bytesNotWhite(wordAt(at));
+        if (marks == 0) continue;
+        at += firstMarked(marks);
+        break;
+    }
+    while (isWhite(*at))
+        ++at;
+    return at;
+}
+
 const char* plainEnd(const char* at, const char* end)
 {
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-    std::size_t word;
-    for (; static_cast<std::size_t>(end - at) >= sizeof word; at += sizeof word) {
-        std::memcpy(&word, at, sizeof word);
+    for (; end - at >= kWordSize; at += kWordSize) {
+        const std::size_t word = wordAt(at);
         const std::size_t marks = bytesEqualTo(word, '"') | bytesEqualTo(word, '\\');
-        if (marks != 0) return at + __builtin_ctzll(marks) / 8;
+        if (marks != 0) return at + firstMarked(marks);
     }
 #endif
     while (at != end && *at != '"' && *at != '\\')
@@ -88,26 +112,9 @@ const char* closingQuote(const char* at, const char* end)
 
 Escape escapeAt(const char* at, const char* end)
 {
-    switch (at[1]) {
-        case '"':
-        case '\\':
-        case '/':
-            return {2, static_cast<unsigned char>(at[1])};
-        case 'b':
-            return {2, '\b'};
-        case 'f':
-            return {2, '\f'};
-        case 'n':
-            return {2, '\n'};
-        case 'r':
-            return {2, '\r'};
-        case 't':
-            return {2, '\t'};
-        case 'u':
-            return unicodeAt(at, end);
-        default:
-            return {};
-    }
+    if (at[1] == 'u') return unicodeAt(at, end);
+    const char character = kShortEscapes[at[1]];
+    return {character != '\0' ? 2u : 0u, static_cast<unsigned char>(character)};
 }
 
 }  // namespace Orvu

@@ -86,11 +86,11 @@ bool JsonValue::equals(std::string_view text) const
 
 bool JsonValue::integer(int& value) const
 {
-    if (isBoolean()) {
+    if (!isNumber()) {
+        if (!isBoolean()) return false;
         value = first() == 't';
         return true;
     }
-    if (!isNumber()) return false;
     const bool isNegative = first() == '-';
     const char* const digits = at() + isNegative;
     const char* end = digits;
@@ -112,7 +112,7 @@ JsonValue JsonValue::next() const
     const char* const place = text_->behindComma(at(), entry);
     if (!place) return {};
     const JsonValue item(*text_, place, entry, nested_ != 0);
-    if (*place != '"' || *afterWhite(text_->behindString(place, entry)) != ':') return item;
+    if (*place != '"' || *text_->behindWhite(text_->behindString(place, entry), entry) != ':') return item;
     const char* const value = text_->behindColon(place, entry = item.entry_);
     return {*text_, value, entry, nested_ != 0};
 }
@@ -178,13 +178,51 @@ TextRuns::TextRuns(JsonValue text)
 std::string_view TextRuns::next()
 {
     const char* const run = at_;
-    at_ = plainEnd(at_, end_);
-    if (at_ != run) return {run, static_cast<std::size_t>(at_ - run)};
-    if (at_ == end_ || *at_ == '"') return {};
-    const Escape escape = escapeAt(at_, end_);
-    if (escape.character == 0) return {};
-    at_ += escape.size;
-    return {decoded_, encode(escape.character, decoded_)};
+    const char* const escape = plainEnd(at_, end_);
+    if (escape == end_ || *escape == '"' || escape - run >= kFewPlain) {
+        at_ = escape;
+        return {run, static_cast<std::size_t>(escape - run)};
+    }
+    return {decoded_, gather()};
+}
+
+/// Decodes what follows into decoded_, as much as there is room for. Returns how much it is.
+std::size_t TextRuns::gather()
+{
+    const char* at = at_;
+    char* to = decoded_;
+    while (hasRoom(to) && end_ - at > 1 && *at != '"') {
+        if (*at != '\\') {
+            *to++ = *at++;
+        } else if (const char character = kShortEscapes[at[1]]) {
+            *to++ = character;
+            at += 2;
+        } else {
+            const char* const escape = at;
+            at = decodeUnicodes(at, to);
+            if (at == escape) break;
+        }
+    }
+    at_ = at;
+    return static_cast<std::size_t>(to - decoded_);
+}
+
+bool TextRuns::hasRoom(const char* to) const
+{
+    return decoded_ + sizeof decoded_ - to >= kMostBytes;
+}
+
+/// Decodes `\u` escapes for which there is room. Returns what follows; of U+0000 itself.
+const char* TextRuns::decodeUnicodes(const char* at, char*& to) const
+{
+    const std::ptrdiff_t count = (decoded_ + sizeof decoded_ - to) / kMostBytes;
+    const char* const most = at + std::min(end_ - at, count * kUnicodeSize);
+    const char* const next = takeUnicodes(at, most, [&to](std::uint32_t each) { to += encode(each, to); });
+    if (next != at) return next;
+    const Escape escape = escapeAt(at, end_);
+    if (escape.character == 0) return at;
+    to += encode(escape.character, to);
+    return at + escape.size;
 }
 
 }  // namespace Orvu

@@ -135,8 +135,8 @@ inline JsonMembers JsonValue::members() const
     return JsonMembers(*this);
 }
 
-/// The decoded bytes of a text up to its first U+0000, run by run: most of them are where they were, and none is
-/// gathered.
+/// The decoded bytes of a text up to its first U+0000, run by run: most of them are where they were. Escapes that are
+/// close to each other are gathered, with what is between them.
 class TextRuns {
 public:
     /// Of any other value there are none.
@@ -150,9 +150,16 @@ public:
     bool isAtEnd() const { return at_ == end_ || *at_ == '"'; }
 
 private:
+    static constexpr std::ptrdiff_t kFewPlain = 16;  // bytes between escapes
+    static constexpr std::ptrdiff_t kMostBytes = 4;  // of a character
+
+    std::size_t gather();
+    const char* decodeUnicodes(const char* at, char*& to) const;
+    bool hasRoom(const char* to) const;
+
     const char* at_ = nullptr;
     const char* end_ = nullptr;
-    char decoded_[4];
+    char decoded_[64];
 };
 
 }  // namespace Orvu

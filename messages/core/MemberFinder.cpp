@@ -25,6 +25,8 @@ bool isSame(std::string_view a, std::string_view b)
             std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return isSame(x, y); }));
 }
 
+constexpr std::size_t kSummed = 64;  // bytes of a name
+
 /// A number below 256 that names have in common when they are the same, letter case ignored. Others may share it.
 unsigned sumOf(std::size_t size, char first, char last)
 {
@@ -33,7 +35,9 @@ unsigned sumOf(std::size_t size, char first, char last)
 
 unsigned sumOf(std::string_view name)
 {
-    return name.empty() ? 0 : sumOf(name.size(), name.front(), name.back());
+    if (name.empty()) return 0;
+    const std::size_t size = std::min(name.size(), kSummed);
+    return sumOf(size, name.front(), name[size - 1]);
 }
 
 unsigned sumOf(TextRuns name)
@@ -43,7 +47,8 @@ unsigned sumOf(TextRuns name)
     const char first = run.front();
     char last = first;
     std::size_t size = 0;
-    for (; !run.empty(); run = name.next()) {
+    for (; !run.empty() && size < kSummed; run = name.next()) {
+        run = run.substr(0, kSummed - size);
         size += run.size();
         last = run.back();
     }
@@ -80,14 +85,17 @@ JsonValue MemberFinder::find(const char* key)
     constexpr std::string_view kHeader = "HEADER";  // which nearly every message has, and hardly any asks for
     const std::string_view name = key;
     const unsigned sum = Orvu::sumOf(name);
-    if (isNext(kHeader) && name != kHeader) pass(Orvu::sumOf(kHeader));
-    return !passed_[sum] && isNext(name) ? pass(sum) : search(name, sum);
+    for (;;) {
+        if (!passed_[sum] && isNext(name)) return pass(sum);
+        if (!isNext(kHeader) || name == kHeader) return search(name, sum);
+        pass(Orvu::sumOf(kHeader));
+    }
 }
 
 /// Whether the next key is the name to the letter, as it usually is: that takes no look for its end.
 bool MemberFinder::isNext(std::string_view name)
 {
-    if (!next_.at || name.size() > JsonIndex::kLongText) return false;
+    if (!next_.at || name.size() > JsonIndex::kLong) return false;
     const char* const text = bytes(next_);
     const bool isSameText = static_cast<std::size_t>(text_->end() - text) > name.size() && text[name.size()] == '"' &&
                             std::memcmp(text, name.data(), name.size()) == 0;
@@ -112,7 +120,9 @@ JsonValue MemberFinder::search(std::string_view name, unsigned sum)
 JsonValue MemberFinder::searchPassed(std::string_view name, unsigned sum) const
 {
     for (unsigned i = 0; i < count_; ++i) {
-        if (sums_[i] == sum && isNamed(kept_[i], name)) return value(kept_[i]);
+        if (sums_[i] != sum) continue;
+        const Key kept = measured({kept_[i], kUnmeasured});
+        if (isNamed(kept, name)) return value(kept);
     }
     for (Key other = unkept_; other.at && other.at != next_.at; other = measured(behind(value(other)))) {
         if (isNamed(other, name)) return value(other);
@@ -126,7 +136,7 @@ JsonValue MemberFinder::pass(unsigned sum)
     passed_[sum] = true;
     if (count_ < kKept) {
         sums_[count_] = static_cast<std::uint8_t>(sum);
-        kept_[count_++] = next_;
+        kept_[count_++] = {next_.at, next_.entry};
     } else if (!unkept_.at) {
         unkept_ = next_;
     }
@@ -160,13 +170,13 @@ unsigned MemberFinder::sumOf(const Key& key) const
 MemberFinder::Key MemberFinder::key(const char* at, std::uint32_t entry) const
 {
     if (!at) return {};
-    return {text_->offset(at), entry, kUnmeasured};
+    return {{text_->offset(at), entry}, kUnmeasured};
 }
 
 MemberFinder::Key MemberFinder::measured(Key key) const
 {
     if (!key.at || key.size != kUnmeasured) return key;
-    const std::string_view most = upTo(JsonIndex::kLongText, bytes(key), text_->end());
+    const std::string_view most = upTo(JsonIndex::kLong, bytes(key), text_->end());
     const char* const end = plainEnd(most.begin(), most.end());
     key.size = *end == '"' ? static_cast<std::uint32_t>(end - most.begin()) : kOdd;
     return key;
@@ -187,8 +197,9 @@ JsonValue MemberFinder::value(const Key& key) const
         const char* const at = text_->behindColon(bytes(key) - 1, entry);
         return {*text_, at, entry, nested_};
     }
-    const char* const colon = afterWhite(bytes(key) + key.size + 1);
-    return {*text_, afterWhite(colon + 1), entry, nested_};
+    const char* const colon = text_->behindWhite(bytes(key) + key.size + 1, entry);
+    const char* const at = text_->behindWhite(colon + 1, entry);
+    return {*text_, at, entry, nested_};
 }
 
 }  // namespace Orvu

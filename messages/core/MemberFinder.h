@@ -24,10 +24,12 @@ private:
     static constexpr unsigned kKept = 32;
 
     /// The key of a member in the text.
-    struct Key {
+    struct Place {
         std::uint32_t at;     // its quote; 0 after the last one
         std::uint32_t entry;  // as in a value
-        std::uint32_t size;   // kOdd where its bytes must be decoded, or are many
+    };
+    struct Key : Place {
+        std::uint32_t size;  // kOdd where its bytes must be decoded, or are many
     };
     static constexpr std::uint32_t kOdd = ~0u;
     static constexpr std::uint32_t kUnmeasured = kOdd - 1;
@@ -52,7 +54,7 @@ private:
     std::bitset<256> passed_;  // the sums of those that were passed
     unsigned count_ = 0;       // how many of them are kept
     std::uint8_t sums_[kKept];
-    Key kept_[kKept];  // made without values: they would cost more than most objects do
+    Place kept_[kKept];  // made without values: they would cost more than most objects do
 };
 
 }  // namespace Orvu

@@ -12,6 +12,7 @@ char* writeText(Serializable& message, const Contract& contract)
         JsonWriter json(contract.style);
         return json.message(message, contract) ? json.take() : nullptr;
     } catch (...) {
+        passThreadEndOn();
         return nullptr;  // out of memory, or a child of an application's class that throws
     }
 }
@@ -29,6 +30,7 @@ unsigned char errorOf(Serializable& message, Reading read, JsonValue value)
     } catch (const std::out_of_range&) {
         throw;  // a number text beyond 32 bits: promised to pass
     } catch (...) {
+        passThreadEndOn();
         json.fail(Fault::Missing);  // out of memory, too many objects, or a child of an application's class that throws
     }
     return json.error();

@@ -6,6 +6,7 @@
 #include "messages/core/Contract.h"
 #include "messages/core/JsonReader.h"
 #include "messages/core/JsonWriter.h"
+#include "messages/core/ThreadEnd.h"
 
 namespace Orvu {
 
@@ -21,6 +22,7 @@ char* writeObject(PrintStyle style, Members members)
         json.object([&] { members(json); });
         return json.take();
     } catch (...) {
+        passThreadEndOn();
         return nullptr;  // out of memory, or a child of an application's class that throws
     }
 }

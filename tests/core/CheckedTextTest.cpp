@@ -244,10 +244,12 @@ TEST(ACheckedText, HasNoMoreContainersThanItsIndexMayHold)
     EXPECT_EQ(refusalOf(text), Refusal::TooLarge);
 }
 
-TEST(ACheckedText, HasAsManyLongTextsBesideThem)
+TEST(ACheckedText, HasAsManyLongTextsAndRunsOfWhiteSpaceBesideThem)
 {
     const std::string longText = "\"" + std::string(257, 'a') + "\"";
+    const std::string white(275, ' ');
     EXPECT_EQ(refusalOf("[" + times(20000, longText + ",{" + longText + ":[]},") + "1]"), Refusal::None);
+    EXPECT_EQ(refusalOf("[" + times(20000, white + longText + white + "," + white) + "1]"), Refusal::None);
 }
 
 /// White space, so many bytes, with a 7 in every megabyte. Two megabytes take memory.
@@ -324,6 +326,18 @@ TEST(WithoutMemory, ALargeTextIsRefusedButNotAsOneThatIsNotJson)
 {
     EXPECT_GT(refusals("[" + times(3000, "[],") + "1]"), 2);
     EXPECT_GT(refusals("[" + times(300, "\"" + std::string(300, 'a') + "\",") + "1]"), 0);
+}
+
+TEST(WithoutMemory, LongWhiteSpaceIsSteppedOver)
+{
+    const std::string text = "[" + times(30, std::string(300, ' ') + "1,") + "2]";
+    const int refusals = withMemoryRefused(
+        [&] {
+            const CheckedText checked(text.c_str());
+            return checked ? checked.value().items().size() : 0;
+        },
+        [](std::size_t items, bool) { EXPECT_EQ(items, 31u); });
+    EXPECT_GT(refusals, 0);
 }
 
 TEST(WithoutMemory, ARareNumberIsNotTakenForOneThatIsNotJson)

@@ -158,12 +158,29 @@ TEST(AText, GivesWhatNeedsNoDecodingInOneRunOfTheSource)
     EXPECT_TRUE(runs.next().empty());
 }
 
-TEST(AText, GivesItsRunsAndEscapesInTurn)
+TEST(AText, GivesLongRunsAsTheyAreAndEscapesWithWhatIsBetweenThem)
 {
-    const CheckedText text(R"("ab\ncd\u00e9\u0000ef")");
+    const CheckedText text(R"("a run of the source\ncd\u00e9\u0000ef")");
     TextRuns runs(text.value());
-    for (const char* expected : {"ab", "\n", "cd", "\u00e9", "", ""})
+    for (const char* expected : {"a run of the source", "\ncd\u00e9", "", ""})
         EXPECT_EQ(runs.next(), expected);
+}
+
+TEST(AText, GivesManyEscapesInSeveralRuns)
+{
+    std::string source;
+    std::string expected;
+    for (int i = 0; i < 100; ++i) {
+        source += "\\u00e9";
+        expected += "\u00e9";
+    }
+    source = "\"" + source + "\"";
+    const CheckedText text(source.c_str());
+    std::string gathered;
+    TextRuns runs(text.value());
+    for (std::string_view run = runs.next(); !run.empty(); run = runs.next())
+        gathered += run;
+    EXPECT_EQ(gathered, expected);
 }
 
 TEST(ANumber, IsTruncatedTowardsZero)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "core/RandomJson.h"
 #include "core/ReadingAsCJson.h"
@@ -227,6 +228,43 @@ TEST(ReadingInPlace, AgreesWithCJsonOnTextsCutAnywhere)
     }
 }
 
+/// So many bytes of white space, of every kind.
+std::string white(unsigned size)
+{
+    std::string white(size, ' ');
+    for (unsigned i = 0; i < size; ++i)
+        white[i] = static_cast<char>(' ' - i % 32);
+    return white;
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnWhiteSpaceOfAnyLengthInAnyPlace)
+{
+    const std::vector<std::string> parts = {"{", "\"a\"", ":", "[",           "1", ",", "\"b\"", ",",
+                                            "[", "]",     ",", "{",           "}", "]", ",",     "\"c\"",
+                                            ":", "2",     ",", "\"\\u0064\"", ":", "3", "}",     ""};
+    for (const unsigned size : {2u, 7u, 8u, 9u, 15u, 16u, 17u, 18u, 24u, 100u, 272u, 273u, 274u, 275u, 600u}) {
+        std::string everywhere;
+        for (std::size_t place = 0; place < parts.size(); ++place) {
+            std::string text;
+            for (std::size_t i = 0; i < parts.size(); ++i)
+                text += (i == place ? white(size) : "") + parts[i];
+            expectAsCJson(text);
+            everywhere += white(size) + parts[place];
+        }
+        expectAsCJson(everywhere);
+    }
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnAnyByteBehindWhiteSpace)
+{
+    for (unsigned size = 0; size < 40; ++size) {
+        for (int byte = 0; byte < 256; ++byte) {
+            const std::string text = "[" + white(size) + static_cast<char>(byte) + white(30) + "]";
+            if (!differenceFromCJson(text).empty()) ADD_FAILURE() << size << " " << byte;
+        }
+    }
+}
+
 TEST(ReadingInPlace, AgreesWithCJsonOnObjectsOfManyMembers)
 {
     for (const unsigned count : {31u, 32u, 33u, 64u, 100u, 300u}) {
@@ -235,6 +273,59 @@ TEST(ReadingInPlace, AgreesWithCJsonOnObjectsOfManyMembers)
             text += "\"" + std::to_string(i * 7 % 97) + "\":" + std::to_string(i) + ",";
         text.back() = '}';
         expectAsCJson(text);
+    }
+}
+
+/// Objects with the string as a text and as a key.
+void expectAsCJsonInAString(const std::string& string)
+{
+    expectAsCJson("{\"a\":\"" + string + "\",\"" + string + "\":1}");
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnAnyUnicodeEscape)
+{
+    static constexpr const char* kHex[] = {"0123456789abcdef", "0123456789ABCDEF"};
+    for (unsigned code = 0; code < 0x10000; ++code) {
+        const char* const hex = kHex[code & 1];
+        const std::string escape = {'\\',          'u', hex[code >> 12], hex[code >> 8 & 15], hex[code >> 4 & 15],
+                                    hex[code & 15]};
+        if (!differenceFromCJson("[\"\\u0041" + escape + "\",\"" + escape + "\"]").empty()) ADD_FAILURE() << escape;
+    }
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnAnyByteAmongFourHexadecimalDigits)
+{
+    for (std::size_t place = 2; place < 6; ++place) {
+        for (int byte = 1; byte < 256; ++byte) {
+            std::string escape = "\\u00E7";
+            escape[place] = static_cast<char>(byte);
+            if (!differenceFromCJson("[\"\\u00e7" + escape + "\\u00e7\",2]").empty())
+                ADD_FAILURE() << place << " " << byte;
+        }
+    }
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnEscapesInAnyOrderAndDistance)
+{
+    const std::vector<std::string> escapes = {"\\n",     "\\\"",    "\\\\",    "\\u00e7", "\\u0041",        "\\u20AC",
+                                              "\\u20ad", "\\uFFFF", "\\u0000", "\\u00g1", "\\ud83D\\uDe00", "\\uD83D"};
+    for (const std::string& first : escapes) {
+        for (const std::string& second : escapes) {
+            for (const std::size_t distance : {0, 1, 3, 15, 16, 17, 60, 63, 64, 65, 130, 300})
+                expectAsCJsonInAString(first + std::string(distance, 'b') + second + "c");
+        }
+    }
+}
+
+TEST(ReadingInPlace, AgreesWithCJsonOnManyEscapes)
+{
+    for (const char* escape : {"\\n", "\\u00e7", "\\u20AC", "\\u20ac\\u00e7", "\\ud83d\\ude00", "a\\u00e7", "\\\"ab"}) {
+        std::string string;
+        for (int count = 1; count < 80; ++count) {
+            string += escape;
+            for (const char* last : {"", "\\t", "\\u00e7", "\\u0000\\n", "\\uD83D\\uDE00"})
+                expectAsCJsonInAString(string + last);
+        }
     }
 }
 

@@ -16,6 +16,7 @@
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/PairingScreens.h"
 #include "orvu/Results.h"
+#include "orvu/Services.h"
 #include "support/Observed.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
@@ -294,6 +295,27 @@ TEST(ACallback, MayEndItsThread)
         EXPECT_TRUE(OrvuRestInterface::destroyInstance(0));
     }
     EXPECT_EQ(openDescriptors(), descriptors);
+}
+
+/// A service whose writing ends the thread that does it.
+class LastService : public Service {
+public:
+    char* serialize() override { pthread_exit(nullptr); }
+};
+
+TEST(ACallback, MayEndItsThreadWhileItsAnswerIsWritten)
+{
+    const Receiver receiver([](OrvuRestRequest* received) {
+        const std::unique_ptr<OrvuRestRequest> request(received);
+        ServiceList answer;
+        answer.services.push_back(new LastService);
+        request->sendResponse(&answer);
+    });
+    RawPeer peer = receiver.connect();
+    peer.send(frameOf(kRequest));
+    EXPECT_EQ(peer.readToEnd(), "");
+    EXPECT_TRUE(eventually([] { return workers() == 0; }));
+    EXPECT_TRUE(OrvuRestInterface::destroyInstance(0));
 }
 
 TEST(ACallback, MayBeCancelled)
