@@ -96,6 +96,7 @@ bool Acceptor::start()
         log("start: ERROR listening on server socket!");
         return false;
     }
+    connections_.begin(listener_);
     running_ = true;
     if (thread_.start(makeTask("orvu-accept", [this] { accept(); }))) return true;
     running_ = false;
@@ -136,8 +137,11 @@ void Acceptor::accept()
     logLine("%s", kind_.begins);
     while (running_) {
         if (kind_.waits) logLine("%s", kind_.waits);
+        connections_.waitUntilNeeded();
+        if (!running_) break;
         Socket connection = Socket::acceptedFrom(listener_);
         const int reason = errno;
+        if (!connection && reason == EAGAIN) continue;  // the listener's time-out, where it has one
         if (kind_.accepted) logLine(kind_.accepted, connection.fd());
         if (connection) {
             connections_.take(std::move(connection));

@@ -12,6 +12,10 @@ namespace Orvu {
 /// What a server does with its connections.
 class Connections {
 public:
+    /// Called by each start, before anybody accepts on `listener`.
+    virtual void begin(const Socket& listener) { static_cast<void>(listener); }
+    /// Called on the accept thread before it accepts: returns when it is needed, at the latest after drop().
+    virtual void waitUntilNeeded() {}
     /// Takes a connection that was accepted. On the accept thread, which waits meanwhile.
     virtual void take(Socket connection) = 0;
     /// Ends them all, and whatever waits on one of them. Called twice by each stop: before the accept thread has ended,

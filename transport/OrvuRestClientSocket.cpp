@@ -85,9 +85,12 @@ bool connectTo(int fd, const in_addr& host, int port, int timeoutSeconds)
 /// The text of the answer; none when it does not come whole.
 std::optional<FrameText> readResponse(int fd, int timeoutSeconds)
 {
-    SocketSource source(fd, Seconds(timeoutSeconds));
+    const Seconds patience(timeoutSeconds);
+    SocketSource source(fd, patience);
     FrameReader frame(source);
-    const std::optional<std::uint32_t> length = frame.readLength();
+    // Asking for an answer before it can be there would be in vain.
+    const bool hasCome = waitFor(fd, POLLIN, endOf(patience));
+    const std::optional<std::uint32_t> length = hasCome ? frame.readLength() : std::nullopt;
     if (!length) {
         logLine("OrvuRestClientSocket::send: Cannot get buffer size!");
         return std::nullopt;

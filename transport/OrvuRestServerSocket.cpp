@@ -4,6 +4,7 @@
 
 #include "log/Log.h"
 #include "transport/InFlight.h"
+#include "transport/RequestReceiver.h"
 
 namespace Orvu {
 namespace {
@@ -16,7 +17,7 @@ constexpr Acceptor::Kind kKind{
     nullptr,
     "OrvuRestServerSocket::serverThread -- init",
     nullptr,
-    "OrvuRestServerSocket::serverThread: clientSockfd: %d",
+    kAcceptedLine,
     "OrvuRestServerSocket::serverThread: Server loop end!",
     "OrvuRestServerSocket::serverThread -- end",
 };
@@ -34,18 +35,17 @@ std::shared_ptr<OrvuRestServerSocket>& instance()
 /// The connections whose request is being received, and the workers who do it.
 class OrvuRestServerSocket::Requests : public Connections {
 public:
-    Requests() : inFlight_(std::make_shared<InFlight>()), workers_(std::make_shared<Workers>()) {}
+    Requests() : inFlight_(std::make_shared<InFlight>()), workers_(std::make_shared<Workers>(inFlight_)) {}
 
-    void begin(const sigset_t& signals) { workers_->open(signals); }
+    void begin(const Socket& listener) override { workers_->open(listener, signalsOfThisThread()); }
+    void waitUntilNeeded() override { workers_->waitUntilNoneIdles(); }
 
     void take(Socket socket) override
     {
         try {
-            Connection connection(std::move(socket), inFlight_, inFlight_->wakes());
-            if (!connection) return;  // the server is being destroyed
-            if (workers_->serve(std::move(connection))) return;
+            if (workers_->serve(std::move(socket))) return;
         } catch (const std::bad_alloc&) {
-            // no memory for a connection is no worker
+            // no memory for a worker is no worker
         }
         logLine("OrvuRestServerSocket::serverThread: ERROR Fail to start worker thread!");
     }
@@ -111,7 +111,6 @@ bool OrvuRestServerSocket::configure(int port)
 
 bool OrvuRestServerSocket::start()
 {
-    requests_->begin(signalsOfThisThread());
     return acceptor_.start();
 }
 

@@ -7,6 +7,9 @@
 
 namespace Orvu {
 
+/// What is logged of each connection that is accepted, with its descriptor.
+constexpr char kAcceptedLine[] = "OrvuRestServerSocket::serverThread: clientSockfd: %d";
+
 /// Receives the request of one connection, and answers what cannot be handed to the application. Null when there is
 /// nothing to hand over; what is then left of the connection stays the caller's.
 ///

@@ -1,10 +1,10 @@
 #include "transport/Workers.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <new>
 #include <optional>
 #include <pthread.h>
+#include <sys/socket.h>
 
 #include "log/Log.h"
 #include "transport/RequestCallback.h"
@@ -15,7 +15,7 @@ namespace Orvu {
 namespace {
 
 constexpr std::size_t kMostIdle = 8;
-constexpr Seconds kIdleTime{10};
+constexpr timeval kIdleTime{10, 0};
 constexpr char kName[] = "orvu-worker";
 
 }  // namespace
@@ -49,7 +49,6 @@ private:
     bool isInCallback_ = false;
 
     // While it idles, under the mutex of the workers:
-    std::condition_variable called_;
     pthread_t thread_{};
     bool isJoined_ = false;
 };
@@ -116,14 +115,16 @@ void Workers::Worker::endCallback()
     RunningCallbacks::end();
 }
 
-Workers::Workers()
+Workers::Workers(std::shared_ptr<InFlight> inFlight) : inFlight_(std::move(inFlight))
 {
     idle_.reserve(kMostIdle);
 }
 
-void Workers::open(const sigset_t& signals)
+void Workers::open(const Socket& listener, const sigset_t& signals)
 {
+    setsockopt(listener.fd(), SOL_SOCKET, SO_RCVTIMEO, &kIdleTime, sizeof kIdleTime);
     const std::lock_guard<std::mutex> lock(mutex_);
+    listener_ = &listener;
     signals_ = signals;
     isOpen_ = true;
 }
@@ -134,43 +135,67 @@ sigset_t Workers::signals()
     return signals_;
 }
 
-bool Workers::serve(Connection connection)
+/// Without a socket when the server is being destroyed. Throws std::bad_alloc.
+Connection Workers::connectionOf(Socket accepted)
 {
-    if (handOver(connection)) return true;
-    try {
-        auto worker = std::make_unique<Worker>(shared_from_this(), std::move(connection));
-        pthread_t thread;
-        if (createThread(thread, Worker::run, worker.get()) != 0) return false;
-        static_cast<void>(worker.release());  // the thread's
-        return true;
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
+    return {std::move(accepted), inFlight_, inFlight_->wakes()};
 }
 
-/// False when no worker idles.
-bool Workers::handOver(Connection& connection)
+bool Workers::serve(Socket accepted)
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (idle_.empty()) return false;
-    Worker& worker = *idle_.back();  // the one whose memory the processor still knows best
-    idle_.pop_back();
-    worker.connection_ = std::move(connection);
-    worker.called_.notify_one();  // under the mutex: without it, the worker might have come to its end by now
+    Connection connection = connectionOf(std::move(accepted));
+    if (!connection) return true;
+    auto worker = std::make_unique<Worker>(shared_from_this(), std::move(connection));
+    pthread_t thread;
+    if (createThread(thread, Worker::run, worker.get()) != 0) return false;
+    static_cast<void>(worker.release());  // the thread's
     return true;
 }
 
-/// Waits for a connection. False when the thread is to end instead.
+/// Accepts the next connection. False when the thread is to end instead: after ten seconds without one, once closed, and
+/// when accepting failed, which is then the accept thread's to deal with.
 bool Workers::idle(Worker& worker)
 {
-    std::unique_lock<std::mutex> lock(mutex_);
-    if (!isOpen_ || idle_.size() == kMostIdle) return false;
+    const Socket* const listener = beginIdling(worker);
+    if (!listener) return false;
+    Socket accepted = Socket::acceptedFrom(*listener);
+    endIdling(worker);
+    if (!accepted) return false;
+    logLine(kAcceptedLine, accepted.fd());
+    try {
+        if (!worker.isJoined_) {
+            worker.connection_ = connectionOf(std::move(accepted));
+            return static_cast<bool>(worker.connection_);
+        }
+        if (serve(std::move(accepted))) return false;  // whoever closes waits for this thread, not for a callback
+    } catch (const std::bad_alloc&) {
+        // no memory for a connection is no worker
+    }
+    logLine("OrvuRestServerSocket::serverThread: ERROR Fail to start worker thread!");
+    return false;
+}
+
+/// The socket to accept on; null when the worker is not to idle.
+const Socket* Workers::beginIdling(Worker& worker)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!isOpen_ || idle_.size() == kMostIdle) return nullptr;
     worker.thread_ = pthread_self();
     idle_.push_back(&worker);
-    const bool wasCalled = worker.called_.wait_until(
-        lock, after(kIdleTime), [&worker] { return worker.connection_ || worker.isJoined_; });
-    if (!wasCalled) idle_.erase(std::find(idle_.begin(), idle_.end(), &worker));
-    return wasCalled && !worker.isJoined_;
+    return listener_;
+}
+
+void Workers::endIdling(Worker& worker)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    idle_.erase(std::remove(idle_.begin(), idle_.end(), &worker), idle_.end());
+    if (idle_.empty()) fewerIdle_.notify_all();
+}
+
+void Workers::waitUntilNoneIdles()
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    fewerIdle_.wait(lock, [this] { return idle_.empty() || !isOpen_; });
 }
 
 void Workers::close()
@@ -182,10 +207,9 @@ void Workers::close()
         isOpen_ = false;
         for (Worker* const worker : idle_) {
             worker->isJoined_ = true;
-            worker->called_.notify_one();
             ending[count++] = worker->thread_;
         }
-        idle_.clear();
+        fewerIdle_.notify_all();
     }
     for (std::size_t i = 0; i < count; ++i)
         pthread_join(ending[i], nullptr);

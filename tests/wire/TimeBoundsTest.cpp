@@ -13,6 +13,7 @@
 #include "orvu/PairingScreens.h"
 #include "orvu/Results.h"
 #include "orvu/Services.h"
+#include "support/Observed.h"
 #include "wire/ClientFixture.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
@@ -28,8 +29,6 @@ using testing::Optional;
 // These tests wait for the library's own time-outs. What takes the same time runs at the same time, so that few tests wait.
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 /// How long `action` takes.
 milliseconds timeOf(const std::function<void()>& action)
@@ -56,6 +55,14 @@ public:
 private:
     std::vector<std::thread> threads_;
 };
+
+TEST(AnIdleWorker, EndsAfterTenSeconds)
+{
+    const Receiver receiver;
+    EXPECT_THAT(receiver.ask(R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})"), Optional(kSuccess));
+    const milliseconds idle = timeOf([] { EXPECT_TRUE(eventually([] { return threadsNamed("self", "orvu-worker").empty(); })); });
+    EXPECT_THAT(idle, AllOf(Ge(milliseconds(9900)), Lt(milliseconds(15000))));
+}
 
 TEST(AServer, WaitsFiveSecondsForTheNextByte)
 {
