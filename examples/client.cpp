@@ -1,11 +1,16 @@
 /// \file
-/// A small client: it prints a receiver's services, selects one of them, and meets an error.
+/// A small client: it prints a receiver's services, selects one of them, and meets an error. Ctrl-C stops it at any time.
 ///
 ///     client PORT [HOST]
 ///
 /// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
 
+#include <atomic>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
+#include <functional>
+#include <future>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -19,6 +24,9 @@ using Orvu::Serializable;
 
 /// Every exchange gives a message that is ours to delete.
 using Answer = std::unique_ptr<Serializable>;
+
+/// Set once Ctrl-C or SIGTERM came. It is tested before each request.
+std::atomic<bool> isStopping{false};
 
 /// What an error is called, such as "serviceNotFound". Failures of the connection arrive as such messages too.
 std::string nameOf(const Answer& answer)
@@ -70,19 +78,45 @@ void askToPair(OrvuRestInterface& orvu, const std::string& device)
     std::cout << "pairing with " << device << ": " << (screen && screen->confirmed ? "agreed" : "not agreed") << "\n";
 }
 
-int useReceiver(OrvuRestInterface& orvu)
+void printTime(OrvuRestInterface& orvu)
 {
+    const Answer time(orvu.sendRequest(Orvu::DataTypeServiceTime));
+    std::cout << "the time: " << nameOf(time) << "\n";
+}
+
+int useReceiver(OrvuRestInterface& orvu, const char* host, int port)
+{
+    if (!orvu.configureClient(host, port)) {
+        std::cerr << "client: nobody answers on port " << port << "\n";
+        return 3;
+    }
     const std::unique_ptr<Orvu::ServiceList> list = askForServices(orvu);
     if (!list || list->services.empty()) return 1;
     printServices(*list);
-    printCurrentService(orvu);
-    select(orvu, list->services.back()->serviceContextId);
-    printCurrentService(orvu);
-    select(orvu, "9.9.09");  // no such service: the answer is an error, by its type
-    askToPair(orvu, "Celular da Ana");
-    const Answer time(orvu.sendRequest(Orvu::DataTypeServiceTime));  // nothing that this receiver knows
-    std::cout << "the time: " << nameOf(time) << "\n";
+    const std::function<void()> steps[] = {
+        [&] { printCurrentService(orvu); },
+        [&] { select(orvu, list->services.back()->serviceContextId); },
+        [&] { printCurrentService(orvu); },
+        [&] { select(orvu, "9.9.09"); },  // no such service: the answer is an error, by its type
+        [&] { askToPair(orvu, "Celular da Ana"); },
+        [&] { printTime(orvu); },  // nothing that this receiver knows
+    };
+    for (const auto& step : steps)
+        if (!isStopping) step();
     return 0;
+}
+
+/// Waits for the thread that asks. A signal stops it: the exchange that it is in ends at once, with an error as its answer.
+int resultOf(std::future<int> asking, OrvuRestInterface& orvu, const sigset_t& signals)
+{
+    const timespec now{};
+    while (asking.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready) {
+        if (sigtimedwait(&signals, nullptr, &now) > 0) isStopping = true;
+        if (isStopping) orvu.cancelRequests();  // again and again: a request may just begin
+    }
+    if (!isStopping) return asking.get();
+    std::cerr << "client: stopped\n";
+    return 1;
 }
 
 }  // namespace
@@ -94,12 +128,16 @@ int main(int argc, char** argv)
         std::cerr << "usage: client PORT [HOST]\n";
         return 64;
     }
-    OrvuRestInterface* orvu = OrvuRestInterface::getInstance();
-    int result = 3;
-    if (orvu->configureClient(argc == 3 ? argv[2] : "127.0.0.1", port))
-        result = useReceiver(*orvu);
-    else
-        std::cerr << "client: nobody answers on port " << port << "\n";
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // before any other thread is started
+
+    OrvuRestInterface& orvu = *OrvuRestInterface::getInstance();
+    const char* const host = argc == 3 ? argv[2] : "127.0.0.1";
+    std::future<int> asking = std::async(std::launch::async, [&] { return useReceiver(orvu, host, port); });
+    const int result = resultOf(std::move(asking), orvu, signals);
     OrvuRestInterface::destroyInstance();
     return result;
 }

@@ -127,8 +127,8 @@ Answer answerTo(const Serializable& request, Orvu::DataType type)
     }
 }
 
-/// The library calls this for every request, on a thread of the request's own. From here on the request is ours: it is
-/// answered once and deleted.
+/// The library calls this for every request, on threads of its own, several at once. From here on the request is ours: it
+/// is answered once and deleted.
 void* onRequest(OrvuRestRequest* received)
 {
     const std::unique_ptr<OrvuRestRequest> request(received);
@@ -145,6 +145,16 @@ void waitForTheEnd(const sigset_t& signals)
     sigwait(&signals, &signal);
 }
 
+/// Ends listening and waits for the answers that are on their way.
+int end(OrvuRestInterface& orvu)
+{
+    orvu.stopListenRequests();
+    const bool allEnded = OrvuRestInterface::destroyInstance(2000);
+    std::cout << "ended" << std::endl;
+    if (!allEnded) std::_Exit(1);  // a callback still runs: nothing that it uses is destroyed
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -158,7 +168,7 @@ int main(int argc, char** argv)
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // before any other thread is started
 
     OrvuRestInterface* orvu = OrvuRestInterface::getInstance();
     orvu->registerRequestCallback(onRequest);
@@ -168,6 +178,5 @@ int main(int argc, char** argv)
     }
     std::cout << "listening on port " << port << std::endl;
     waitForTheEnd(signals);
-    OrvuRestInterface::destroyInstance();  // stops listening, and ends every thread of the library
-    std::cout << "ended" << std::endl;
+    return end(*orvu);
 }

@@ -1,8 +1,10 @@
 #include <csignal>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
+#include "support/RawPeer.h"
 #include "tools/Tool.h"
 
 namespace OrvuTests {
@@ -89,8 +91,62 @@ TEST(TheExampleClient, TalksToAReceiverOfAnswersToo)
     EXPECT_EQ(ended.err, "client: no list, but resourceNotFound\n");
 }
 
+TEST(TheExampleReceiver, EndsWithConnectionsOpenThatNeverAsk)
+{
+    const PortLease lease;
+    Process receiver(command(ORVU_EXAMPLE_RECEIVER, {std::to_string(lease.port())}), withoutLog());
+    ASSERT_TRUE(receiver.waitForOutput("listening"));
+    const RawPeer silent = RawPeer::connectedTo(lease.port());
+    receiver.signal(SIGTERM);
+    EXPECT_EQ(receiver.wait().code, 0);
+}
+
+TEST(TheExampleClient, EndsAtASignalThoughNobodyAnswers)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        RawListener silent;
+        Process client(command(ORVU_EXAMPLE_CLIENT, {std::to_string(silent.port())}), withoutLog());
+        silent.accept().close();  // the test whether it can be reached
+        RawPeer question = silent.accept();
+        question.receive(4);
+        client.signal(signal);
+        const Ended ended = client.wait();
+        EXPECT_EQ(ended.code, 1);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(ended.err, "client: no list, but emptyData\nclient: stopped\n");
+    }
+}
+
+TEST(TheExamplePublisher, PushesToWhoeverConnects)
+{
+    Process publisher(command(ORVU_EXAMPLE_PUBLISHER, {"tcp"}), withoutLog());
+    ASSERT_TRUE(publisher.waitForOutput("\n"));
+    const std::string line = publisher.out();
+    ASSERT_THAT(line, testing::MatchesRegex("tcp server on [0-9.]+:[0-9]+\n"));
+    RawPeer listener = RawPeer::connectedTo(std::stoi(line.substr(line.find(':') + 1)));
+    const std::string beginning = "{\n\t\"HEADER\":\t\"currentService\"";
+    EXPECT_EQ(listener.receive(beginning.size()), beginning);
+    publisher.signal(SIGTERM);
+    const Ended ended = publisher.wait();
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.out, line + "ended\n");
+}
+
+TEST(TheExamplePublisher, SaysWhenNoServerCanBeHad)
+{
+    const RawListener other;
+    const std::string port = std::to_string(other.port());
+    for (const std::string protocol : {"tcp", "websocket", "udp"}) {
+        const Ended ended = run(command(ORVU_EXAMPLE_PUBLISHER, {protocol, port, port}), withoutLog());
+        EXPECT_EQ(ended.code, 1);
+        EXPECT_EQ(ended.err, "publisher: no server can be had\n");
+    }
+}
+
 TEST(TheExamplePrograms, SayHowTheyAreUsed)
 {
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_PUBLISHER, {})).err, "usage: publisher tcp|websocket [MIN-PORT MAX-PORT]\n");
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_PUBLISHER, {"tcp", "9000"})).code, 64);
     EXPECT_EQ(run(command(ORVU_EXAMPLE_RECEIVER, {})).err, "usage: receiver PORT\n");
     EXPECT_EQ(run(command(ORVU_EXAMPLE_RECEIVER, {"web"})).code, 64);
     EXPECT_EQ(run(command(ORVU_EXAMPLE_CLIENT, {})).err, "usage: client PORT [HOST]\n");

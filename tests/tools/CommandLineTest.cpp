@@ -53,29 +53,53 @@ TEST_P(WrongArguments, AreRefused)
 using Words = std::vector<std::string>;
 INSTANTIATE_TEST_SUITE_P(
     TheTool, WrongArguments,
-    testing::Values(
-        Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "more"}, Words{"types", "check", "-"},
-        Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"},
-        Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
-        Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
-        Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"}, Words{"check"},
-        Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"}, Words{"serve", "0", "--answers", "/"},
-        Words{"serve", "65536", "--answers", "/"}, Words{"serve", "web", "--answers", "/"},
-        Words{"serve", "9000", "--answers"}, Words{"push"}, Words{"push", "tcp"}, Words{"push", "--ports", "9000-9010"},
-        Words{"push", "udp", "--ports", "9000-9010"}, Words{"push", "TCP", "--ports", "9000-9010"},
-        Words{"push", "tcp", "--ports"}, Words{"push", "tcp", "--ports", "9000"},
-        Words{"push", "tcp", "--ports", "9010-9000"}, Words{"push", "tcp", "--ports", "0-9000"},
-        Words{"push", "tcp", "--ports", "9000-65536"}, Words{"push", "tcp", "--ports", "9000-"},
-        Words{"push", "tcp", "--ports", "-9000"}, Words{"push", "tcp", "--ports", "a-b"},
-        Words{"push", "tcp", "--ports", "9000-9010-9020"}, Words{"push", "tcp", "--ports", " 9000-9010"},
-        Words{"push", "tcp", "--ports", "9000-9010", "--file"}, Words{"push", "tcp", "--ports", "9000-9010", "--every"},
-        Words{"push", "tcp", "--ports", "9000-9010", "--every", "0"},
-        Words{"push", "tcp", "--ports", "9000-9010", "--every", "-1"},
-        Words{"push", "tcp", "--ports", "9000-9010", "--every", "1.5"},
-        Words{"push", "tcp", "--ports", "9000-9010", "--every", "86400001"},
-        Words{"push", "tcp", "--ports", "9000-9010", "more"}, Words{"watch"}, Words{"watch", "localhost"},
-        Words{"watch", "localhost", "0"}, Words{"watch", "localhost", "65536"}, Words{"watch", "localhost", "web"},
-        Words{"watch", "localhost", "9000", "more"}, Words{"watch", "localhost", "9000", "--every", "1"}));
+    testing::Values(Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "more"}, Words{"types", "check", "-"},
+                    Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"},
+                    Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
+                    Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
+                    Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"},
+                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"},
+                    Words{"serve", "-1", "--answers", "/"}, Words{"serve", "65536", "--answers", "/"},
+                    Words{"serve", "web", "--answers", "/"}, Words{"serve", "9000", "--answers"},
+                    Words{"serve", "9000", "--answers", "/", "--listen"}, Words{"push"}, Words{"push", "tcp"},
+                    Words{"push", "--ports", "9000-9010"}, Words{"push", "udp", "--ports", "9000-9010"},
+                    Words{"push", "TCP", "--ports", "9000-9010"}, Words{"push", "tcp", "--ports"},
+                    Words{"push", "tcp", "--ports", "9000"}, Words{"push", "tcp", "--ports", "9010-9000"},
+                    Words{"push", "tcp", "--ports", "0-9000"}, Words{"push", "tcp", "--ports", "9000-65536"},
+                    Words{"push", "tcp", "--ports", "9000-"}, Words{"push", "tcp", "--ports", "-9000"},
+                    Words{"push", "tcp", "--ports", "a-b"}, Words{"push", "tcp", "--ports", "9000-9010-9020"},
+                    Words{"push", "tcp", "--ports", " 9000-9010"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--file"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--every"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--every", "0"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--every", "-1"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--every", "1.5"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--every", "86400001"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "--listen"},
+                    Words{"push", "tcp", "--ports", "9000-9010", "more"}, Words{"watch"}, Words{"watch", "localhost"},
+                    Words{"watch", "localhost", "0"}, Words{"watch", "localhost", "65536"},
+                    Words{"watch", "localhost", "web"}, Words{"watch", "localhost", "9000", "more"},
+                    Words{"watch", "localhost", "9000", "--every", "1"}));
+
+class WhatIsNoAddress : public testing::TestWithParam<const char*> {};
+
+TEST_P(WhatIsNoAddress, IsRefusedAsTheOneToListenOn)
+{
+    for (const Words& words :
+         {Words{"serve", "9000", "--answers", "/"}, Words{"push", "tcp", "--ports", "9000-9010"}}) {
+        Words listening = words;
+        listening.insert(listening.end(), {"--listen", GetParam()});
+        const Ended ended = run(orvu(listening));
+        EXPECT_EQ(ended.code, 64);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(ended.err, std::string("orvu: --listen: ") + GetParam() +
+                                 " is no IPv4 address, such as 127.0.0.1\n"
+                                 "Run with --help for more information.\n");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(TheTool, WhatIsNoAddress,
+                         testing::Values("", "localhost", "1.2.3", "256.0.0.1", " 127.0.0.1", "127.0.0.1:9000", "::1"));
 
 TEST(TheTool, EndsQuietlyWhenNobodyReadsItsOutput)
 {

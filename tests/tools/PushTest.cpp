@@ -111,6 +111,38 @@ TEST_P(EachProtocol, TakesTheFirstPortThatCanBeHad)
     EXPECT_THAT(ended.out, HasSubstr(":" + std::to_string(taken + 1) + ", handle "));
 }
 
+TEST_P(EachProtocol, SaysWhenTheAddressIsNotThisDevices)
+{
+    const Ended ended = run(orvu({"push", GetParam(), "--ports", "9000-9010", "--listen", "192.0.2.1"}));
+    EXPECT_EQ(ended.code, 69);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "orvu: no port of 9000-9010 can be had on 192.0.2.1\n");
+}
+
+TEST_P(EachProtocol, ListensOnOneAddressAloneWhenAsked)
+{
+    Publisher publisher(GetParam(), {"--listen", "127.0.0.2"});
+    EXPECT_THAT(publisher.process().out(),
+                StartsWith(publisher.protocol() + " server on 127.0.0.2:" + publisher.portText() + ", handle "));
+    EXPECT_LT(connectedTo(publisher.port()), 0);
+}
+
+TEST_P(EachProtocol, TellsThePortThatTheSystemChose)
+{
+    Pipe input;
+    Process publisher({"/bin/sh", "-c",
+                       "exec " + orvuInShell("push " + std::string(GetParam()) + " --ports 0-0 --listen 127.0.0.1 <'" +
+                                             input.path() + "'")});
+    ASSERT_TRUE(publisher.waitForOutput("handle"));
+    const std::string beginning = std::string(GetParam()) + " server on 127.0.0.1:";
+    ASSERT_THAT(publisher.out(), StartsWith(beginning));
+    const int client = connectedTo(std::stoi(publisher.out().substr(beginning.size())));
+    EXPECT_GE(client, 0);
+    close(client);
+    input.close();
+    EXPECT_EQ(publisher.wait().code, 0);
+}
+
 class AnEndingSignalForAPublisher : public testing::TestWithParam<int> {};
 
 TEST_P(AnEndingSignalForAPublisher, EndsItCleanly)

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <future>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "support/RawPeer.h"
 #include "tools/Tool.h"
 
 namespace OrvuTests {
@@ -212,6 +214,21 @@ TEST(TheReceiver, EndsWithAConnectionOpenThatNeverAsks)
     close(silent);
 }
 
+TEST(TheReceiver, DoesNotWaitForAPeerThatDoesNotTakeItsAnswer)
+{
+    const std::string part(8000000, 'x');
+    const std::string name = part + part + part + part;  // more than the system keeps for a peer
+    const std::string text = R"({"HEADER":"currentService","serviceName":")" + name + R"("})";
+    Receiver receiver;
+    receiver.answers().write("currentService.json", text);
+    RawPeer silent = RawPeer::connectedTo(receiver.port());
+    silent.send(askedFor("currentService"));
+    silent.receive(1);  // the answer is on its way
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(receiver.end().code, 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));  // it gives up at 5 s otherwise
+}
+
 TEST(TheReceiver, SaysWhenThePortCannotBeHad)
 {
     Receiver first;
@@ -219,6 +236,38 @@ TEST(TheReceiver, SaysWhenThePortCannotBeHad)
     EXPECT_EQ(second.code, 69);
     EXPECT_EQ(second.out, "");
     EXPECT_EQ(second.err, "orvu: port " + first.portText() + " cannot be had\n");
+}
+
+TEST(TheReceiver, SaysWhenTheAddressIsNotThisDevices)
+{
+    const Folder folder;
+    const Ended ended = run(orvu({"serve", "9000", "--answers", folder.path(), "--listen", "192.0.2.1"}));
+    EXPECT_EQ(ended.code, 69);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "orvu: port 9000 cannot be had on 192.0.2.1\n");
+}
+
+TEST(TheReceiver, ListensOnOneAddressAloneWhenAsked)
+{
+    Receiver receiver({"--listen", "127.0.0.2"});
+    EXPECT_EQ(receiver.process().out(), "listening on port " + receiver.portText() + " of 127.0.0.2, answers from " +
+                                            receiver.answers().path() + "\n");
+    EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), "(nobody listens)");
+    EXPECT_EQ(run(orvu({"ask", "currentService", "--host", "127.0.0.2", "--port", receiver.portText(), "--raw"})).out,
+              headerOnly("resourceNotFound"));
+}
+
+TEST(TheReceiver, SaysWhichPortTheSystemChose)
+{
+    const Folder folder;
+    Process process(orvu({"serve", "0", "--answers", folder.path()}));
+    ASSERT_TRUE(process.waitForOutput("\n"));
+    const std::string beginning = "listening on port ";
+    ASSERT_THAT(process.out(), testing::StartsWith(beginning));
+    const int port = std::stoi(process.out().substr(beginning.size()));
+    EXPECT_EQ(rawExchange(port, askedFor("currentService")), frame(headerOnly("resourceNotFound")));
+    process.signal(SIGTERM);
+    EXPECT_EQ(process.wait().code, 0);
 }
 
 TEST(TheReceiver, SaysWhenTheFolderCannotBeRead)

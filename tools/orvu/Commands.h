@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <arpa/inet.h>
 #include <functional>
 #include <string>
 
@@ -35,6 +36,27 @@ inline void addLogOption(CLI::App& app, Chosen& chosen)
 inline CLI::Validator isPort()
 {
     return CLI::Range(1, 65535).description("");
+}
+
+/// Why `text` is no dotted IPv4 address; empty when it is one.
+inline std::string faultOfAddress(const std::string& text)
+{
+    in_addr address;
+    return inet_pton(AF_INET, text.c_str(), &address) == 1 ? "" : text + " is no IPv4 address, such as 127.0.0.1";
+}
+
+/// For the commands that listen. `address` stays empty without the option.
+inline void addListenOption(CLI::App& app, std::string& address)
+{
+    app.add_option("--listen", address, "The address of this device to listen on (default: every interface)")
+        ->type_name("ADDRESS")
+        ->check(CLI::Validator(faultOfAddress, ""));
+}
+
+/// What an error says after "can be had" or "cannot be had".
+inline std::string onAddress(const std::string& address)
+{
+    return address.empty() ? "" : " on " + address;
 }
 
 }  // namespace OrvuTool

@@ -26,6 +26,7 @@ constexpr int kLongestPause = 24 * 60 * 60 * 1000;  // milliseconds
 struct PushOptions {
     std::string protocol;
     std::string ports;
+    std::string address;  // empty for every interface
     std::string file = "-";
     int every = 0;  // milliseconds; 0 without repetition
 
@@ -42,7 +43,7 @@ std::optional<int> portIn(const std::string& text)
     int port = 0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, port);
-    if (error != std::errc() || rest != end || port < 1 || port > 65535) return std::nullopt;
+    if (error != std::errc() || rest != end || port < 0 || port > 65535) return std::nullopt;
     return port;
 }
 
@@ -53,6 +54,7 @@ std::optional<PortRange> rangeIn(const std::string& text)
     const std::optional<int> first = portIn(text.substr(0, hyphen));
     const std::optional<int> last = portIn(text.substr(hyphen + 1));
     if (!first || !last || *first > *last) return std::nullopt;
+    if (*first == 0 && *last != 0) return std::nullopt;  // no other one would ever be tried
     return PortRange{*first, *last};
 }
 
@@ -108,10 +110,11 @@ std::unique_ptr<SocketServerInfo> opened(const PushOptions& options)
 {
     const PortRange ports = *rangeIn(options.ports);
     OrvuRestInterface& library = *OrvuRestInterface::getInstance();
+    library.setListenAddress(options.address);
     library.setSocketsPortsRange(ports.first, ports.last);
     std::unique_ptr<SocketServerInfo> server(library.createServer(options.protocol));
     if (server && server->error == 0) return server;
-    complain("no port of " + options.ports + " can be had");
+    complain("no port of " + options.ports + " can be had" + onAddress(options.address));
     return nullptr;
 }
 
@@ -161,10 +164,13 @@ void addPush(CLI::App& app, Chosen& chosen)
         ->required()
         ->type_name("")
         ->check(CLI::IsMember({"tcp", "websocket"}).description(""));
-    command->add_option("--ports", options->ports, "The server gets the first port of these that can be had")
+    command
+        ->add_option("--ports", options->ports,
+                     "The server gets the first of these that can be had; 0-0 is one of the system's choice")
         ->required()
         ->type_name("MIN-MAX")
         ->check(CLI::Validator(faultOfRange, ""));
+    addListenOption(*command, options->address);
     command->add_option("--file", options->file, "Where the lines come from, instead of standard input")
         ->type_name("FILE");
     command->add_option("--every", options->every, "Read all lines first; push one each MS milliseconds, over and over")
@@ -178,7 +184,7 @@ void addPush(CLI::App& app, Chosen& chosen)
         "  0   all lines were pushed, or Ctrl-C, SIGTERM or SIGHUP came\n"
         "  64  wrong arguments\n"
         "  66  FILE cannot be read, has a line above 64 MiB, or with --every holds no line\n"
-        "  69  no port of the range can be had\n"
+        "  69  no port of the range can be had, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (lines were pushed all the same)");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return push(*options, output); }; });

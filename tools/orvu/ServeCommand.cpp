@@ -21,9 +21,12 @@ using Orvu::OrvuRestRequest;
 using Orvu::Serializable;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
+constexpr int kLastAnswersMilliseconds = 1000;
+
 struct ServeOptions {
     int port = 0;
     std::string folder;
+    std::string address;  // empty for every interface
 };
 
 struct Receiver {
@@ -79,13 +82,15 @@ int serve(const ServeOptions& options, Output& output)
     Ending ending;
     OrvuRestInterface& library = *OrvuRestInterface::getInstance();
     library.registerRequestCallback(answerRequest);
+    library.setListenAddress(options.address);
     if (!library.startListenRequests(options.port)) {
-        complain("port " + std::to_string(options.port) + " cannot be had");
+        complain("port " + std::to_string(options.port) + " cannot be had" + onAddress(options.address));
         return ExitNoPort;
     }
-    output.write("listening on port " + std::to_string(options.port) + ", answers from " + options.folder + "\n");
+    output.write("listening on port " + std::to_string(library.requestPort()) +
+                 (options.address.empty() ? "" : " of " + options.address) + ", answers from " + options.folder + "\n");
     ending.wait();
-    OrvuRestInterface::destroyInstance();
+    OrvuRestInterface::destroyInstance(kLastAnswersMilliseconds);
     return ExitOk;
 }
 
@@ -95,10 +100,14 @@ void addServe(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<ServeOptions>();
     CLI::App* command = app.add_subcommand("serve", "Answer requests from a folder of answers, until Ctrl-C");
-    command->add_option("PORT", options->port, "The TCP port to listen on")->required()->type_name("")->check(isPort());
+    command->add_option("PORT", options->port, "The TCP port to listen on; 0 for one of the system's choice")
+        ->required()
+        ->type_name("")
+        ->check(CLI::Range(0, 65535).description(""));
     command->add_option("--answers", options->folder, "The folder: a request of type T gets the text of T.json")
         ->required()
         ->type_name("DIR");
+    addListenOption(*command, options->address);
     addLogOption(*command, chosen);
     command->footer(
         "A file is read anew for every request. Without one the answer is resourceNotFound; one that is no JSON or "
@@ -110,7 +119,7 @@ void addServe(CLI::App& app, Chosen& chosen)
         "  0   ended by Ctrl-C, SIGTERM or SIGHUP\n"
         "  64  wrong arguments\n"
         "  66  the folder cannot be read\n"
-        "  69  the port cannot be had\n"
+        "  69  the port cannot be had, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (requests were answered all the same)");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return serve(*options, output); }; });

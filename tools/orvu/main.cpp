@@ -52,9 +52,7 @@ int main(int argc, char** argv)
 {
     std::signal(SIGPIPE, SIG_IGN);
     static Output output;
-    CLI::App app(
-        "Talks the JSON messages of a digital-TV receiver: asks a request server, or is one; pushes to listeners, or "
-        "is one.");
+    CLI::App app("A client, a server, a publisher and a listener of a digital-TV receiver's JSON messages.");
     Chosen chosen;
     declare(app, chosen);
     try {

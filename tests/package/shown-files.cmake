@@ -1,10 +1,10 @@
-# Writes the files that README shows, each named in the first line of its block, into the folder TARGET.
+# Writes the FILES that the text PAGE shows, each named in the first line of its block, into the folder TARGET.
 file(REMOVE_RECURSE ${TARGET})
-file(READ ${README} text)
-foreach(file receiver.cpp client.cpp CMakeLists.txt)
+file(READ ${PAGE} text)
+foreach(file IN LISTS FILES)
     string(REGEX MATCH "```[a-z]+\n(//|#) ${file}[^`]*" block "${text}")
     if(NOT block)
-        message(FATAL_ERROR "README shows no ${file}")
+        message(FATAL_ERROR "${PAGE} shows no ${file}")
     endif()
     string(REGEX REPLACE "^```[a-z]+\n" "" block "${block}")
     file(WRITE ${TARGET}/${file} "${block}")
