@@ -124,15 +124,8 @@ void setSigpipeBlocked(bool isBlocked)
 #endif
 }
 
-void logLine(const char* format, ...)
-{
-    va_list arguments;
-    va_start(arguments, format);
-    logLineOf(format, arguments);
-    va_end(arguments);
-}
-
-void logLineOf(const char* format, va_list arguments)
+/// Inline for the sake of the stack: a line is often written where it is deepest.
+[[gnu::always_inline]] static inline void writeFormatted(const char* format, va_list arguments)
 {
     if (!isWanted()) return;
     const int reason = errno;
@@ -140,6 +133,19 @@ void logLineOf(const char* format, va_list arguments)
     const int length = std::vsnprintf(line + kMarkSize, kLogBuffer, format, arguments);
     if (length >= 0) writeLine(line, kMarkSize + std::min<std::size_t>(length, kLogBuffer - 1));
     errno = reason;
+}
+
+void logLine(const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    writeFormatted(format, arguments);
+    va_end(arguments);
+}
+
+void logLineOf(const char* format, va_list arguments)
+{
+    writeFormatted(format, arguments);
 }
 
 }  // namespace Orvu

@@ -82,17 +82,23 @@ bool TcpClients::makeRoom()
 bool TcpClients::unlistGone()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const std::size_t before = clients_.size();
-    const auto drop = [this](bool (Client::*isGone)() const) {
-        const auto gone = std::stable_partition(clients_.begin(), clients_.end(),
-                                                [isGone](const auto& client) { return !(*client.*isGone)(); });
-        std::for_each(gone, clients_.end(),
-                      [](const auto& client) { client->socket.shutdown(); });  // a push may hold it
-        clients_.erase(gone, clients_.end());
-    };
-    drop(&Client::isBroken);
-    if (clients_.size() == before) drop(&Client::hasEnded);
-    return clients_.size() < before;
+    return unlist(&Client::isBroken) || unlist(&Client::hasEnded);
+}
+
+/// Drops the clients of which `isGone` is true; the others stay in their order. True when there were some.
+bool TcpClients::unlist(bool (Client::*isGone)() const)
+{
+    std::size_t kept = 0;
+    for (std::shared_ptr<Client>& client : clients_) {
+        if ((*client.*isGone)()) {
+            client->socket.shutdown();  // a push may hold it
+        } else {
+            clients_[kept++].swap(client);
+        }
+    }
+    const bool wereSome = kept < clients_.size();
+    clients_.resize(kept);
+    return wereSome;
 }
 
 bool TcpClients::send(const unsigned char* data, unsigned int size)

@@ -30,6 +30,7 @@ private:
     struct Delivery;
 
     bool unlistGone();
+    bool unlist(bool (Client::*isGone)() const);
     void prepare(const unsigned char* data, unsigned int size);
     bool handOut();
     void finish();

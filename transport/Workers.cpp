@@ -47,6 +47,7 @@ private:
     const std::shared_ptr<Workers> workers_;
     Connection connection_;
     bool isInCallback_ = false;
+    sigset_t signals_{};  // during the callback
 
     // While it idles, under the mutex of the workers:
     pthread_t thread_{};
@@ -103,7 +104,8 @@ void Workers::Worker::handOver(std::unique_ptr<OrvuRestRequest> request, int num
     if (!connection_.inFlight()->ifOpen(begin)) return logDropped(number);
     OrvuRestRequest* const handedOver = request.release();
     {
-        const ApplicationsTurn turn(workers_->signals(), kName);
+        workers_->getSignals(signals_);
+        const ApplicationsTurn turn(signals_, kName);
         if (!notify(callback, handedOver)) delete handedOver;
     }
     endCallback();
@@ -129,10 +131,10 @@ void Workers::open(const Socket& listener, const sigset_t& signals)
     isOpen_ = true;
 }
 
-sigset_t Workers::signals()
+void Workers::getSignals(sigset_t& signals)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    return signals_;
+    signals = signals_;
 }
 
 /// Without a socket when the server is being destroyed. Throws std::bad_alloc.

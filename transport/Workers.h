@@ -43,7 +43,7 @@ private:
     const Socket* beginIdling(Worker& worker);
     void endIdling(Worker& worker);
     Connection connectionOf(Socket accepted);
-    sigset_t signals();
+    void getSignals(sigset_t& signals);
 
     const std::shared_ptr<InFlight> inFlight_;
 
