@@ -21,4 +21,5 @@ install(FILES ${PROJECT_BINARY_DIR}/orvu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/
 
 install(DIRECTORY schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/orvu FILES_MATCHING PATTERN "*.schema.json")
 install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md docs/messages.md docs/reliability.md
+              docs/shutting-down.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR})

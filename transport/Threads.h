@@ -34,7 +34,7 @@ private:
     const char* const threadName_;
 };
 
-/// A task that calls `function`. Null when memory cannot be had.
+/// A task that calls `function`. Null when out of memory.
 template <class Function>
 std::unique_ptr<Task> makeTask(const char* threadName, Function function)
 {
