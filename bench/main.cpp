@@ -30,6 +30,7 @@ int main(int argc, char** argv)
         OrvuBench::addLinearRows();
         OrvuBench::addScheduleRows();
         OrvuBench::addPushRows();
+        OrvuBench::addFloodRows();
     }
 
     // Memory costs more in a process with several threads, as every receiver is.

@@ -23,14 +23,16 @@ namespace {
 
 // In the order of the report.
 const std::vector<std::string> kSubjects = {
-    "tiny exchange",        "list exchange",           "reading a list",           "writing a list",
-    "reading events",       "writing events",          "reading capabilities",     "writing capabilities",
-    "reading nodes",        "writing nodes",           "reading tokens",           "writing tokens",
-    "reading 1000 events",  "reading 10000 events",    "checking chains",          "checking members",
-    "checking one key",     "checking arrays",         "checking a string",        "checking white space",
-    "checking escapes",     "checking reversed keys",  "checking fractions",       "checking reversed events",
-    "checking half events", "adding 20000, ascending", "adding 20000, descending", "pushing to 1",
-    "pushing to 8",         "pushing to 64",           "pushing a frame, 1 KB",    "pushing a frame, 64 KB"};
+    "tiny exchange",          "list exchange",           "reading a list",           "writing a list",
+    "reading events",         "writing events",          "reading capabilities",     "writing capabilities",
+    "reading nodes",          "writing nodes",           "reading tokens",           "writing tokens",
+    "reading 1000 events",    "reading 10000 events",    "checking chains",          "checking members",
+    "checking one key",       "checking arrays",         "checking a string",        "checking white space",
+    "checking escapes",       "checking reversed keys",  "checking fractions",       "checking reversed events",
+    "checking half events",   "adding 20000, ascending", "adding 20000, descending", "pushing to 1",
+    "pushing to 8",           "pushing to 64",           "pushing a frame, 1 KB",    "pushing a frame, 64 KB",
+    "without pause to 1",     "without pause to 8",      "without pause to 64",      "frames, no pause, 1 KB",
+    "frames, no pause, 64 KB"};
 const std::vector<std::string> kPrograms = {"limit", "limit, kept threads", "cJSON",
                                             "orvu",  "orvu, logging",       "orvu, a quarter"};
 
@@ -98,6 +100,11 @@ constexpr Comparison kComparisons[] = {
     {"pushing to 64",  "orvu",          "limit", 1.15},
     {"pushing a frame, 1 KB", "orvu",   "limit", 1.15},
     {"pushing a frame, 64 KB", "orvu",  "limit", 1.15},
+    {"without pause to 1", "orvu",      "limit", 1.15},
+    {"without pause to 8", "orvu",      "limit", 1.15},
+    {"without pause to 64", "orvu",     "limit", 1.15},
+    {"frames, no pause, 1 KB", "orvu",  "limit", 1.15},
+    {"frames, no pause, 64 KB", "orvu", "limit", 1.15},
 };
 // clang-format on
 
