@@ -8,7 +8,13 @@
 namespace OrvuBench {
 namespace {
 
+const std::string kTimeRequest = writeTime("").get();
+const std::string kTimeAnswer = writeTime(broadcastTime()).get();
+const std::string kListRequest = writeList({}).get();
+const std::string kListAnswer = writeList(channels()).get();
+
 /// The same frames as the others exchange, made beforehand, and looked at by nobody.
+template <PlainServer::Threads kThreads>
 class Limit {
 public:
     bool askTime() const { return ask(time_, kTimeRequest, kTimeAnswer); }
@@ -21,13 +27,8 @@ private:
         return exchange(server.port(), request, room).size() == answer.size();
     }
 
-    static inline const std::string kTimeRequest = writeTime("").get();
-    static inline const std::string kTimeAnswer = writeTime(broadcastTime()).get();
-    static inline const std::string kListRequest = writeList({}).get();
-    static inline const std::string kListAnswer = writeList(channels()).get();
-
-    PlainServer time_{[](int connection, const char*) { sendText(connection, kTimeAnswer); }};
-    PlainServer list_{[](int connection, const char*) { sendText(connection, kListAnswer); }};
+    PlainServer time_{[](int connection, const char*) { sendText(connection, kTimeAnswer); }, kThreads};
+    PlainServer list_{[](int connection, const char*) { sendText(connection, kListAnswer); }, kThreads};
 };
 
 /// Started by the first row that asks it.
@@ -64,7 +65,8 @@ void addRows(const std::string& name)
 void addExchangeRows(bool logging)
 {
     if (logging) return addRows<OrvuProgram>("orvu, logging");
-    addRows<Limit>("limit");
+    addRows<Limit<PlainServer::OneEach>>("limit");
+    addRows<Limit<PlainServer::Kept>>("limit, kept threads");
     addRows<CJsonProgram>("cJSON");
     addRows<OrvuProgram>("orvu");
 }

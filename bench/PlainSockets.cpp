@@ -28,18 +28,12 @@ void check(bool good, const char* what)
     if (!good) throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// What a thread that serves a connection is given.
-struct Task {
-    int connection;
-    PlainServer::Answer answer;
-};
-
-void serve(Task task)
+void serve(int connection, PlainServer::Answer answer)
 {
     RequestRoom room;
-    const std::string_view request = receiveText(task.connection, room.bytes, sizeof room.bytes);
-    if (!request.empty()) task.answer(task.connection, request.data());
-    close(task.connection);
+    const std::string_view request = receiveText(connection, room.bytes, sizeof room.bytes);
+    if (!request.empty()) answer(connection, request.data());
+    close(connection);
 }
 
 }  // namespace
@@ -110,17 +104,19 @@ std::string_view exchange(int port, std::string_view request, AnswerRoom& room)
     return answer;
 }
 
-PlainServer::PlainServer(Answer answer)
-    : answer_(answer),
-      listener_(streamSocket()),
-      port_(listenOnFreePort(listener_)),
-      acceptThread_([this] { acceptConnections(); })
-{}
+PlainServer::PlainServer(Answer answer, Threads threads)
+    : answer_(answer), threads_(threads), listener_(streamSocket()), port_(listenOnFreePort(listener_))
+{
+    const int count = threads == Kept ? 4 : 1;
+    for (int i = 0; i < count; ++i)
+        acceptThreads_.emplace_back([this] { acceptConnections(); });
+}
 
 PlainServer::~PlainServer()
 {
-    shutdown(listener_, SHUT_RDWR);  // ends the accept thread
-    acceptThread_.join();
+    shutdown(listener_, SHUT_RDWR);  // ends the accept threads
+    for (std::thread& thread : acceptThreads_)
+        thread.join();
     close(listener_);
 }
 
@@ -128,10 +124,12 @@ void PlainServer::acceptConnections() const
 {
     for (;;) {
         const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        if (connection >= 0) {
-            std::thread(serve, Task{connection, answer_}).detach();
-        } else if (errno == EINVAL) {
-            return;
+        if (connection < 0) {
+            if (errno == EINVAL) return;
+        } else if (threads_ == Kept) {
+            serve(connection, answer_);
+        } else {
+            std::thread(serve, connection, answer_).detach();
         }
     }
 }

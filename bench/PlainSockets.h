@@ -3,12 +3,13 @@
 #include <cstddef>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace OrvuBench {
 
 /// \file
-/// The exchange as somebody would write it who needs nothing else: one frame each way on a connection of its own, which the
-/// server serves on a detached thread of its own. No time-outs, no stopping half way, no log.
+/// The exchange as somebody would write it who needs nothing else: one frame each way on a connection of its own. No
+/// time-outs, no stopping half way, no log.
 
 /// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a fresh
 /// stack is a page fault, so that a server takes no more than requests need.
@@ -42,11 +43,17 @@ std::string_view exchange(int port, std::string_view request, AnswerRoom& room);
 
 class PlainServer {
 public:
-    /// Answers one request on its connection, by sendText(). Called on the connection's thread.
+    /// Answers one request on its connection, by sendText(). Called on the thread that serves the connection.
     using Answer = void (*)(int connection, const char* request);
 
+    /// Which threads serve the connections.
+    enum Threads {
+        OneEach,  ///< A detached one for each connection, made when it was accepted.
+        Kept      ///< Four that are there already: each accepts a connection and serves it, one after the other.
+    };
+
     /// Listens on a free port of this machine. Throws std::system_error.
-    explicit PlainServer(Answer answer);
+    explicit PlainServer(Answer answer, Threads threads = OneEach);
     ~PlainServer();
     PlainServer(const PlainServer&) = delete;
     PlainServer& operator=(const PlainServer&) = delete;
@@ -57,9 +64,10 @@ private:
     void acceptConnections() const;
 
     const Answer answer_;
+    const Threads threads_;
     const int listener_;
     const int port_;
-    std::thread acceptThread_;
+    std::vector<std::thread> acceptThreads_;
 };
 
 }  // namespace OrvuBench

@@ -20,4 +20,7 @@ void addScheduleRows();
 /// Pushes over TCP to 1, 8 and 64 clients, and of frames to a WebSocket client, by the library and by a loop of writes.
 void addPushRows();
 
+/// The same pushes without pause, to clients that read as fast as they can.
+void addFloodRows();
+
 }  // namespace OrvuBench

@@ -1,9 +1,22 @@
 #include <benchmark/benchmark.h>
 #include <cstdlib>
+#include <sched.h>
+#include <string>
 #include <string_view>
 
 #include "bench/PlainSockets.h"
 #include "bench/Rows.h"
+
+namespace {
+
+/// On which this process may run.
+int usableCpus()
+{
+    cpu_set_t cpus;
+    return sched_getaffinity(0, sizeof cpus, &cpus) == 0 ? CPU_COUNT(&cpus) : 0;
+}
+
+}  // namespace
 
 /// Runs the rows with Google Benchmark's options. ORVU_LOG=none gives all of them but those of the library with its
 /// log, which any other value gives.
@@ -17,11 +30,13 @@ int main(int argc, char** argv)
         OrvuBench::addLinearRows();
         OrvuBench::addScheduleRows();
         OrvuBench::addPushRows();
+        OrvuBench::addFloodRows();
     }
 
     // Memory costs more in a process with several threads, as every receiver is.
     const OrvuBench::PlainServer anotherThread([](int, const char*) {});
 
+    benchmark::AddCustomContext("usable_cpus", std::to_string(usableCpus()));
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 64;
     return benchmark::RunSpecifiedBenchmarks() == 0;

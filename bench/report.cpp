@@ -23,15 +23,21 @@ namespace {
 
 // In the order of the report.
 const std::vector<std::string> kSubjects = {
-    "tiny exchange",        "list exchange",           "reading a list",           "writing a list",
-    "reading events",       "writing events",          "reading capabilities",     "writing capabilities",
-    "reading nodes",        "writing nodes",           "reading tokens",           "writing tokens",
-    "reading 1000 events",  "reading 10000 events",    "checking chains",          "checking members",
-    "checking one key",     "checking arrays",         "checking a string",        "checking white space",
-    "checking escapes",     "checking reversed keys",  "checking fractions",       "checking reversed events",
-    "checking half events", "adding 20000, ascending", "adding 20000, descending", "pushing to 1",
-    "pushing to 8",         "pushing to 64",           "pushing a frame, 1 KB",    "pushing a frame, 64 KB"};
-const std::vector<std::string> kPrograms = {"limit", "cJSON", "orvu", "orvu, logging", "orvu, a quarter"};
+    "tiny exchange",          "list exchange",           "reading a list",           "writing a list",
+    "reading events",         "writing events",          "reading capabilities",     "writing capabilities",
+    "reading nodes",          "writing nodes",           "reading tokens",           "writing tokens",
+    "reading 1000 events",    "reading 10000 events",    "checking chains",          "checking members",
+    "checking one key",       "checking arrays",         "checking a string",        "checking white space",
+    "checking escapes",       "checking reversed keys",  "checking fractions",       "checking reversed events",
+    "checking half events",   "adding 20000, ascending", "adding 20000, descending", "pushing to 1",
+    "pushing to 8",           "pushing to 64",           "pushing a frame, 1 KB",    "pushing a frame, 64 KB",
+    "without pause to 1",     "without pause to 8",      "without pause to 64",      "frames, no pause, 1 KB",
+    "frames, no pause, 64 KB"};
+const std::vector<std::string> kPrograms = {"limit", "limit, kept threads", "cJSON",
+                                            "orvu",  "orvu, logging",       "orvu, a quarter"};
+
+/// Where a ratio is to be reached.
+enum Where { Anywhere, OnOneCpu };
 
 /// Two programs to compare.
 struct Comparison {
@@ -39,16 +45,20 @@ struct Comparison {
     const char* program;
     const char* beside;
     double toReach;  // the ratio of the processor times; 0 where none is set
+    Where where = Anywhere;
 };
 
 // clang-format off
 constexpr Comparison kComparisons[] = {
     {"tiny exchange",  "orvu",          "cJSON", 1.15},
     {"tiny exchange",  "orvu, logging", "cJSON", 0},
-    {"tiny exchange",  "orvu",          "limit", 0},
+    {"tiny exchange",  "orvu",          "limit, kept threads", 1.15, OnOneCpu},
+    {"tiny exchange",  "orvu",          "limit", 1.00, OnOneCpu},
+    {"tiny exchange",  "limit, kept threads", "limit", 0},
     {"tiny exchange",  "cJSON",         "limit", 0},
-    {"list exchange",  "orvu",          "cJSON", 0.47},
+    {"list exchange",  "orvu",          "cJSON", 0.43},
     {"list exchange",  "orvu",          "limit", 5.5},
+    {"list exchange",  "orvu",          "limit, kept threads", 0},
     {"list exchange",  "orvu, logging", "limit", 0},
     {"list exchange",  "cJSON",         "limit", 0},
     {"reading a list", "orvu",          "cJSON", 0.40},
@@ -90,8 +100,27 @@ constexpr Comparison kComparisons[] = {
     {"pushing to 64",  "orvu",          "limit", 1.15},
     {"pushing a frame, 1 KB", "orvu",   "limit", 1.15},
     {"pushing a frame, 64 KB", "orvu",  "limit", 1.15},
+    {"without pause to 1", "orvu",      "limit", 1.15},
+    {"without pause to 8", "orvu",      "limit", 1.15},
+    {"without pause to 64", "orvu",     "limit", 1.15},
+    {"frames, no pause, 1 KB", "orvu",  "limit", 1.15},
+    {"frames, no pause, 64 KB", "orvu", "limit", 1.15},
 };
 // clang-format on
+
+/// Two programs whose requests a second are to be compared, where all CPUs are used.
+struct Throughput {
+    const char* subject;
+    int clients;
+    const char* program;
+    const char* beside;
+    double toReach;  // so many times those of the program beside; 0 where none is set
+};
+constexpr Throughput kThroughputs[] = {
+    {"tiny exchange", 16, "orvu", "limit", 1.6},
+    {"tiny exchange", 16, "orvu", "limit, kept threads", 0},
+    {"tiny exchange", 16, "limit, kept threads", "limit", 0},
+};
 
 /// One row: what was done, with how many clients at once (0 where there are none), and by which program.
 struct Row {
@@ -120,6 +149,11 @@ struct Samples {
 };
 
 using Rows = std::map<Row, Samples>;
+
+struct Report {
+    Rows rows;
+    int cpus = 0;  // on which all of them ran
+};
 
 double median(std::vector<double> values)
 {
@@ -163,15 +197,19 @@ void add(Rows& rows, const cJSON* run)
     samples.wall.push_back(number(run, "real_time") * kMicroseconds);
 }
 
-void addFile(Rows& rows, const char* path)
+void addFile(Report& report, const char* path)
 {
     std::ifstream file(path);
     const std::string json{std::istreambuf_iterator<char>(file), {}};
     const std::unique_ptr<cJSON, decltype(&cJSON_Delete)> tree(cJSON_Parse(json.c_str()), cJSON_Delete);
     const cJSON* const runs = cJSON_GetObjectItem(tree.get(), "benchmarks");
     if (!runs) throw std::runtime_error(std::string(path) + " holds no rows");
+    const int cpus = std::atoi(text(cJSON_GetObjectItem(tree.get(), "context"), "usable_cpus").c_str());
+    if (cpus == 0) throw std::runtime_error(std::string(path) + " does not say on how many CPUs it ran");
+    if (report.cpus != 0 && report.cpus != cpus) throw std::runtime_error("the files ran on different numbers of CPUs");
+    report.cpus = cpus;
     const cJSON* run = nullptr;
-    cJSON_ArrayForEach(run, runs) add(rows, run);
+    cJSON_ArrayForEach(run, runs) add(report.rows, run);
 }
 
 std::string titleOf(const Row& row)
@@ -191,44 +229,74 @@ std::string spread(const std::vector<double>& values)
 void printRows(const Rows& rows)
 {
     std::printf("Microseconds for one: the median (the least to the most), of so many samples\n\n");
-    std::printf("%-28s%-17s%-44s%-44s%s\n", "", "", "processor time", "wall time", "samples");
+    std::printf("%-28s%-21s%-44s%-44s%s\n", "", "", "processor time", "wall time", "samples");
     for (const auto& [row, samples] : rows) {
-        std::printf("%-28s%-17s%-44s%-44s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
+        std::printf("%-28s%-21s%-44s%-44s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
                     spread(samples.processor).c_str(), spread(samples.wall).c_str(), samples.wall.size());
     }
 }
 
-void printRatio(const Comparison& wanted, const Row& row, const Samples& samples, const Samples& beside)
+void printNames(const Row& row, const char* beside)
+{
+    std::printf("%-28s%-32s", titleOf(row).c_str(), (row.program + " / " + beside).c_str());
+}
+
+void printTarget(double toReach, bool isReached)
+{
+    std::printf("   %.2f: %s", toReach, isReached ? "reached" : "missed");
+}
+
+void printRatio(const Comparison& wanted, const Row& row, const Samples& samples, const Samples& beside, int cpus)
 {
     const double processor = median(samples.processor) / median(beside.processor);
     const double wall = median(samples.wall) / median(beside.wall);
-    std::printf("%-28s%-26s%9.2f%9.2f", titleOf(row).c_str(), (row.program + " / " + wanted.beside).c_str(), processor,
-                wall);
-    if (wanted.toReach > 0)
-        std::printf("   %.2f: %s", wanted.toReach, processor <= wanted.toReach ? "reached" : "missed");
+    printNames(row, wanted.beside);
+    std::printf("%9.2f%9.2f", processor, wall);
+    const bool isWanted = wanted.toReach > 0 && (wanted.where == Anywhere || cpus == 1);
+    if (isWanted) printTarget(wanted.toReach, processor <= wanted.toReach);
     std::printf("\n");
 }
 
 /// Prints the comparison for every number of clients; false without any.
-bool compare(const Rows& rows, const Comparison& wanted)
+bool compare(const Report& report, const Comparison& wanted)
 {
     bool found = false;
-    for (const auto& [row, samples] : rows) {
+    for (const auto& [row, samples] : report.rows) {
         if (row.subject != wanted.subject || row.program != wanted.program) continue;
-        const auto beside = rows.find({row.subject, row.clients, wanted.beside});
-        if (beside == rows.end()) continue;
-        printRatio(wanted, row, samples, beside->second);
+        const auto beside = report.rows.find({row.subject, row.clients, wanted.beside});
+        if (beside == report.rows.end()) continue;
+        printRatio(wanted, row, samples, beside->second, report.cpus);
         found = true;
     }
     return found;
 }
 
-void printRatios(const Rows& rows)
+void printRatios(const Report& report)
 {
-    std::printf("\nRatios of the medians\n\n%-54s%9s%9s   to reach, in processor time\n", "", "processor", "wall");
+    std::printf("\nRatios of the medians\n\n%-60s%9s%9s   to reach, in processor time\n", "", "processor", "wall");
     for (const Comparison& wanted : kComparisons) {
-        if (!compare(rows, wanted))
+        if (!compare(report, wanted))
             throw std::runtime_error(std::string(wanted.subject) + ", " + wanted.program + ": no such rows");
+    }
+}
+
+double wallTime(const Rows& rows, const Row& row)
+{
+    const auto place = rows.find(row);
+    if (place == rows.end()) throw std::runtime_error(titleOf(row) + ", " + row.program + ": no such row");
+    return median(place->second.wall);
+}
+
+void printThroughputs(const Rows& rows)
+{
+    std::printf("\nRequests a second, by the medians of the wall time\n\n%-60s%9s   to reach\n", "", "times");
+    for (const Throughput& wanted : kThroughputs) {
+        const Row row{wanted.subject, wanted.clients, wanted.program};
+        const double times = wallTime(rows, {wanted.subject, wanted.clients, wanted.beside}) / wallTime(rows, row);
+        printNames(row, wanted.beside);
+        std::printf("%9.2f", times);
+        if (wanted.toReach > 0) printTarget(wanted.toReach, times >= wanted.toReach);
+        std::printf("\n");
     }
 }
 
@@ -237,11 +305,12 @@ void printRatios(const Rows& rows)
 int main(int argc, char** argv)
 {
     try {
-        Rows rows;
+        Report report;
         for (int i = 1; i < argc; ++i)
-            addFile(rows, argv[i]);
-        printRows(rows);
-        printRatios(rows);
+            addFile(report, argv[i]);
+        printRows(report.rows);
+        printRatios(report);
+        if (report.cpus > 1) printThroughputs(report.rows);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "bench-report: %s\n", error.what());
