@@ -100,7 +100,8 @@ FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience
 {
     if (size >= INT_MAX) return FrameSent::Nothing;
     const std::uint32_t length = static_cast<std::uint32_t>(size) + 1;
-    Outgoing frame(&length, sizeof length, text, size);
+    ShortFrame room;
+    Outgoing frame = frameOf(room, &length, sizeof length, text, size);
     if (frame.finish(fd, patience)) return FrameSent::Whole;
     return frame.left() == sizeof length + size ? FrameSent::Nothing : FrameSent::Part;
 }

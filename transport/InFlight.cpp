@@ -54,7 +54,9 @@ Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsign
 }
 
 Connection::Connection(Connection&& other) noexcept
-    : socket_(std::move(other.socket_)), inFlight_(std::move(other.inFlight_)), begun_(other.begun_),
+    : socket_(std::move(other.socket_)),
+      inFlight_(std::move(other.inFlight_)),
+      begun_(other.begun_),
       isIn_(std::exchange(other.isIn_, false))
 {}
 

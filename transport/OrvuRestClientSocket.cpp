@@ -259,8 +259,7 @@ Connection OrvuRestClientSocket::connect(int timeoutSeconds)
         return {};
     }
     if (!isConnected) {
-        logLine("OrvuRestClientSocket::connectSocket: ERROR connecting to host: %s:%d",
-                               peer.host.c_str(), peer.port);
+        logLine("OrvuRestClientSocket::connectSocket: ERROR connecting to host: %s:%d", peer.host.c_str(), peer.port);
         return {};
     }
     logLine("OrvuRestClientSocket::connectSocket: -- end");

@@ -113,8 +113,7 @@ bool OrvuRestInterface::startListenRequests(int port)
 {
     logLine("startListenRequests");
     try {
-        const std::optional<in_addr> address =
-            listenAddress().get().usable("OrvuRestInterface::startListenRequests");
+        const std::optional<in_addr> address = listenAddress().get().usable("OrvuRestInterface::startListenRequests");
         const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
         return address && server && server->acceptor().configure(*address, port) && server->start();
     } catch (const std::bad_alloc&) {

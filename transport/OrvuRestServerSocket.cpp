@@ -65,9 +65,7 @@ private:
     const std::shared_ptr<Workers> workers_;
 };
 
-OrvuRestServerSocket::OrvuRestServerSocket()
-    : requests_(std::make_unique<Requests>()), acceptor_(kKind, *requests_)
-{}
+OrvuRestServerSocket::OrvuRestServerSocket() : requests_(std::make_unique<Requests>()), acceptor_(kKind, *requests_) {}
 
 OrvuRestServerSocket::~OrvuRestServerSocket() = default;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
 
@@ -55,6 +56,14 @@ void Outgoing::skip(std::size_t sent)
         part.iov_len -= taken;
         sent -= taken;
     }
+}
+
+Outgoing frameOf(ShortFrame& room, const void* head, std::size_t headSize, const void* body, std::size_t bodySize)
+{
+    if (bodySize == 0 || headSize + bodySize > sizeof room) return {head, headSize, body, bodySize};
+    std::memcpy(room, head, headSize);
+    std::memcpy(room + headSize, body, bodySize);
+    return {room, headSize + bodySize};
 }
 
 }  // namespace Orvu

@@ -29,4 +29,11 @@ private:
     iovec parts_[2];
 };
 
+/// What a short frame is put together in.
+using ShortFrame = char[1500];
+
+/// A frame's head and body on their way: put together in `room`, which is to live as long, when it is short. Sending two parts
+/// costs more.
+Outgoing frameOf(ShortFrame& room, const void* head, std::size_t headSize, const void* body, std::size_t bodySize);
+
 }  // namespace Orvu

@@ -42,7 +42,7 @@ void PushServers::setPortRange(int minPort, int maxPort)
 SocketServerInfo* PushServers::create(std::string protocol, const ListenAddress& listen)
 {
     logLine("OrvuRestInterface::createServer: protocol: %s", protocol.c_str());
-    const auto boundTo = protocol == "tcp" ? bound<OrvuRestServerTcpSocket>
+    const auto boundTo = protocol == "tcp"         ? bound<OrvuRestServerTcpSocket>
                          : protocol == "websocket" ? bound<OrvuRestServerWebSocket>
                                                    : nullptr;
     if (!boundTo) {

@@ -40,9 +40,8 @@ std::optional<FrameText> readText(const Connection& connection)
         return std::nullopt;
     }
     if (*length - 1 > kLongestText) {
-        logLine(
-            "OrvuRestServerSocket::workerThread: ERROR request of %u bytes is too long. Skipping...(%d)", *length,
-            number);
+        logLine("OrvuRestServerSocket::workerThread: ERROR request of %u bytes is too long. Skipping...(%d)", *length,
+                number);
         return std::nullopt;
     }
     std::optional<FrameText> text = frame.readText(*length - 1);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 
 #include "log/Log.h"
 #include "transport/Outgoing.h"
@@ -125,14 +126,15 @@ void TcpClients::prepare(const unsigned char* data, unsigned int size)
 /// Gives the clients that could not take the push whole the rest, as they make room for it.
 void TcpClients::finish()
 {
-    const Deadline end = after(kPushTime);
+    std::optional<Deadline> end;  // the clock is not asked when nobody waits
     for (bool inTime = true; inTime;) {
         waiting_.clear();
         for (const Delivery& delivery : deliveries_) {
             if (delivery.isWorthWaiting()) waiting_.push_back({delivery.client->socket.fd(), POLLOUT, 0});
         }
         if (waiting_.empty()) return;
-        inTime = waitForAny(waiting_.data(), waiting_.size(), end);
+        if (!end) end = after(kPushTime);
+        inTime = waitForAny(waiting_.data(), waiting_.size(), *end);
         // At the end all are tried once more: the system reports room only once there is plenty.
         for (Delivery& delivery : deliveries_) {
             if (delivery.isWorthWaiting()) delivery.proceed();

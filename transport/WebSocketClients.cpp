@@ -173,8 +173,7 @@ void WebSocketClients::receive(const Client& client)
 
 ReceivedFrame WebSocketClients::receiveframe(const Client& client, const unsigned char* bytes, std::size_t size)
 {
-    logLine("receiveframe: %.*s | size: %d", shownSize(size), reinterpret_cast<const char*>(bytes),
-                           shownSize(size));
+    logLine("receiveframe: %.*s | size: %d", shownSize(size), reinterpret_cast<const char*>(bytes), shownSize(size));
     try {
         if (attachedClient() == client) return decodeFrame(bytes, size);
         logLine("receiveframe: Invalid frame!");
@@ -189,7 +188,7 @@ void WebSocketClients::echo(const Client& client, const ReceivedFrame& frame)
     logLine("OrvuRestServerWebSocket::clientReadThread: Receive msg: WS_FR_OP_TXT");
     if (!frame.payload || frame.payload->empty()) return;
     logLine("OrvuRestServerWebSocket::clientReadThread: Received msg: echo back to client: %.*s",
-                           shownSize(frame.payload->size()), frame.payload->data());
+            shownSize(frame.payload->size()), frame.payload->data());
     const std::lock_guard<std::mutex> lock(writing_);
     sendframe(client, frame.payload->data(), frame.payload->size(), WS_FR_OP_TXT);
 }

@@ -373,7 +373,8 @@ TEST_F(ASentFrame, FailsWhenThePeerIsGone)
 
 TEST_F(ASentFrame, CannotCarryTwoGibibytes)
 {
-    EXPECT_EQ(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)), FrameSent::Nothing);  // refused before the text is looked at
+    EXPECT_EQ(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)),
+              FrameSent::Nothing);  // refused before the text is looked at
     ours.close();
     EXPECT_EQ(theirs.readToEnd(), "");
 }

@@ -68,12 +68,13 @@ TEST_F(AListenAddress, IsEveryInterfaceAsWellWhenItIsZero)
 TEST_F(AListenAddress, ThatCannotBeOneFailsBeforeAnyPortIsTried)
 {
     facade().setSocketsPortsRange(lease.port(), lease.port() + 5);
-    for (const std::string address : {"localhost", "1.2.3", "256.0.0.1", " 127.0.0.1", "::1", "192.0.2.1", "224.0.0.1",
-                                      "255.255.255.255"}) {
+    for (const std::string address :
+         {"localhost", "1.2.3", "256.0.0.1", " 127.0.0.1", "::1", "192.0.2.1", "224.0.0.1", "255.255.255.255"}) {
         log.clear();
         facade().setListenAddress(address);
         EXPECT_FALSE(facade().startListenRequests(lease.port())) << address;
-        EXPECT_EQ(log.count("OrvuRestInterface::startListenRequests: ERROR no IPv4 address of this host: " + address), 1);
+        EXPECT_EQ(log.count("OrvuRestInterface::startListenRequests: ERROR no IPv4 address of this host: " + address),
+                  1);
         EXPECT_EQ(facade().createServer("tcp"), nullptr) << address;
         EXPECT_EQ(facade().createServer("websocket"), nullptr) << address;
         EXPECT_EQ(log.count("OrvuRestInterface::createServer: ERROR no IPv4 address of this host: " + address), 2);

@@ -32,9 +32,8 @@ TEST(AThreadOfTheLibrary, HasANameAndBlocksTheSignalsThatAskForSomething)
     for (const char* const name : {"orvu-accept", "orvu-worker"}) {
         const auto areTheLibrarys = [name] {
             const std::vector<int> threads = threadsNamed("self", name);
-            return !threads.empty() && std::all_of(threads.begin(), threads.end(), [](int thread) {
-                return hasTheLibrarysSignals("self", thread);
-            });
+            return !threads.empty() && std::all_of(threads.begin(), threads.end(),
+                                                   [](int thread) { return hasTheLibrarysSignals("self", thread); });
         };
         EXPECT_TRUE(eventually(areTheLibrarys)) << name;  // the worker may still come from its callback
     }

@@ -60,7 +60,8 @@ TEST(AnIdleWorker, EndsAfterTenSeconds)
 {
     const Receiver receiver;
     EXPECT_THAT(receiver.ask(R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})"), Optional(kSuccess));
-    const milliseconds idle = timeOf([] { EXPECT_TRUE(eventually([] { return threadsNamed("self", "orvu-worker").empty(); })); });
+    const milliseconds idle =
+        timeOf([] { EXPECT_TRUE(eventually([] { return threadsNamed("self", "orvu-worker").empty(); })); });
     EXPECT_THAT(idle, AllOf(Ge(milliseconds(9900)), Lt(milliseconds(15000))));
 }
 

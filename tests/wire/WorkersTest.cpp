@@ -177,7 +177,7 @@ TEST(AWorker, IdlesAgainWhenListeningHasStartedAgain)
 /// What a callback finds its thread to be.
 struct ThreadState {
     std::string name;
-    bool isBlocked;   // SIGUSR1
+    bool isBlocked;  // SIGUSR1
     int cancellation;
 };
 
