@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <atomic>
 #include <gmock/gmock.h>
+#include <ostream>
 #include <thread>
 
 #include "push/PushServers.h"
@@ -112,6 +113,7 @@ TEST_F(TheWebSocketPlace, IsNotGivenToTheOneThatIsEnded)
     std::vector<RawPeer> others = silentConnections(8);
     EXPECT_EQ(first.readToEnd(), "");
     EXPECT_TRUE(log.waitFor(kThread + "Handshake fail! Ignoring client."));
+    EXPECT_THAT(linesWith(log, kHandshake + "Handshaked"), testing::IsEmpty());
     EXPECT_TRUE(shakesHands(others.back()));
     expectAttached(others.back());
 }
@@ -153,6 +155,10 @@ struct Leaving {
     const char* name;
     void (*leave)(RawPeer& client);
 };
+void PrintTo(const Leaving& leaving, std::ostream* out)
+{
+    *out << leaving.name;
+}
 class AClientThatComesBackAtOnce : public TheWebSocketPlace, public testing::WithParamInterface<Leaving> {};
 
 TEST_P(AClientThatComesBackAtOnce, FindsThePlaceFree)
