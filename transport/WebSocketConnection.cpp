@@ -56,11 +56,11 @@ bool closing()
 
 void WebSocketConnection::serve()
 {
-    if (canShakeHands()) clientReadThread();
+    if (shakesHands()) clientReadThread();
     place_.end(*this);
 }
 
-bool WebSocketConnection::canShakeHands()
+bool WebSocketConnection::shakesHands()
 {
     try {
         if (doHanshake()) return true;
@@ -126,7 +126,7 @@ void WebSocketConnection::clientReadThread()
     logLine("OrvuRestServerWebSocket::clientReadThread end");
 }
 
-/// What came together with the end of the opening request. False when the client is to be let go, as of all below.
+/// What came together with the end of the opening request. False when the client is to be let go, as of the functions below.
 bool WebSocketConnection::handleEarly()
 {
     const std::string early = std::move(early_);

@@ -34,7 +34,7 @@ public:
     bool isOver() const { return isOver_; }
 
 private:
-    bool canShakeHands();
+    bool shakesHands();
     bool doHanshake();
     void readOpeningRequest();
     bool answer(const std::string& response);

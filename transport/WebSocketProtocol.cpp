@@ -104,15 +104,7 @@ FrameHeader::FrameHeader(int opcode, unsigned int payloadSize)
 const ReceivedFrame* FrameStream::next(const unsigned char*& at, const unsigned char* end)
 {
     if (isComplete_) begin();
-    if (isTooLong() || !takeHeader(at, end)) {
-        at = end;
-    } else if (isClose()) {
-        show(at, end);  // nothing after it is looked at
-        at = end;
-        isComplete_ = true;
-    } else if (!isTooLong()) {
-        takePayload(at, end);
-    }
+    if (takeHeader(at, end)) takePayload(at, end);
     return isComplete_ ? &frame_ : nullptr;
 }
 
@@ -171,12 +163,21 @@ bool FrameStream::takeHeader(const unsigned char*& at, const unsigned char* end)
 
 void FrameStream::takePayload(const unsigned char*& at, const unsigned char* end)
 {
+    if (isClose() || isTooLong()) return takeRest(at, end);
     const std::uint64_t left = payloadSize() - (frame_.size - headerSize());
     const auto here = static_cast<std::size_t>(std::min<std::uint64_t>(left, static_cast<std::size_t>(end - at)));
     isComplete_ = here == left;
     if (isText() && !frame_.isLost) unmask(at, here);
     show(at, at + here);
     at += here;
+}
+
+/// Nothing that follows is looked at.
+void FrameStream::takeRest(const unsigned char*& at, const unsigned char* end)
+{
+    isComplete_ = isClose();
+    show(at, end);
+    at = end;
 }
 
 void FrameStream::show(const unsigned char* begin, const unsigned char* end)

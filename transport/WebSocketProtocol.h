@@ -67,8 +67,8 @@ struct ReceivedFrame {
     unsigned char shown[kShown] = {};  ///< Its first bytes, as they came.
 };
 
-/// Finds the frames in the bytes of a client, in whatever pieces they come. Frames that are no final text are skipped, and
-/// a close frame is one by its first byte already. Four bytes count as the masking key even where the mask bit is not set.
+/// Finds the frames in the bytes of a client, in whatever pieces they come. Of those that are not a final text the payload
+/// is skipped, and a close frame is one by its first byte already. Four bytes count as the masking key even where the mask bit is not set.
 class FrameStream {
 public:
     static constexpr std::uint64_t kLongestText = 64 * 1024;
@@ -87,6 +87,7 @@ private:
     std::uint64_t payloadSize() const;
     bool takeHeader(const unsigned char*& at, const unsigned char* end);
     void takePayload(const unsigned char*& at, const unsigned char* end);
+    void takeRest(const unsigned char*& at, const unsigned char* end);
     void show(const unsigned char* begin, const unsigned char* end);
     void unmask(const unsigned char* masked, std::size_t size);
 
