@@ -1,48 +1,42 @@
 #pragma once
 
+#include <list>
 #include <memory>
 #include <mutex>
 
 #include "transport/Acceptor.h"
-#include "transport/WebSocketProtocol.h"
+#include "transport/WebSocketConnection.h"
+#include "transport/WebSocketPlace.h"
 
 namespace Orvu {
 
-/// The client of a WebSocket push server: its handshake, its frames and the echo. Any thread.
+/// The connections of a WebSocket push server, each with its reader thread: one at most is attached and gets what is pushed,
+/// and eight at most are in their handshake. Any thread.
 class WebSocketClients : public Connections {
 public:
     void take(Socket connection) override;
+    /// A push in progress ends.
     void drop() override;
 
     /// Sends one binary frame. The bytes that went out, its header counted; 0 without a client, -1 when writing failed.
     ssize_t push(const void* data, std::size_t size);
 
 private:
-    using Client = std::shared_ptr<Socket>;
+    struct Reader {
+        std::weak_ptr<WebSocketConnection> connection;  // its thread's: closed when that ends
+        Thread thread;
+    };
+    using Readers = std::list<Reader>;
 
-    bool setCandidate(const Client& client);
-    bool doHanshake(const Client& client);
-    bool attach(const Client& client);
-    void detach(const Client& client);
-    Client attachedClient();
+    void endLongestHandshake();
+    void start(const std::shared_ptr<WebSocketConnection>& connection);
+    void joinEnding();
 
-    void startReading(const Client& client);
-    void clientReadThread(const Client& client);
-    void receive(const Client& client);
-    void leave(const Client& client);
-    ReceivedFrame receiveframe(const Client& client, const unsigned char* bytes, std::size_t size);
-    void echo(const Client& client, const ReceivedFrame& frame);
+    WebSocketPlace place_;
+    std::mutex pushing_;  // one push at a time
 
-    ssize_t sendframe(const Client& client, const void* data, std::size_t size, int opcode);
-
-    std::mutex threadMutex_;
-    Thread clientThread_;
-
-    std::mutex writing_;  // one frame, or the answer to an opening request, at a time
-
-    std::mutex clientMutex_;  // guards the two below; never held while waiting
-    Client client_;           // the attached one
-    Client candidate_;        // the one whose opening request is being read
+    std::mutex mutex_;  // guards the list; never held while joining
+    Readers readers_;   // in the order of acceptance
 };
 
 }  // namespace Orvu

@@ -1,5 +1,6 @@
 #include "transport/WebSocketProtocol.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -33,32 +34,42 @@ std::string secondWord(const std::string& line)
     return begin == std::string::npos ? "" : line.substr(begin, line.find(' ', begin) - begin);
 }
 
-std::size_t maskingKeyAt(unsigned char lengthField)
+constexpr char kBlankLine[] = "\r\n\r\n";
+
+/// How many bytes of the blank line are there once `byte` follows, when `matched` were there before.
+int matchedWith(unsigned char byte, int matched)
+{
+    if (byte == static_cast<unsigned char>(kBlankLine[matched])) return matched + 1;
+    return byte == '\r' ? 1 : 0;
+}
+
+std::size_t lengthSize(unsigned char lengthField)
 {
     switch (lengthField & 0x7f) {
         case 126:
-            return 4;
-        case 127:
-            return 10;
-        default:
             return 2;
+        case 127:
+            return 8;
+        default:
+            return 0;
     }
 }
 
 }  // namespace
 
-std::string readOpeningRequest(ByteSource& source)
+std::size_t OpeningRequest::take(const unsigned char* bytes, std::size_t size)
 {
-    std::string request(kWebSocketReceiveSize, '\0');
-    std::size_t have = 0;
-    while (have < request.size()) {
-        const ssize_t got = source.read(&request[have], request.size() - have);
-        if (got <= 0) break;
-        have += static_cast<std::size_t>(got);
-        if (request.find("\r\n\r\n") < have) break;
-    }
-    request.resize(have);
-    return request;
+    std::size_t taken = 0;
+    while (taken < size && !isWhole())
+        matched_ = matchedWith(bytes[taken++], matched_);
+    if (keepsText_) text_.append(reinterpret_cast<const char*>(bytes), std::min(taken, kLongest - text_.size()));
+    return taken;
+}
+
+void OpeningRequest::dropText()
+{
+    keepsText_ = false;
+    text_ = std::string();
 }
 
 std::string getHSaccept(const std::string& key)
@@ -90,21 +101,107 @@ FrameHeader::FrameHeader(int opcode, unsigned int payloadSize)
         bytes[i - 1] = static_cast<unsigned char>(payloadSize);
 }
 
-ReceivedFrame decodeFrame(const unsigned char* bytes, std::size_t size)
+const ReceivedFrame* FrameStream::next(const unsigned char*& at, const unsigned char* end)
 {
-    ReceivedFrame frame;
-    frame.opcode = bytes[0] & 0x0f;
-    if (bytes[0] != (kFinal | WS_FR_OP_TXT) || size < 2) return frame;
-    const std::size_t keyAt = maskingKeyAt(bytes[1]);
-    if (size < keyAt + kMaskingKeySize) return frame;
+    if (isComplete_) begin();
+    if (takeHeader(at, end)) takePayload(at, end);
+    return isComplete_ ? &frame_ : nullptr;
+}
 
-    const unsigned char* const key = bytes + keyAt;
-    const unsigned char* const masked = key + kMaskingKeySize;
-    std::string payload(size - keyAt - kMaskingKeySize, '\0');
-    for (std::size_t i = 0; i < payload.size(); ++i)
-        payload[i] = static_cast<char>(masked[i] ^ key[i % kMaskingKeySize]);
-    frame.payload = std::move(payload);
-    return frame;
+void FrameStream::begin()
+{
+    frame_.opcode = 0;
+    frame_.payload = std::string();
+    frame_.isLost = false;
+    frame_.size = 0;
+    frame_.shownSize = 0;
+    isComplete_ = false;
+}
+
+bool FrameStream::isTooLong() const
+{
+    return isText() && frame_.size >= headerSize() && payloadSize() > kLongestText;
+}
+
+bool FrameStream::isClose() const
+{
+    return frame_.size > 0 && frame_.opcode == WS_FR_OP_CLSE;
+}
+
+bool FrameStream::isText() const
+{
+    return frame_.size > 0 && frame_.shown[0] == (kFinal | WS_FR_OP_TXT);
+}
+
+/// As far as the bytes so far tell.
+std::size_t FrameStream::headerSize() const
+{
+    return frame_.size < 2 ? 2 : 2 + lengthSize(frame_.shown[1]) + kMaskingKeySize;
+}
+
+std::uint64_t FrameStream::payloadSize() const
+{
+    const std::size_t size = lengthSize(frame_.shown[1]);
+    if (size == 0) return frame_.shown[1] & 0x7f;
+    std::uint64_t length = 0;
+    for (std::size_t i = 0; i < size; ++i)
+        length = length << 8 | frame_.shown[2 + i];
+    return length;
+}
+
+/// False when more bytes have to come. Of a close frame the first one will do.
+bool FrameStream::takeHeader(const unsigned char*& at, const unsigned char* end)
+{
+    while (frame_.size < headerSize() && !isClose()) {
+        if (at == end) return false;
+        show(at, at + 1);
+        ++at;
+        frame_.opcode = frame_.shown[0] & 0x0f;
+    }
+    return true;
+}
+
+void FrameStream::takePayload(const unsigned char*& at, const unsigned char* end)
+{
+    if (isClose() || isTooLong()) return takeRest(at, end);
+    const std::uint64_t left = payloadSize() - (frame_.size - headerSize());
+    const auto here = static_cast<std::size_t>(std::min<std::uint64_t>(left, static_cast<std::size_t>(end - at)));
+    isComplete_ = here == left;
+    if (isText() && !frame_.isLost) unmask(at, here);
+    show(at, at + here);
+    at += here;
+}
+
+/// Nothing that follows is looked at.
+void FrameStream::takeRest(const unsigned char*& at, const unsigned char* end)
+{
+    isComplete_ = isClose();
+    show(at, end);
+    at = end;
+}
+
+void FrameStream::show(const unsigned char* begin, const unsigned char* end)
+{
+    const auto size = static_cast<std::size_t>(end - begin);
+    const std::size_t shown = std::min(size, ReceivedFrame::kShown - frame_.shownSize);
+    std::memcpy(frame_.shown + frame_.shownSize, begin, shown);
+    frame_.shownSize += shown;
+    frame_.size += size;
+}
+
+void FrameStream::unmask(const unsigned char* masked, std::size_t size)
+{
+    const unsigned char* const key = frame_.shown + headerSize() - kMaskingKeySize;
+    const std::size_t before = frame_.payload.size();
+    try {
+        frame_.payload.resize(before + size);
+    } catch (const std::bad_alloc&) {
+        frame_.payload = std::string();
+        frame_.isLost = true;
+        return;
+    }
+    for (std::size_t i = 0; i < size; ++i)
+        frame_.payload[before + i] = static_cast<char>(masked[i] ^ key[(before + i) % kMaskingKeySize]);
 }
 
 }  // namespace Orvu

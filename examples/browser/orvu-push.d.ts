@@ -22,7 +22,7 @@ export interface OrvuPushOptions {
     attemptSeconds?: number;
     /** How long an echo may take; after that the connection counts as lost. 10. */
     echoSeconds?: number;
-    /** How many texts may be without their echo, the one on its way included. 16. */
+    /** How many texts may be without their echo. 16. */
     queueLimit?: number;
     /** A number from 0 up to, not including, 1. Math.random. */
     random?: () => number;
@@ -34,10 +34,10 @@ export interface OrvuPushOptions {
 
 export type OrvuPushErrorCode =
     | "empty"         // the server echoes no empty text
-    | "too-long"      // the frame of the text is longer than 2048 bytes: the text than 2040 in UTF-8
+    | "too-long"      // the text is longer than 65536 bytes in UTF-8
     | "not-attached"  // no connection stands
     | "queue-full"    // queueLimit texts wait for their echoes
-    | "lost";         // the connection ended, or was closed, before the echo came
+    | "lost";         // the connection ended, or was closed, before the echo came, or the server left the echo out
 
 /** Why a text was not sent, or not echoed. */
 export class OrvuPushError extends Error {
@@ -108,10 +108,7 @@ export class OrvuPush extends EventTarget {
     /** Ends a pause: the next attempt begins at once. Without effect in other states. */
     retryNow(): void;
 
-    /**
-     * Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for what is no text. Texts
-     * go out one by one, each after the echo of the one before.
-     */
+    /** Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for what is not a text. */
     send(text: string): Promise<string>;
 
     /** Detaches and stays so until open() is called again. Texts without an echo are rejected. */
@@ -129,5 +126,5 @@ export class OrvuPush extends EventTarget {
     ): void;
 }
 
-/** The bytes of the frame in which a browser sends `text`; the server takes frames of up to 2048. */
-export function frameBytes(text: string): number;
+/** How many bytes of UTF-8 the server would still take after `text`; negative for one that is too long. */
+export function bytesLeft(text: string): number;

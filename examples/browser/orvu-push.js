@@ -9,11 +9,8 @@
  * @module
  */
 
-// The server takes one receive of this many bytes for one frame.
-const kReceiveBytes = 2048;
-
-// How long closing waits for the echo of the text that is on its way.
-const kLastEchoSeconds = 1;
+// The longest text that the server takes, in UTF-8.
+const kLongestText = 65536;
 
 const kDefaults = {
     firstPauseSeconds: 1,
@@ -29,11 +26,9 @@ const kDefaults = {
     },
 };
 
-/** The bytes of the frame in which a browser sends `text`; the server takes frames of up to 2048. */
-export function frameBytes(text) {
-    const payload = new TextEncoder().encode(text).length;
-    if (payload <= 125) return 6 + payload;
-    return (payload <= 65535 ? 8 : 14) + payload;
+/** How many bytes of UTF-8 the server would still take after `text`; negative for one that is too long. */
+export function bytesLeft(text) {
+    return kLongestText - new TextEncoder().encode(text).length;
 }
 
 /** Why a text was not sent, or not echoed; `code` tells which. */
@@ -85,7 +80,7 @@ export class OrvuPush extends EventTarget {
     #failures = 0;      // attempts and connections that ended, since the last attachment
     #retryAt;           // on the clock, while pausing
     #timer;             // bounds the attempt, the pause or the echo: whatever the state waits for
-    #texts = [];        // the first is on its way, the others wait for its echo
+    #texts = [];        // that wait for their echoes, in the order in which they were sent
 
     /**
      * @param {string} url such as "ws://192.168.0.10:34000"
@@ -135,24 +130,20 @@ export class OrvuPush extends EventTarget {
         if (this.#retryAt !== undefined) this.#connect();
     }
 
-    /**
-     * Sends one text. Resolves with the echo; rejects with an OrvuPushError. Texts go out one by one, each after the
-     * echo of the one before, since the server would take two that arrive together for one.
-     */
+    /** Sends one text. Resolves with the echo; rejects with an OrvuPushError. */
     async send(text) {
         this.#check(text);
         return new Promise((resolve, reject) => {
-            this.#texts.push({ text, resolve, reject });
-            if (this.#texts.length === 1) this.#sendFirst();
+            this.#socket.send(text);
+            this.#texts.push({ text, resolve, reject, sentAt: this.#options.clock.now() });
+            if (this.#texts.length === 1) this.#awaitEcho();
         });
     }
 
     /** Detaches and stays so until open() is called again. Texts without an echo are rejected. */
     close() {
         if (this.#state === "closed") return;
-        const socket = this.#leaveSocket();
-        if (this.#texts.length > 0) this.#closeAfterEcho(socket);
-        else socket?.close();
+        this.#leaveSocket()?.close();
         this.#enter("closed");
     }
 
@@ -184,18 +175,6 @@ export class OrvuPush extends EventTarget {
         this.#socket = null;
         if (socket) socket.onopen = socket.onmessage = socket.onclose = null;
         return socket;
-    }
-
-    // Right behind a text the close frame would be taken for a part of it, and the place stay taken for a minute.
-    #closeAfterEcho(socket) {
-        const { clock } = this.#options;
-        const close = () => {
-            clock.clearTimeout(timer);
-            socket.onmessage = null;
-            socket.close();
-        };
-        const timer = clock.setTimeout(close, kLastEchoSeconds * 1000);
-        socket.onmessage = ({ data }) => typeof data === "string" && close();
     }
 
     #fail() {
@@ -244,27 +223,31 @@ export class OrvuPush extends EventTarget {
         else this.dispatchEvent(new OrvuMessageEvent(new Uint8Array(data), new Date(this.#options.clock.now())));
     }
 
+    // The server leaves an echo out when there is no room for it. Those that do come keep their order.
     #receiveEcho(text) {
+        const leftOut = Math.max(0, this.#texts.findIndex((sent) => sent.text === text));
+        const unheard = this.#texts.splice(0, leftOut);
         const first = this.#texts.shift();
         this.#options.clock.clearTimeout(this.#timer);
-        if (this.#texts.length > 0) this.#sendFirst();
+        if (this.#texts.length > 0) this.#awaitEcho();
+        for (const { reject } of unheard) reject(new OrvuPushError("lost", "The server left the echo out."));
         first?.resolve(text);
         this.dispatchEvent(new OrvuEchoEvent(text));
     }
 
     // An echo that does not come is the only sign of a receiver that vanished without a word, such as by a power cut.
-    #sendFirst() {
-        this.#socket.send(this.#texts[0].text);
-        this.#after(this.#options.echoSeconds, () => this.#fail());
+    #awaitEcho() {
+        const { clock, echoSeconds } = this.#options;
+        const waited = (clock.now() - this.#texts[0].sentAt) / 1000;
+        this.#after(Math.max(0, echoSeconds - waited), () => this.#fail());
     }
 
     #check(text) {
         const { queueLimit } = this.#options;
         if (typeof text !== "string") throw new TypeError("Only a text can be sent.");
         if (text === "") throw new OrvuPushError("empty", "An empty text would have no echo.");
-        if (frameBytes(text) > kReceiveBytes) {
-            const words = `The text makes a frame of ${frameBytes(text)} bytes; the server takes ${kReceiveBytes}.`;
-            throw new OrvuPushError("too-long", words);
+        if (bytesLeft(text) < 0) {
+            throw new OrvuPushError("too-long", `The text is ${-bytesLeft(text)} bytes longer than the server takes.`);
         }
         if (this.#state !== "attached") throw new OrvuPushError("not-attached", "There is no connection to send on.");
         if (this.#texts.length >= queueLimit) {

@@ -1,9 +1,7 @@
 // The page around orvu-push.js: the receiver from the address line, its state, its messages, a text to it.
 import { moveFocusWithArrows } from "./arrows.js";
 import { Feed } from "./feed.js";
-import { OrvuPush, frameBytes } from "./orvu-push.js";
-
-const kLongestFrame = 2048;
+import { OrvuPush, bytesLeft } from "./orvu-push.js";
 
 const kStateNames = {
     closed: "Not attached",
@@ -74,7 +72,7 @@ function showMessage(message) {
 }
 
 function showRoom() {
-    const room = kLongestFrame - frameBytes(textField.value);
+    const room = bytesLeft(textField.value);
     const words = room < 0 ? `${-room} bytes too long` : `Room for ${room} more bytes`;
     element("room").textContent = room < 200 ? words : "";
     element("room").classList.toggle("wrong", room < 0);

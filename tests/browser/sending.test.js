@@ -35,34 +35,59 @@ describe("A sent text", () => {
         assert.deepEqual(heard, ["hello"]);
     });
 
-    it("waits for the echo of the one before", async () => {
-        const sent = [push.send("one"), push.send("two"), push.send("three")];
-        assert.deepEqual(Socket.last.sent, ["one"]);
-        Socket.last.echo();
-        assert.deepEqual(Socket.last.sent, ["one", "two"]);
-        Socket.last.echo();
-        Socket.last.echo();
-        assert.deepEqual(await Promise.all(sent), ["one", "two", "three"]);
+    it("does not wait for the echo of the one before", async () => {
+        const texts = ["one", "two", "three"];
+        const sent = texts.map((text) => push.send(text));
+        assert.deepEqual(Socket.last.sent, texts);
+        for (const text of texts) Socket.last.echo(text);
+        assert.deepEqual(await Promise.all(sent), texts);
     });
 
-    it("does not take a pushed message for its echo", () => {
-        push.send("one");
-        push.send("two").catch(() => {});
+    it("does not take a pushed message for its echo", async () => {
+        let echoed = false;
+        const sent = push.send("one").then(() => { echoed = true; });
         Socket.last.push("one");
-        assert.deepEqual(Socket.last.sent, ["one"]);
+        await Promise.resolve();
+        assert.equal(echoed, false);
+        Socket.last.echo();
+        await sent;
+    });
+
+    it("fails when its echo is left out, which does not disturb those after it", async () => {
+        const sent = ["one", "two", "three"].map((text) => push.send(text));
+        Socket.last.echo("two");
+        await assert.rejects(sent[0], failsWith("lost"));
+        assert.equal(await sent[1], "two");
+        Socket.last.echo("three");
+        assert.equal(await sent[2], "three");
+        assert.equal(push.state, "attached");
+        assert.equal(clock.waiting, 0);
+    });
+
+    it("may be the same as the one before", async () => {
+        const sent = [push.send("one"), push.send("one")];
+        Socket.last.echo();
+        Socket.last.echo();
+        assert.deepEqual(await Promise.all(sent), ["one", "one"]);
+    });
+
+    it("takes an echo of other words for its own when no text has these", async () => {
+        const sent = push.send("half a pair: \ud83d");
+        Socket.last.echo("half a pair: \ufffd");
+        assert.equal(await sent, "half a pair: \ufffd");
     });
 
     it("is refused when as many as may wait are waiting, until an echo has come", async () => {
         const sent = [push.send("1"), push.send("2"), push.send("3")];
         await assert.rejects(push.send("4"), failsWith("queue-full"));
-        Socket.last.echo();
+        Socket.last.echo("1");
         sent.push(push.send("5"));
-        for (let i = 0; i < 3; ++i) Socket.last.echo();
+        for (const text of ["2", "3", "5"]) Socket.last.echo(text);
         assert.deepEqual(await Promise.all(sent), ["1", "2", "3", "5"]);
     });
 
-    it("may be as long as its frame can be", async () => {
-        for (const text of ["a".repeat(2040), "ã".repeat(1020)]) {
+    it("may have 64 kilobytes of UTF-8", async () => {
+        for (const text of ["a".repeat(65536), "ã".repeat(32768)]) {
             const sent = push.send(text);
             Socket.last.echo();
             assert.equal(await sent, text);
@@ -70,8 +95,8 @@ describe("A sent text", () => {
     });
 
     for (const [why, text, code] of [
-        ["its frame is too long", "a".repeat(2041), "too-long"],
-        ["its UTF-8 is too long", "ã".repeat(1021), "too-long"],
+        ["it is too long", "a".repeat(65537), "too-long"],
+        ["its UTF-8 is too long", "ã".repeat(32769), "too-long"],
         ["it is empty", "", "empty"],
     ]) {
         it(`is refused when ${why}`, async () => {
@@ -95,42 +120,14 @@ describe("A sent text", () => {
     });
 
     for (const [how, end] of [["is lost", () => Socket.last.end()], ["is closed", () => push.close()]]) {
-        it(`fails when the connection ${how} before its echo, and those behind it`, async () => {
+        it(`fails when the connection ${how} before its echo, and those after it`, async () => {
             const sent = [push.send("one"), push.send("two")];
-            const socket = Socket.last;
             end();
             for (const text of sent) await assert.rejects(text, failsWith("lost"));
-            assert.deepEqual(socket.sent, ["one"]);
+            assert.equal(Socket.last.closeCalls, 1);
+            assert.equal(clock.waiting, push.state === "closed" ? 0 : 1);
         });
     }
-
-    it("on its way holds the close frame back until its echo has come", async () => {
-        const sent = push.send("one");
-        push.close();
-        await assert.rejects(sent, failsWith("lost"));
-        const socket = Socket.last;
-        assert.equal(push.state, "closed");
-        assert.equal(socket.closeCalls, 0);
-        socket.push("one");
-        assert.equal(socket.closeCalls, 0);
-        socket.echo();
-        assert.equal(socket.closeCalls, 1);
-        socket.echo("late");
-        clock.advance(10);
-        assert.equal(socket.closeCalls, 1);
-        assert.equal(clock.waiting, 0);
-    });
-
-    it("on its way holds the close frame back for a second at most", async () => {
-        const sent = push.send("one");
-        push.close();
-        await assert.rejects(sent, failsWith("lost"));
-        clock.advance(0.9);
-        assert.equal(Socket.last.closeCalls, 0);
-        clock.advance(0.1);
-        assert.equal(Socket.last.closeCalls, 1);
-        assert.equal(push.state, "closed");
-    });
 
     it("is not sent again on the next connection", async () => {
         const sent = push.send("one");
@@ -156,12 +153,13 @@ describe("A sent text", () => {
 
     it("has the ten seconds from its own sending", () => {
         push.send("one");
+        clock.advance(5);
         push.send("two").catch(() => {});
-        clock.advance(8);
-        Socket.last.echo();
-        clock.advance(8);
+        clock.advance(4);
+        Socket.last.echo("one");
+        clock.advance(5.9);
         assert.equal(push.state, "attached");
-        clock.advance(2);
+        clock.advance(0.1);
         assert.equal(push.state, "lost");
     });
 

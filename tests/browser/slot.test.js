@@ -74,11 +74,29 @@ describe("The one place at a push server", () => {
         await second.locator("#messages .body", { hasText: "for the second" }).waitFor();
     });
 
+    it("is a page's again at its first attempt when it is reloaded", async () => {
+        await context.addInitScript(() => {
+            globalThis.attempts = 0;
+            globalThis.WebSocket = class extends globalThis.WebSocket {
+                constructor(url) {
+                    super(url);
+                    globalThis.attempts += 1;
+                }
+            };
+        });
+        const page = await openAttachedPage(context, site, server);
+        for (let round = 0; round < 20; ++round) {
+            await page.reload();
+            await untilState(page, "attached");
+            assert.equal(await page.evaluate(() => globalThis.attempts), 1);
+        }
+    });
+
     it("goes to the second page when the first leaves in the middle of a text", async () => {
         const first = await openAttachedPage(context, site, server);
         const second = await openPage(context, site, server);
         await untilState(second, "refused-or-unreachable");
-        await first.getByLabel("Text to send").fill("a".repeat(2040));
+        await first.getByLabel("Text to send").fill("a".repeat(65536));
         await first.evaluate(() => {
             document.getElementById("send").requestSubmit();
             location.href = "about:blank";

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
-#include <random>
 #include <thread>
 
 #include "push/PushServers.h"
 #include "wire/Receiver.h"
+#include "wire/Sockets.h"
 
 using namespace OrvuTests;
 using testing::Optional;
@@ -14,7 +14,7 @@ const std::string kReader = "OrvuRestServerWebSocket::clientReadThread";
 const std::string kSend = "OrvuRestServerWebSocket::send: ";
 
 struct AWebSocketClient : testing::Test {
-    /// Sends bytes that the server receives apart from those before and behind.
+    /// Sends bytes that the server receives apart from those before and after.
     void sendAlone(const std::string& bytes)
     {
         ASSERT_TRUE(client.send(bytes));
@@ -23,9 +23,10 @@ struct AWebSocketClient : testing::Test {
     /// The server still reads and answers.
     void expectEcho()
     {
-        sendAlone(textFrame("still there?"));
-        EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, "still there?"}));
+        client.send(textFrame("still there?"));
+        expectEcho("still there?");
     }
+    void expectEcho(const std::string& text) { EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, text})); }
     /// The server has let it go, without a word.
     void expectEnd()
     {
@@ -39,6 +40,15 @@ struct AWebSocketClient : testing::Test {
     RawPeer client = server.attach();
     std::size_t received = 0;
 };
+
+/// A frame with a length of eight bytes, and a key that changes nothing.
+std::string longFrame(int first, const std::string& payload)
+{
+    std::string frame = std::string(1, static_cast<char>(first)) + '\xff';
+    for (int shift = 56; shift >= 0; shift -= 8)
+        frame += static_cast<char>(std::uint64_t{payload.size()} >> shift);
+    return frame + std::string(4, '\0') + payload;
+}
 
 std::string headOf(std::size_t size, AWebSocketClient& test)
 {
@@ -116,35 +126,107 @@ TEST_F(AWebSocketClient, IsEchoedWithFiveLogLines)
 
 TEST_F(AWebSocketClient, MaySendALengthInEachForm)
 {
-    for (const std::size_t size : {1, 125, 126, 127, 1000, 2040}) {
-        sendAlone(textFrame(std::string(size, 'x')));
-        EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, std::string(size, 'x')}));
+    for (const std::size_t size : {1, 125, 126, 127, 1000, 2048, 65535}) {
+        client.send(textFrame(std::string(size, 'x')));
+        expectEcho(std::string(size, 'x'));
     }
-    sendAlone(std::string("\x81\xff\0\0\0\0\0\0\0\5\0\0\0\0hello", 19));
-    EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, "hello"}));
-}
-
-TEST_F(AWebSocketClient, IsReadUpToTheEndOfWhatCameWhateverTheLengthSays)
-{
-    sendAlone(std::string("\x81\x82\0\0\0\0hello", 11));
-    EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, "hello"}));
-    sendAlone(std::string("\x81\xfd\0\0\0\0hello", 11));
-    EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, "hello"}));
+    client.send(longFrame(0x81, "hello"));
+    expectEcho("hello");
+    client.send(longFrame(0x81, std::string(65536, 'x')));
+    expectEcho(std::string(65536, 'x'));
 }
 
 TEST_F(AWebSocketClient, IsTakenToMaskItsFrames)
 {
-    sendAlone(std::string("\x81\x09\0\0\0\0hello", 11));  // the mask bit is not looked at
+    sendAlone(std::string("\x81\x05\0\0\0\0hello", 11));  // the mask bit is not looked at
+    EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, "hello"}));
+    sendAlone(std::string("\x89\x05\0\0\0\0hello", 11) + textFrame("hello"));
     EXPECT_THAT(readServerFrame(client), Optional(Frame{0x81, "hello"}));
 }
 
-TEST_F(AWebSocketClient, IsNotAnsweredOnFramesThatAreTooShort)
+TEST_F(AWebSocketClient, MaySendSeveralFramesAtOnce)
 {
-    for (const std::string& start : {std::string("\x81"), std::string("\x81\x85"), std::string("\x81\x85\x37"),
-                                     std::string("\x81\x85\x37\xfa\x21"), std::string("\x81\xfe\0\xff\x37\xfa\x21", 7),
-                                     std::string("\x81\xff\0\0\0\0\0\0\0\5\x37\xfa\x21", 13)})
-        sendAlone(start);
+    client.send(textFrame("one") + textFrame("two") + clientFrame(0x89, "ping") + textFrame("") + textFrame("three"));
+    for (const char* const text : {"one", "two", "three"})
+        expectEcho(text);
     expectEcho();
+}
+
+TEST_F(AWebSocketClient, MaySendManyFramesWithoutAPause)
+{
+    std::string frames;
+    for (int i = 0; i < 10000; ++i)
+        frames += textFrame(std::to_string(i));
+    std::thread sender([&] { client.send(frames); });
+    for (int i = 0; i < 10000; ++i)
+        ASSERT_THAT(readServerFrame(client), Optional(Frame{0x81, std::to_string(i)}));
+    sender.join();
+}
+
+TEST_F(AWebSocketClient, IsLoggedFrameByFrame)
+{
+    ASSERT_TRUE(log.waitFor(kReader + ": start"));
+    const std::string one = textFrame("one");
+    const std::string ping = clientFrame(0x89, "ping");
+    log.clear();
+    sendAlone(one + ping + one);
+    EXPECT_THAT(linesWith(log, "receiveframe: "),
+                testing::ElementsAre("receiveframe: " + one + " | size: 9", "receiveframe: " + ping + " | size: 10",
+                                     "receiveframe: " + one + " | size: 9"));
+    EXPECT_EQ(log.count(kReader + ": Receive msg: WS_FR_OP_TXT"), 2);
+    EXPECT_EQ(log.count(kReader + ": Received msg: echo back to client: one"), 2);
+}
+
+TEST_F(AWebSocketClient, HasTwoKilobytesOfAFrameLogged)
+{
+    const std::string frame = textFrame(std::string(5000, 'x'));
+    client.send(frame);
+    expectEcho(std::string(5000, 'x'));
+    EXPECT_EQ(log.count("receiveframe: " + frame.substr(0, 2048) + " | size: 5008"), 1);
+}
+
+TEST_F(AWebSocketClient, MaySendAFrameByteByByte)
+{
+    for (const std::string& frame :
+         {textFrame("hello"), clientFrame(0x82, "binary"), textFrame(std::string(126, 'x')), longFrame(0x81, "hello")})
+        ASSERT_TRUE(client.sendByteByByte(frame));
+    expectEcho("hello");
+    expectEcho(std::string(126, 'x'));
+    expectEcho("hello");
+}
+
+TEST_F(AWebSocketClient, IsAnsweredOnceItsFrameIsWhole)
+{
+    const std::string frames[] = {textFrame("hello"), textFrame(std::string(126, 'x')), longFrame(0x81, "hello")};
+    for (const std::string& frame : frames) {
+        for (const std::size_t cut : {1, 2, 5, 6, 9}) {
+            sendAlone(frame.substr(0, cut));
+            EXPECT_FALSE(hasBytes(client)) << cut << " of " << frame.size();
+            sendAlone(frame.substr(cut));
+            expectEcho(frame.size() > 20 ? std::string(126, 'x') : "hello");
+        }
+    }
+}
+
+TEST_F(AWebSocketClient, IsLetGoForATextOfMoreThan64Kilobytes)
+{
+    client.send(textFrame("one") + longFrame(0x81, std::string(65537, 'x')).substr(0, 14));
+    expectEcho("one");
+    expectEnd();
+    EXPECT_TRUE(
+        areInOrder(log.lines(), {"receiveframe: ERROR text too long!", kReader + ": closing...", kReader + " end"}));
+}
+
+TEST_F(AWebSocketClient, HasFramesThatAreIgnoredSkippedHoweverLong)
+{
+    constexpr std::size_t kSize = std::size_t{64} << 20;
+    const std::string frame = longFrame(0x82, std::string(kSize, '\x88'));
+    resetPeakMemory();
+    const std::size_t before = peakMemory();
+    client.send(frame);
+    client.send(longFrame(0x80, std::string(100000, '\x88')) + longFrame(0x8a, std::string(100000, '\x81')));
+    expectEcho();
+    EXPECT_LT(peakMemory(), before + kSize / 4);
 }
 
 TEST_F(AWebSocketClient, IsNotAnsweredOnAnEmptyText)
@@ -167,25 +249,6 @@ TEST_F(AWebSocketClient, IsNotAnsweredOnAnyOtherFrame)
     expectEcho();
 }
 
-TEST_F(AWebSocketClient, SurvivesAFrameLongerThanWhatIsReceivedAtOnce)
-{
-    const std::string frame = std::string("\x81\xfe\x13\x88\0\0\0\0", 8) + "x" + std::string(4999, '\0');
-    ASSERT_TRUE(client.send(frame));
-    ASSERT_TRUE(eventually([this] {
-        std::size_t size = 0;
-        for (const std::string& line : linesWith(log, "receiveframe: "))
-            size += std::stoul(line.substr(line.rfind(' ')));
-        return size == 5008;
-    }));
-    const std::optional<Frame> echo = readServerFrame(client);
-    ASSERT_TRUE(echo);
-    EXPECT_EQ(echo->first, 0x81);
-    EXPECT_LE(echo->payload.size(), 2040u);
-    EXPECT_EQ(echo->payload, ("x" + std::string(4999, '\0')).substr(0, echo->payload.size()));
-    received = linesWith(log, kReader + ": -->> Receive data").size();
-    expectEcho();
-}
-
 class ACloseFrame : public AWebSocketClient, public testing::WithParamInterface<int> {};
 INSTANTIATE_TEST_SUITE_P(BeginningWith, ACloseFrame,
                          testing::Values(0x88, 0x08, 0x18, 0x28, 0x48, 0x78, 0x98, 0xc8, 0xf8));
@@ -203,6 +266,15 @@ TEST_P(ACloseFrame, MayBeOneByte)
 {
     client.send(std::string(1, static_cast<char>(GetParam())));
     expectEnd();
+}
+
+TEST_P(ACloseFrame, CountsAlsoAfterAnotherFrame)
+{
+    client.send(textFrame("hello") + clientFrame(0x89, "ping") + clientFrame(GetParam(), "") + textFrame("late"));
+    EXPECT_EQ(client.readToEnd(), "\x81\x05hello");
+    EXPECT_TRUE(log.waitFor(kReader + " end"));
+    EXPECT_EQ(log.count(kReader + ": Receive msg: WS_FR_OP_CLSE"), 1);
+    EXPECT_FALSE(server.push("hello"));
 }
 
 TEST_F(AWebSocketClient, NeverGetsPushesAndEchoesMixed)
