@@ -33,7 +33,7 @@ std::shared_ptr<OrvuRestServerSocket>& instance()
 }  // namespace
 
 /// The connections whose request is being received, and the workers who do it.
-class OrvuRestServerSocket::Requests : public Connections {
+class OrvuRestServerSocket::Requests final : public Connections {
 public:
     Requests() : inFlight_(std::make_shared<InFlight>()), workers_(std::make_shared<Workers>(inFlight_)) {}
 

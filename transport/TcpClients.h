@@ -11,7 +11,7 @@
 namespace Orvu {
 
 /// The clients of a TCP push server: what is sent goes to all of them. Any thread.
-class TcpClients : public Connections {
+class TcpClients final : public Connections {
 public:
     TcpClients();
     ~TcpClients();

@@ -12,7 +12,7 @@ namespace Orvu {
 
 /// The connections of a WebSocket push server, each with its reader thread: one at most is attached and gets what is pushed,
 /// and eight at most are in their handshake. Any thread.
-class WebSocketClients : public Connections {
+class WebSocketClients final : public Connections {
 public:
     void take(Socket connection) override;
     /// A push in progress ends.

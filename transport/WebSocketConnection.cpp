@@ -203,7 +203,7 @@ void WebSocketConnection::echo(const std::string& text)
 ssize_t WebSocketConnection::push(const void* data, std::size_t size)
 {
     const std::lock_guard<std::mutex> lock(writing_);
-    return place_.isAttached(*this) ? sendframe(data, size, WS_FR_OP_BIN) : 0;
+    return isOver_ ? 0 : sendframe(data, size, WS_FR_OP_BIN);
 }
 
 /// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing_`.

@@ -21,8 +21,8 @@ public:
     /// From the opening request to the end, for the reader thread.
     void serve();
 
-    /// Sends one binary frame. The bytes that went out, its header counted; 0 when the connection is not attached, -1 when
-    /// writing failed.
+    /// Sends one binary frame on a connection that was attached. The bytes that went out, its header counted; 0 when it has
+    /// been ended meanwhile, -1 when writing failed.
     ssize_t push(const void* data, std::size_t size);
 
     // What the place knows of it:
