@@ -59,9 +59,6 @@ RequestCallback registeredCallback()
     return requestCallback;
 }
 
-OrvuRestInterface::OrvuRestInterface() = default;
-OrvuRestInterface::~OrvuRestInterface() = default;
-
 OrvuRestInterface* OrvuRestInterface::getInstance()
 {
     static Immortal<OrvuRestInterface> facade;

@@ -128,8 +128,8 @@ private:
     template <class Type>
     friend class Immortal;
 
-    ORVU_LOCAL OrvuRestInterface();
-    ORVU_LOCAL ~OrvuRestInterface();
+    OrvuRestInterface() = default;
+    ~OrvuRestInterface() = default;
 };
 
 }  // namespace Orvu

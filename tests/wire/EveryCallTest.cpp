@@ -86,7 +86,7 @@ const std::vector<Caller::Call> Caller::kCalls = {
     [](Caller&) { facade().registerRequestCallback(answer); },
     [](Caller& caller) { facade().registerRequestCallback(caller.upTo(10) == 0 ? destroyAndAnswer : answer); },
     [](Caller&) { facade().registerLogCallback(nullptr); },
-    [](Caller&) { facade().log("a line"); },
+    [](Caller&) { OrvuRestInterface::log("a line"); },
     [](Caller& caller) { facade().startListenRequests(caller.port()); },
     [](Caller&) { facade().startListenRequests(0); },
     [](Caller&) { facade().stopListenRequests(); },
