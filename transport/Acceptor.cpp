@@ -18,7 +18,8 @@ bool bindTo(const Socket& socket, in_addr host, int port)
     return bind(socket.fd(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
-int boundPort(const Socket& socket)
+/// The port that the system chose; 0 when it does not say.
+int chosenPort(const Socket& socket)
 {
     sockaddr_in address{};
     socklen_t size = sizeof address;
@@ -66,17 +67,13 @@ bool Acceptor::configure(in_addr address, int port)
     if (running_) stopLocked();
     port_ = 0;
     listener_ = Socket::stream();
-    configured_ = listener_ && bindTo(listener_, address, port);
-    if (!listener_) {
-        log("configure: ERROR opening server socket!");
-    } else if (!configured_ || (kind_.listening == SinceConfigured && !listen())) {
-        log("configure: ERROR binding server socket!");
-        configured_ = false;
-        if (kind_.afterFailedBind == ClosesSocket) listener_ = Socket();
-    } else {
-        port_ = boundPort(listener_);
-    }
-    return configured_;
+    configured_ = listener_ && bindTo(listener_, address, port) && (kind_.listening == SinceStarted || listen());
+    if (configured_) port_ = port != 0 ? port : chosenPort(listener_);
+    configured_ = port_ != 0;
+    if (configured_) return true;
+    log(listener_ ? "configure: ERROR binding server socket!" : "configure: ERROR opening server socket!");
+    if (kind_.afterFailedBind == ClosesSocket) listener_ = Socket();
+    return false;
 }
 
 bool Acceptor::listen()

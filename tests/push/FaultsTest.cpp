@@ -319,6 +319,16 @@ TEST(ATcpServer, TakesNobodyWhoComesInWhileItStops)
     EXPECT_EQ(otherEndOf(last), -1);
 }
 
+TEST(ATcpServer, IsNotConfiguredOnAPortThatTheSystemDoesNotName)
+{
+    const FailingCall nameless(calls.getsockname, 1, ENOBUFS);
+    Orvu::OrvuRestServerTcpSocket server;
+    EXPECT_FALSE(server.configure(0));
+    EXPECT_FALSE(server.start());
+    EXPECT_TRUE(server.configure(0));
+    EXPECT_TRUE(server.start());
+}
+
 TEST(ATcpServer, OffersAPushInTheOrderOfAcceptance)
 {
     RunningTcp server;
