@@ -25,7 +25,7 @@ public:
     ORVU_LOCAL static void dropRequests();
 
     bool configure(int port) override;
-    /// Configures as well, for one address of the host.
+    /// The part that listens; it can be configured for one address of the host, too.
     ORVU_LOCAL Acceptor& acceptor() { return acceptor_; }
 
     /// Once true, peers can connect. Callbacks run with the signal mask of the calling thread.

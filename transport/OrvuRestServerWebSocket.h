@@ -17,7 +17,7 @@ public:
     ~OrvuRestServerWebSocket() override;
 
     bool configure(int port) override;
-    /// Configures as well, for one address of the host.
+    /// The part that listens; it can be configured for one address of the host, too.
     ORVU_LOCAL Acceptor& acceptor() { return acceptor_; }
 
     bool start() override;

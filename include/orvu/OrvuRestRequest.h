@@ -29,7 +29,7 @@ public:
 
     /// Whether nobody is waiting for the answer any more, for an application that takes its time: true after an end of
     /// stream or an error, and once the request is answered. A peer that closed only its sending side counts as gone.
-    /// Never waits; false while another thread answers.
+    /// Never waits: false while another thread answers or asks.
     bool isPeerGone();
 
     /// Answers the request and closes its connection. `response` stays the caller's; a null one, or one that cannot be
