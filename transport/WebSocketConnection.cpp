@@ -18,7 +18,7 @@ namespace {
 constexpr Seconds kHandshakeTime(5);
 constexpr Seconds kFrameTime(5);
 constexpr int kReaderPauseMilliseconds = 60 * 1000;
-constexpr std::size_t kReceiveSize = 8 * 1024;
+constexpr std::size_t kReceiveSize = 2 * 1024;
 
 const unsigned char* bytesOf(const std::string& text)
 {
@@ -87,13 +87,13 @@ bool WebSocketConnection::doHanshake()
 void WebSocketConnection::readOpeningRequest()
 {
     SocketSource source(socket_.fd(), kHandshakeTime, after(kHandshakeTime));
-    std::string bytes(kReceiveSize, '\0');
+    char bytes[kReceiveSize];
     while (!request_.canBeJudged()) {
-        const ssize_t got = source.read(&bytes[0], bytes.size());
+        const ssize_t got = source.read(bytes, sizeof bytes);
         if (got <= 0) return;
         const auto size = static_cast<std::size_t>(got);
-        const std::size_t taken = request_.take(bytesOf(bytes), size);
-        early_.assign(bytes, taken, size - taken);
+        const std::size_t taken = request_.take(reinterpret_cast<const unsigned char*>(bytes), size);
+        early_.assign(bytes + taken, size - taken);
     }
 }
 
