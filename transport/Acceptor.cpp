@@ -124,7 +124,6 @@ void Acceptor::stopLocked()
     listener_.shutdown();
     connections_.drop();
     thread_.join();
-    connections_.drop();
     listener_ = Socket();
     if (kind_.stopped) logLine("%s", kind_.stopped);
 }

@@ -18,8 +18,8 @@ public:
     virtual void waitUntilNeeded() {}
     /// Takes a connection that was accepted. On the accept thread, which waits meanwhile.
     virtual void take(Socket connection) = 0;
-    /// Ends them all, and whatever waits on one of them. Called twice by each stop: before the accept thread has ended,
-    /// since it may be waiting, too, and after it, for the connection that it took last.
+    /// Ends them all, and whatever waits on one of them; from then until begin() none is taken. Called by each stop, before
+    /// the accept thread has ended: it may be about to hand over a last one.
     virtual void drop() = 0;
     /// Called on the accept thread when descriptors ran out. True when some were released.
     virtual bool makeRoom() { return false; }

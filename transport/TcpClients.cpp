@@ -49,13 +49,19 @@ struct TcpClients::Delivery {
 TcpClients::TcpClients() = default;
 TcpClients::~TcpClients() = default;
 
+void TcpClients::begin(const Socket&)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    isOpen_ = true;
+}
+
 void TcpClients::take(Socket connection)
 {
     connection.sendAtOnce();
     try {
         auto client = std::make_shared<Client>(std::move(connection));
         const std::lock_guard<std::mutex> lock(mutex_);
-        clients_.push_back(std::move(client));
+        if (isOpen_) clients_.push_back(std::move(client));
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestServerTcpSocket::serverThread: ERROR out of memory!");
     }
@@ -65,6 +71,7 @@ void TcpClients::drop()
 {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
+        isOpen_ = false;
         for (const auto& client : clients_)
             client->socket.shutdown();  // a push may still hold it
         clients_.clear();

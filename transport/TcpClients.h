@@ -16,6 +16,7 @@ public:
     TcpClients();
     ~TcpClients();
 
+    void begin(const Socket& listener) override;
     void take(Socket connection) override;
     /// A push in progress ends.
     void drop() override;
@@ -40,7 +41,8 @@ private:
     std::vector<Delivery> deliveries_;
     std::vector<pollfd> waiting_;
 
-    std::mutex mutex_;  // guards the list; never held while writing or joining
+    std::mutex mutex_;  // guards what follows; never held while writing or joining
+    bool isOpen_ = false;
     std::vector<std::shared_ptr<Client>> clients_;
 };
 

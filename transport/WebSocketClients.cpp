@@ -17,6 +17,12 @@ bool isEnding(const std::shared_ptr<WebSocketConnection>& connection)
 
 }  // namespace
 
+void WebSocketClients::begin(const Socket&)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    isOpen_ = true;
+}
+
 void WebSocketClients::take(Socket socket)
 {
     joinEnding();
@@ -56,8 +62,9 @@ void WebSocketClients::start(const std::shared_ptr<WebSocketConnection>& connect
 {
     Readers one(1);
     one.front().connection = connection;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!isOpen_) return;
     if (one.front().thread.start(makeTask("orvu-reader", [connection] { connection->serve(); }))) {
-        const std::lock_guard<std::mutex> lock(mutex_);
         readers_.splice(readers_.end(), one);
     } else {
         logLine("OrvuRestServerWebSocket::serverThread: Could not create the client thread!");
@@ -81,6 +88,7 @@ void WebSocketClients::drop()
     {
         Readers all;
         const std::lock_guard<std::mutex> lock(mutex_);
+        isOpen_ = false;
         for (const Reader& reader : readers_)
             if (const auto connection = reader.connection.lock()) place_.end(*connection);
         all.swap(readers_);

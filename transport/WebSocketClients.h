@@ -14,6 +14,7 @@ namespace Orvu {
 /// and eight at most are in their handshake. Any thread.
 class WebSocketClients final : public Connections {
 public:
+    void begin(const Socket& listener) override;
     void take(Socket connection) override;
     /// A push in progress ends.
     void drop() override;
@@ -35,8 +36,9 @@ private:
     WebSocketPlace place_;
     std::mutex pushing_;  // one push at a time
 
-    std::mutex mutex_;  // guards the list; never held while joining
-    Readers readers_;   // in the order of acceptance
+    std::mutex mutex_;  // guards what follows; never held while joining
+    bool isOpen_ = false;
+    Readers readers_;  // in the order of acceptance
 };
 
 }  // namespace Orvu
