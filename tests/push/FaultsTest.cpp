@@ -319,6 +319,31 @@ TEST(ATcpServer, TakesNobodyWhoComesInWhileItStops)
     EXPECT_EQ(otherEndOf(last), -1);
 }
 
+TEST(AWebSocketServer, EndsAPushAtOnceWhenItStopsWhileItsAcceptThreadHasJustStartedTheReader)
+{
+    std::atomic<bool> isReleased{false};
+    const Instead starting(calls.pthread_create,
+                           [&](pthread_t* thread, const pthread_attr_t* attributes, void* (*routine)(void*),
+                               void* argument) -> std::optional<int> {
+                               const int result = calls.pthread_create.real(thread, attributes, routine, argument);
+                               if (isOnLibraryThread()) eventually([&] { return isReleased.load(); });
+                               return result;
+                           });
+    RunningWebSocket server;
+    RawPeer client = RawPeer::connectedTo(server.port());
+    ASSERT_TRUE(shakesHands(client));
+    std::thread pushing([&] { EXPECT_TRUE(server.push(tooMuch())); });  // a failed push is true, too
+    client.receive(100);
+    std::thread stopping([&] { server.server().stop(); });
+    ASSERT_TRUE(
+        eventually([&] { return server.log.count("OrvuRestServerWebSocket::stop: Stopping server -->>") == 1; }));
+    const auto begin = Clock::now();
+    isReleased = true;
+    stopping.join();
+    pushing.join();
+    EXPECT_LT(Clock::now() - begin, std::chrono::seconds(1));
+}
+
 TEST(ATcpServer, IsNotConfiguredOnAPortThatTheSystemDoesNotName)
 {
     const FailingCall nameless(calls.getsockname, 1, ENOBUFS);
