@@ -229,9 +229,9 @@ std::string spread(const std::vector<double>& values)
 void printRows(const Rows& rows)
 {
     std::printf("Microseconds for one: the median (the least to the most), of so many samples\n\n");
-    std::printf("%-28s%-21s%-44s%-44s%s\n", "", "", "processor time", "wall time", "samples");
+    std::printf("%-26s%-20s%-33s%-33s%s\n", "", "", "processor time", "wall time", "samples");
     for (const auto& [row, samples] : rows) {
-        std::printf("%-28s%-21s%-44s%-44s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
+        std::printf("%-26s%-20s%-33s%-33s%7zu\n", titleOf(row).c_str(), row.program.c_str(),
                     spread(samples.processor).c_str(), spread(samples.wall).c_str(), samples.wall.size());
     }
 }

@@ -59,7 +59,7 @@ int main(int argc, char** argv)
     orvu->setSocketsPortsRange(argc == 4 ? std::atoi(argv[2]) : 0, argc == 4 ? std::atoi(argv[3]) : 0);
     const std::unique_ptr<Orvu::SocketServerInfo> server(orvu->createServer(argv[1]));
     if (!server || server->error != 0) {
-        std::cerr << "publisher: no server can be had\n";
+        std::cerr << "publisher: cannot create the server\n";
         return 1;
     }
     std::cout << server->protocol << " server on " << server->ipAddress << ":" << server->port << std::endl;

@@ -173,7 +173,7 @@ int main(int argc, char** argv)
     OrvuRestInterface* orvu = OrvuRestInterface::getInstance();
     orvu->registerRequestCallback(onRequest);
     if (!orvu->startListenRequests(port)) {
-        std::cerr << "receiver: port " << port << " cannot be had\n";
+        std::cerr << "receiver: port " << port << " is not available\n";
         return 1;
     }
     std::cout << "listening on port " << port << std::endl;

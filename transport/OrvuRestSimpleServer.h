@@ -12,7 +12,7 @@ public:
     OrvuRestSimpleServer& operator=(const OrvuRestSimpleServer&) = delete;
     virtual ~OrvuRestSimpleServer();
 
-    /// Takes TCP `port` of every interface; false when it cannot be had. Stops a running server first.
+    /// Takes TCP `port` of every interface; false when it is not available. Stops a running server first.
     virtual bool configure(int port) = 0;
 
     /// Lets clients connect to the configured port. True as well, and nothing changes, when the server is running.

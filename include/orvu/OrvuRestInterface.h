@@ -66,7 +66,7 @@ public:
     void setListenAddress(std::string address);
 
     /// Listens for requests on TCP `port`, 0 for one of the system's choice. Once true, peers can connect. A server that
-    /// listens already moves to `port`. False when the port cannot be had.
+    /// listens already moves to `port`. False when the port is not available.
     bool startListenRequests(int port);
 
     /// The TCP port on which requests are listened for, also when the system chose it; 0 when none is.
@@ -105,8 +105,8 @@ public:
     /// no port, below 0 or above 65535, counts as tried and refused; 0 is one of the system's choice.
     void setSocketsPortsRange(int minPort, int maxPort);
 
-    /// Opens a push server, "tcp" or "websocket", on the first port of the range that can be had. The caller owns the
-    /// record. Null when the protocol is unknown, the listen address cannot be used or no port could be had; a record whose
+    /// Opens a push server, "tcp" or "websocket", on the first free port of the range. The caller owns the
+    /// record. Null when the protocol is unknown, the listen address cannot be used or no port is free; a record whose
     /// `error` is 1 when the server could not be started.
     SocketServerInfo* createServer(std::string protocol);
 

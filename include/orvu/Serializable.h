@@ -149,8 +149,8 @@ public:
     /// `malloc` must have made, and releases it in either case. The caller releases the result with `free`.
     static char* removeHeader(const char* text);
 
-    /// A new, empty message of the type, owned by the caller. Null for a type that has no entry or when memory cannot
-    /// be had; an UnknowRequest for DataTypeUnknown.
+    /// A new, empty message of the type, owned by the caller. Null for a type that has no entry, or when out of
+    /// memory; an UnknowRequest for DataTypeUnknown.
     static Serializable* factory(DataType type);
 
     /// Reads the message from a parsed item (a `cJSON*`, passed untyped), through the virtual deserialize(text).

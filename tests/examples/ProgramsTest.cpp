@@ -70,7 +70,7 @@ TEST(TheExampleReceiver, SaysWhenThePortCannotBeHad)
     Receiver other;
     const Ended ended = run(command(ORVU_EXAMPLE_RECEIVER, {other.portText()}), withoutLog());
     EXPECT_EQ(ended.code, 1);
-    EXPECT_EQ(ended.err, "receiver: port " + other.portText() + " cannot be had\n");
+    EXPECT_EQ(ended.err, "receiver: port " + other.portText() + " is not available\n");
 }
 
 TEST(TheExampleClient, SaysWhenNobodyListens)
@@ -139,7 +139,7 @@ TEST(TheExamplePublisher, SaysWhenNoServerCanBeHad)
     for (const std::string protocol : {"tcp", "websocket", "udp"}) {
         const Ended ended = run(command(ORVU_EXAMPLE_PUBLISHER, {protocol, port, port}), withoutLog());
         EXPECT_EQ(ended.code, 1);
-        EXPECT_EQ(ended.err, "publisher: no server can be had\n");
+        EXPECT_EQ(ended.err, "publisher: cannot create the server\n");
     }
 }
 

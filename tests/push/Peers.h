@@ -11,7 +11,7 @@
 
 namespace OrvuTests {
 
-/// A socket that is to connect later, perhaps when no descriptor can be had any more.
+/// A socket that is to connect later, perhaps when no descriptors are left.
 RawPeer unconnected();
 /// Throws std::runtime_error when it cannot.
 void connectTo(int port, RawPeer& peer);

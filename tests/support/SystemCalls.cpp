@@ -69,7 +69,7 @@ ssize_t sendOneByteOrFail(int error, int fd, const msghdr* message, int flags)
     return calls.send.unfailing(fd, &shorter, flags);
 }
 
-/// SO_REUSEADDR is set all the same: without it the port could not be had again for a minute after the exchange.
+/// SO_REUSEADDR is set all the same: without it the port could not be bound again for a minute after the exchange.
 int failToSetOption(int error, int fd, int level, int option, const void* value, socklen_t size)
 {
     if (level == SOL_SOCKET && option == SO_REUSEADDR) ::setsockopt(fd, level, option, value, size);

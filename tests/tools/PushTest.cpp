@@ -94,7 +94,7 @@ TEST_P(EachProtocol, SaysWhenNoPortCanBeHad)
     const Ended ended = run(orvu({"push", GetParam(), "--ports", ports}));
     EXPECT_EQ(ended.code, 69);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "orvu: no port of " + ports + " can be had\n");
+    EXPECT_EQ(ended.err, "orvu: no port of " + ports + " is available\n");
 }
 
 TEST_P(EachProtocol, TakesTheFirstPortThatCanBeHad)
@@ -116,7 +116,7 @@ TEST_P(EachProtocol, SaysWhenTheAddressIsNotThisDevices)
     const Ended ended = run(orvu({"push", GetParam(), "--ports", "9000-9010", "--listen", "192.0.2.1"}));
     EXPECT_EQ(ended.code, 69);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "orvu: no port of 9000-9010 can be had on 192.0.2.1\n");
+    EXPECT_EQ(ended.err, "orvu: no port of 9000-9010 is available on 192.0.2.1\n");
 }
 
 TEST_P(EachProtocol, ListensOnOneAddressAloneWhenAsked)

@@ -235,7 +235,7 @@ TEST(TheReceiver, SaysWhenThePortCannotBeHad)
     const Ended second = run(orvu({"serve", first.portText(), "--answers", first.answers().path()}));
     EXPECT_EQ(second.code, 69);
     EXPECT_EQ(second.out, "");
-    EXPECT_EQ(second.err, "orvu: port " + first.portText() + " cannot be had\n");
+    EXPECT_EQ(second.err, "orvu: port " + first.portText() + " is not available\n");
 }
 
 TEST(TheReceiver, SaysWhenTheAddressIsNotThisDevices)
@@ -244,7 +244,7 @@ TEST(TheReceiver, SaysWhenTheAddressIsNotThisDevices)
     const Ended ended = run(orvu({"serve", "9000", "--answers", folder.path(), "--listen", "192.0.2.1"}));
     EXPECT_EQ(ended.code, 69);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "orvu: port 9000 cannot be had on 192.0.2.1\n");
+    EXPECT_EQ(ended.err, "orvu: port 9000 is not available on 192.0.2.1\n");
 }
 
 TEST(TheReceiver, ListensOnOneAddressAloneWhenAsked)

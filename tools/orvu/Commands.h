@@ -53,7 +53,7 @@ inline void addListenOption(CLI::App& app, std::string& address)
         ->check(CLI::Validator(faultOfAddress, ""));
 }
 
-/// What an error says after "can be had" or "cannot be had".
+/// What an error says after "is available" or "is not available".
 inline std::string onAddress(const std::string& address)
 {
     return address.empty() ? "" : " on " + address;

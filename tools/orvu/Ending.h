@@ -22,7 +22,7 @@ public:
 
     Ending();
 
-    /// Waits until any of `states` is ready, for each as `poll` does. Once a signal came, there is nothing else to be had.
+    /// Waits until any of `states` is ready, for each as `poll` does. Once a signal came, it waits for nothing else.
     Awaited waitFor(std::initializer_list<pollfd*> states, Clock::time_point until = kNever);
 
     /// Whether a signal came.

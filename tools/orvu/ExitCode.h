@@ -10,7 +10,7 @@ enum ExitCode {
     ExitNoServer = 3,  ///< ask, send, watch: the peer cannot be reached. watch: it refuses, or the connection broke.
     ExitUsage = 64,    ///< Wrong arguments, or a type that cannot be asked for.
     ExitNoInput = 66,  ///< A file or folder that cannot be read.
-    ExitNoPort = 69,   ///< serve, push: no port can be had, or the address is not this device's.
+    ExitNoPort = 69,   ///< serve, push: no port is available, or the address is not this device's.
     ExitNoOutput = 74  ///< Standard output cannot be written, for another reason than a reader that has left.
 };
 

@@ -105,7 +105,7 @@ int unreadable(const PushOptions& options, const std::string& fault)
     return ExitNoInput;
 }
 
-/// None when no port is to be had.
+/// None when no port is available.
 std::unique_ptr<SocketServerInfo> opened(const PushOptions& options)
 {
     const PortRange ports = *rangeIn(options.ports);
@@ -114,7 +114,7 @@ std::unique_ptr<SocketServerInfo> opened(const PushOptions& options)
     library.setSocketsPortsRange(ports.first, ports.last);
     std::unique_ptr<SocketServerInfo> server(library.createServer(options.protocol));
     if (server && server->error == 0) return server;
-    complain("no port of " + options.ports + " can be had" + onAddress(options.address));
+    complain("no port of " + options.ports + " is available" + onAddress(options.address));
     return nullptr;
 }
 
@@ -166,7 +166,7 @@ void addPush(CLI::App& app, Chosen& chosen)
         ->check(CLI::IsMember({"tcp", "websocket"}).description(""));
     command
         ->add_option("--ports", options->ports,
-                     "The server gets the first of these that can be had; 0-0 is one of the system's choice")
+                     "The server gets the first of these that is free; 0-0 is one of the system's choice")
         ->required()
         ->type_name("MIN-MAX")
         ->check(CLI::Validator(faultOfRange, ""));
@@ -184,7 +184,7 @@ void addPush(CLI::App& app, Chosen& chosen)
         "  0   all lines were pushed, or Ctrl-C, SIGTERM or SIGHUP came\n"
         "  64  wrong arguments\n"
         "  66  FILE cannot be read, has a line above 64 MiB, or with --every holds no line\n"
-        "  69  no port of the range can be had, or ADDRESS is not this device's\n"
+        "  69  no port of the range is available, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (lines were pushed all the same)");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return push(*options, output); }; });

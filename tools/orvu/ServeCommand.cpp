@@ -84,7 +84,7 @@ int serve(const ServeOptions& options, Output& output)
     library.registerRequestCallback(answerRequest);
     library.setListenAddress(options.address);
     if (!library.startListenRequests(options.port)) {
-        complain("port " + std::to_string(options.port) + " cannot be had" + onAddress(options.address));
+        complain("port " + std::to_string(options.port) + " is not available" + onAddress(options.address));
         return ExitNoPort;
     }
     output.write("listening on port " + std::to_string(library.requestPort()) +
@@ -119,7 +119,7 @@ void addServe(CLI::App& app, Chosen& chosen)
         "  0   ended by Ctrl-C, SIGTERM or SIGHUP\n"
         "  64  wrong arguments\n"
         "  66  the folder cannot be read\n"
-        "  69  the port cannot be had, or ADDRESS is not this device's\n"
+        "  69  the port is not available, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (requests were answered all the same)");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return serve(*options, output); }; });
