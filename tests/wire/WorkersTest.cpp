@@ -168,6 +168,7 @@ TEST(AWorker, IdlesAgainWhenListeningHasStartedAgain)
     OrvuRestInterface& facade = *OrvuRestInterface::getInstance();
     for (int i = 0; i < 3; ++i) {
         facade.stopListenRequests();
+        ASSERT_TRUE(eventually([] { return workers() == 0; }));  // one that still ends could idle once it has started
         ASSERT_TRUE(facade.startListenRequests(receiver.port()));
         EXPECT_THAT(receiver.ask(kRequest), Optional(kSuccess));
     }
