@@ -7,7 +7,7 @@
 #include "fuzz/Fuzz.h"
 #include "messages/core/CJsonBridge.h"
 #include "messages/core/Catalogue.h"
-#include "orvu/Serializable.h"
+#include "orvu/Explanation.h"
 
 using namespace Orvu;
 
@@ -131,6 +131,16 @@ void requireFixedPoint(DataType type, const char* text)
     }
 }
 
+/// An explanation comes to the result that reading has, and never to none.
+void compareWithExplanation(DataType type, const char* text)
+{
+    const std::unique_ptr<Serializable> message(Serializable::factory(type));
+    if (!message || !CheckedText(text)) return;
+    const bool isRead = outcomeOf([&] { return message->deserialize(text); }) == Outcome::Read;
+    require(explain(text, type).isRead == isRead, "a text is read where its explanation says so");
+    explain(text);
+}
+
 }  // namespace
 }  // namespace OrvuFuzz
 
@@ -140,5 +150,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     OrvuFuzz::compareRoads(it.type, it.text.c_str());
     OrvuFuzz::compareWithReprint(it.type, it.text.c_str());
     OrvuFuzz::requireFixedPoint(it.type, it.text.c_str());
+    OrvuFuzz::compareWithExplanation(it.type, it.text.c_str());
     return 0;
 }

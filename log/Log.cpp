@@ -115,6 +115,11 @@ void writeLine(char* line, std::size_t size)
 
 }  // namespace
 
+bool isLogWanted()
+{
+    return isWanted();
+}
+
 void setSigpipeBlocked(bool isBlocked)
 {
 #if defined(__ANDROID__) || defined(ORVU_LOG_ANDROID)

@@ -7,6 +7,7 @@
 #include "orvu/Results.h"
 #include "transport/Frame.h"
 #include "transport/MessageCalls.h"
+#include "transport/Refusal.h"
 
 namespace Orvu {
 namespace {
@@ -71,7 +72,7 @@ void answer(Connection& connection, int number, Serializable&& response)
 /// The request that `text` holds; null when it is answered, and when there is no message for it.
 std::unique_ptr<OrvuRestRequest> requestOf(Connection& connection, int number, FrameText text)
 {
-    const CheckedText checked(text.c_str());
+    CheckedText checked(text.c_str());
     requireMemory(checked);
     std::unique_ptr<Serializable> message(Serializable::factory(requestedType(checked)));
     if (!message) {
@@ -80,6 +81,9 @@ std::unique_ptr<OrvuRestRequest> requestOf(Connection& connection, int number, F
         return std::make_unique<OrvuRestRequest>(connection.takeSocket(), std::move(message));
     } else {
         logLine("OrvuRestServerSocket::workerThread: Cannot deserialize!");
+        const DataType type = message->getDataType();
+        message.reset();  // what it holds would be held twice
+        logRefusal("OrvuRestServerSocket::workerThread", peerOf(number), checked, type);
         answer(connection, number, UnknowRequest());
     }
     logLine("OrvuRestServerSocket::workerThread: ERROR No request to send");

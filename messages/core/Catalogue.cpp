@@ -23,21 +23,10 @@ Serializable* make(DataType type)
     return newMessage<Message>(type);
 }
 
-/// Nothing, for a class that is only built by applications or travels nested, or for no class at all.
-constexpr Serializable* (*kNothing)(DataType) = nullptr;
-
-struct Row {
-    DataType type;
-    const char* wireName;
-    HeaderMapping mapping;
-    Serializable* (*make)(DataType type);
-    const Contract& (*contract)();  ///< Null without a class.
-};
-
-constexpr Row kRows[] = {
+constexpr CatalogueEntry kRows[] = {
 #define ROW_AS(Type, Class, wireName, mapping, making) \
-    {Type, wireName, mapping, making == Made ? make<Class> : kNothing, contractOf<Class>},
-#define ROW_WITHOUT_CLASS(Type, wireName, mapping) {Type, wireName, mapping, kNothing, nullptr},
+    {Type, wireName, mapping == FromHeader, making == Made, make<Class>, contractOf<Class>},
+#define ROW_WITHOUT_CLASS(Type, wireName, mapping) {Type, wireName, mapping == FromHeader, false, nullptr, nullptr},
 #include "messages/core/Catalogue.def"
 };
 
@@ -52,11 +41,6 @@ constexpr bool rowsStandAtTheirTypes()
 }
 static_assert(rowsStandAtTheirTypes());
 
-const Row* rowOf(DataType type)
-{
-    return type < kRowCount ? &kRows[type] : nullptr;
-}
-
 // Logging a line takes most of a worker's stack. So what is on the stack beside it has functions of its own.
 
 [[gnu::noinline]] JsonValue headerOf(const CheckedText& checked)
@@ -64,14 +48,10 @@ const Row* rowOf(DataType type)
     return MemberFinder(checked.value()).find("HEADER");
 }
 
-[[gnu::noinline]] const Row* rowNamed(JsonValue wireName)
+[[gnu::noinline]] const CatalogueEntry* entryIn(JsonValue wireName)
 {
     std::string room;
-    const std::string_view name = wireName.text(room);
-    for (const Row& row : kRows) {
-        if (row.wireName == name) return &row;
-    }
-    return nullptr;
+    return entryNamed(wireName.text(room));
 }
 
 void logHeader(const char* name)
@@ -86,9 +66,30 @@ void logHeader(const char* name)
 
 }  // namespace
 
+const CatalogueEntry* entryOf(DataType type)
+{
+    return type < kRowCount ? &kRows[type] : nullptr;
+}
+
+const CatalogueEntry* entryNamed(std::string_view wireName)
+{
+    for (const CatalogueEntry& row : kRows) {
+        if (row.wireName == wireName) return &row;
+    }
+    return nullptr;
+}
+
+std::vector<std::string_view> wireNames()
+{
+    std::vector<std::string_view> names;
+    for (const CatalogueEntry& row : kRows)
+        names.emplace_back(row.wireName);
+    return names;
+}
+
 const char* Serializable::dataTypeString(DataType type)
 {
-    const Row* const row = rowOf(type);
+    const CatalogueEntry* const row = entryOf(type);
     return row ? row->wireName : "";
 }
 
@@ -106,20 +107,20 @@ HeaderTypes headerTypes(const CheckedText& checked)
         return {};
     }
     if (!header.isText()) return {};
-    const Row* const row = rowNamed(header);
+    const CatalogueEntry* const row = entryIn(header);
     if (!row) {
         logHeaderOfNoRow(header);
         return {};
     }
     logHeader(row->wireName);
-    return {row->mapping == FromHeader ? row->type : DataTypeUnknown, row->type};
+    return {row->isFromHeader ? row->type : DataTypeUnknown, row->type};
 }
 
 Serializable* Serializable::factory(DataType type)
 {
     logLine("factory: dataType: %s", dataTypeString(type));
-    const Row* const row = rowOf(type);
-    if (!row || !row->make) return nullptr;
+    const CatalogueEntry* const row = entryOf(type);
+    if (!row || !row->isMade) return nullptr;
     if (type == DataTypeUnknown) logLine("factory: Unknown");
     try {
         return row->make(type);
@@ -130,7 +131,7 @@ Serializable* Serializable::factory(DataType type)
 
 bool fill(Serializable& message, const CheckedText& checked, const char* text)
 {
-    const Row* const row = rowOf(message.getDataType());
+    const CatalogueEntry* const row = entryOf(message.getDataType());
     const Contract* const contract = row && row->contract ? &row->contract() : nullptr;
     // Bounds have the type of a position, and a class of an application any that it likes.
     if (!checked || !contract || !isExactly(message, *contract->type)) return message.deserialize(text);

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <memory>
+#include <string_view>
+#include <vector>
+
 #include "messages/core/CheckedText.h"
+#include "messages/core/Contract.h"
 #include "orvu/Serializable.h"
 
 namespace Orvu {
@@ -18,5 +23,23 @@ HeaderTypes headerTypes(const CheckedText& checked);
 /// Fills a message that factory(type) made from `text`, without checking it again where the class allows it. The
 /// result, and the exceptions, are those of `message.deserialize(text)`.
 bool fill(Serializable& message, const CheckedText& checked, const char* text);
+
+/// What the catalogue says of a type.
+struct CatalogueEntry {
+    DataType type;
+    const char* wireName;
+    bool isFromHeader;  ///< Whether a received "HEADER" may name it.
+    bool isMade;        ///< Whether factory() makes it.
+    Serializable* (*make)(
+        DataType type);             ///< Also where factory() does not; null without a class. Throws std::bad_alloc.
+    const Contract& (*contract)();  ///< Null without a class.
+};
+
+/// Null for a value outside the catalogue, or a name that it does not have.
+const CatalogueEntry* entryOf(DataType type);
+const CatalogueEntry* entryNamed(std::string_view wireName);
+
+/// Every wire name.
+std::vector<std::string_view> wireNames();
 
 }  // namespace Orvu

@@ -81,6 +81,12 @@ void CheckedText::takeRoom(std::size_t size) const
     room_ -= size;
 }
 
+void CheckedText::setWitness(ReadingWitness* witness)
+{
+    witness_ = witness;
+    room_ = kRoom + 2 * size_;
+}
+
 /// Goes from the beginning of each value to that of the next.
 void CheckedText::check()
 {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "messages/core/Json.h"
 #include "messages/core/JsonIndex.h"
@@ -11,6 +12,7 @@
 namespace Orvu {
 
 class JsonValue;
+class ReadingWitness;
 
 /// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
 /// be read where they are. The text must live, and not change, as long as this object and its values are in use.
@@ -46,6 +48,14 @@ public:
     /// than 16 MiB and twice the text.
     void takeRoom(std::size_t size) const;
     struct TooMuch {};
+
+    /// Who sees what contracts ask of it; null for nobody, which is the rule.
+    ReadingWitness* witness() const { return witness_; }
+    /// From now on `witness` does, and the text has room for objects as if nobody had read it yet.
+    void setWitness(ReadingWitness* witness);
+
+    /// The text, without its NUL.
+    std::string_view text() const { return {begin_, size_}; }
 
 private:
     friend class JsonItems;
@@ -107,6 +117,7 @@ private:
         std::uint32_t size = 0;
     };
     mutable Plain plain_;  // the last text without escapes that was read or stepped over: the other often follows
+    ReadingWitness* witness_ = nullptr;
     JsonIndex index_;
     std::uint32_t containers_ = 0;  // objects and arrays so far
     std::uint32_t root_ = 0;        // where the value begins, or the text stops being JSON

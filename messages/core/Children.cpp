@@ -12,7 +12,9 @@ namespace {
 bool readByContract(Serializable& child, const Contract& contract, JsonValue value)
 {
     JsonReader json(value.nested());
+    json.begin(&contract);
     contract.read(json, child);
+    json.end();
     return !json.failed();
 }
 

@@ -27,6 +27,7 @@ struct AsWord {
     const Vocabulary<Enum>& words;
 
     void write(JsonWriter& json) const { json.value(words.word(field)); }
+    Expected expected() const { return {Expected::Word, &words}; }
     bool read(JsonReader&, JsonValue value) const
     {
         int number = field;
@@ -51,6 +52,7 @@ struct AsWords {
     {
         json.array(fields, [&](Enum field) { json.value(words.word(field)); });
     }
+    Expected expected() const { return {Expected::Words, &words}; }
     bool read(JsonReader&, JsonValue array) const
     {
         for (const JsonValue item : array.items()) {
@@ -87,6 +89,7 @@ struct IfHeld {
         if (field) json.value(*field);
         return field != nullptr;
     }
+    const Expected& expected() const { return JsonReader::expectedFor(Value()); }
     bool read(JsonReader& json, JsonValue value) const
     {
         if (field) return json.read(value, *field);
@@ -163,6 +166,7 @@ template <class Message>
 struct KeepingAll {
     std::vector<Message*>& children;
 
+    const Expected& expected() const { return kExpectedChildren; }
     bool read(JsonReader&, JsonValue array) const
     {
         readChildren(array, ListOfChildren(children), Unreadable::Kept);
@@ -180,6 +184,7 @@ template <class Message>
 struct Replaced {
     Message*& child;
 
+    const Expected& expected() const { return kExpectedChild; }
     bool read(JsonReader&, JsonValue value) const
     {
         value.takeRoom(contractOf<Message>().size);
@@ -199,10 +204,12 @@ template <class Field>
 struct ListAfter {
     Field field;
 
+    const Expected& expected() const { return kExpectedAnything; }
     bool read(JsonReader& json, JsonValue value) const
     {
         const JsonValue list = value.next();
-        if (!list) json.fail(Fault::Missing);
+        if (!list) json.fail(Fault::Missing, "has no list behind it");
+        json.takenByPlace(list, JsonReader::expectedFor(field));
         return list && json.read(list, field);
     }
 };
@@ -214,6 +221,7 @@ ListAfter<Field> listAfter(Field&& field)
 
 /// Nothing but the question whether the key is there, with a value of any kind.
 struct OfAnyKind {
+    const Expected& expected() const { return kExpectedAnything; }
     bool read(JsonReader&, JsonValue) const { return true; }
 };
 
@@ -222,6 +230,7 @@ template <class Handle>
 struct EachNumber {
     Handle handle;
 
+    const Expected& expected() const { return kExpectedNumbers; }
     bool read(JsonReader&, JsonValue array) const
     {
         for (const JsonValue item : array.items()) {

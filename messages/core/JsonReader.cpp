@@ -6,22 +6,22 @@ namespace Orvu {
 
 bool JsonReader::optional(const char* key, std::string& field)
 {
-    return read(member(key), field);
+    return read(member(key, kExpectedText), field);
 }
 
 bool JsonReader::optional(const char* key, int& field)
 {
-    return member(key).integer(field);
+    return member(key, kExpectedNumber).integer(field);
 }
 
 bool JsonReader::optional(const char* key, unsigned& field)
 {
-    return read(member(key), field);
+    return read(member(key, kExpectedNumber), field);
 }
 
 bool JsonReader::optional(const char* key, bool& field)
 {
-    return read(member(key), field);
+    return read(member(key, kExpectedBoolean), field);
 }
 
 bool JsonReader::read(JsonValue value, std::string& field)
@@ -66,8 +66,39 @@ void JsonReader::assign(std::string& field, std::string text)
 /// A required member was not taken: this message's first fault, if it has none yet.
 bool JsonReader::missing(const char* key)
 {
-    if (!failed()) fail(members_.find(key) ? Fault::WrongKind : Fault::Missing);
+    if (!failed() || value_.witness()) fail(members_.find(key) ? Fault::WrongKind : Fault::Missing);
     return false;
+}
+
+/// None once it has failed, unless somebody wants to see all that is asked for.
+JsonValue JsonReader::memberSeen(const char* key, const Expected& expected)
+{
+    ReadingWitness* const witness = value_.witness();
+    if (failed() && (!witness || witness->afterFault == ReadingWitness::AfterFault::Stops)) return {};
+    const JsonValue found = members_.find(key);
+    if (witness) witness->asked(key, expected, found);
+    return found;
+}
+
+void JsonReader::beginSeen(const Contract* contract) const
+{
+    if (ReadingWitness* const witness = value_.witness()) witness->begin(value_, contract);
+}
+
+void JsonReader::endSeen() const
+{
+    if (ReadingWitness* const witness = value_.witness()) witness->end();
+}
+
+void JsonReader::seeTaken(JsonValue value, const Expected& expected) const
+{
+    if (ReadingWitness* const witness = value_.witness()) witness->took(value, expected);
+}
+
+void JsonReader::fail(unsigned char code, const char* why)
+{
+    take(code);
+    if (ReadingWitness* const witness = value_.witness()) witness->failed(why);
 }
 
 }  // namespace Orvu

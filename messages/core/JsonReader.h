@@ -10,6 +10,7 @@
 #include "messages/core/Contract.h"
 #include "messages/core/JsonValue.h"
 #include "messages/core/MemberFinder.h"
+#include "messages/core/ReadingWitness.h"
 
 namespace Orvu {
 
@@ -28,7 +29,7 @@ enum class OwnCode : unsigned char {};
 /// several times in a row. A value that is not an object has no members.
 class JsonReader {
 public:
-    explicit JsonReader(JsonValue value) : value_(value), members_(value) {}
+    explicit JsonReader(JsonValue value) : value_(value), members_(value), isSpecial_(value.witness() != nullptr) {}
 
     /// Takes the member into `field` when it is there and of the field's kind; a number or a boolean serves an `int`
     /// and a `bool` (non-zero is true). Returns whether it was taken; the field stays as it was otherwise.
@@ -40,7 +41,7 @@ public:
     template <class Field>
     bool optional(const char* key, Field&& field)
     {
-        const JsonValue value = member(key);
+        const JsonValue value = member(key, expectedFor(field));
         return value && read(value, field);
     }
 
@@ -59,29 +60,48 @@ public:
     }
 
     /// Peers send it; it has no effect, on purpose.
-    void ignored(const char* key) { member(key); }
+    void ignored(const char* key) { member(key, kExpectedNothing); }
 
     /// Reads the members of what is under `key` with a reader of their own, whose fault becomes this message's.
     template <class Members>
     bool object(const char* key, Members members)
     {
-        const JsonValue value = member(key);
+        const JsonValue value = member(key, kExpectedObject);
         if (!value) return false;
         JsonReader inner(value);
+        inner.begin(nullptr);
         members(inner);
-        fail(inner.error_);
+        inner.end();
+        if (inner.failed()) take(inner.error_);
         return true;
     }
 
-    /// Fails the read here, unless it has failed before.
-    void fail(Fault fault) { fail(static_cast<unsigned char>(fault)); }
-    void fail(OwnCode code) { fail(static_cast<unsigned char>(code)); }
+    /// Fails the read here, unless it has failed before. `why` says what is wrong with the value that was asked for last,
+    /// in words that follow it, such as "is outside 0 to 100".
+    void fail(Fault fault, const char* why = nullptr) { fail(static_cast<unsigned char>(fault), why); }
+    void fail(OwnCode code, const char* why = nullptr) { fail(static_cast<unsigned char>(code), why); }
 
     bool failed() const { return error_ != 0; }
     unsigned char error() const { return error_; }  ///< The code of the first fault; 0 without one.
 
     /// What is being read.
     JsonValue value() const { return value_; }
+
+    /// Whoever reads a value by a contract says when, for those who explain the text.
+    void begin(const Contract* contract)
+    {
+        if (isSpecial_) beginSeen(contract);
+    }
+    void end()
+    {
+        if (isSpecial_) endSeen();
+    }
+
+    /// Says that a value was taken by its place, or that there was none, for those who explain the text.
+    void takenByPlace(JsonValue value, const Expected& expected) const
+    {
+        if (isSpecial_) seeTaken(value, expected);
+    }
 
     /// Puts a text into a field, which may hold the whole text that is being read.
     void assign(std::string& field, std::string text);
@@ -123,17 +143,51 @@ public:
         return form.read(*this, value);
     }
 
-private:
-    JsonValue member(const char* key) { return failed() ? JsonValue() : members_.find(key); }
-    bool missing(const char* key);
-    void fail(unsigned char code)
+    // What a field or a form expects under its key.
+
+    static const Expected& expectedFor(const std::string&) { return kExpectedText; }
+    static const Expected& expectedFor(int) { return kExpectedNumber; }
+    static const Expected& expectedFor(unsigned) { return kExpectedNumber; }
+    static const Expected& expectedFor(bool) { return kExpectedBoolean; }
+    static const Expected& expectedFor(const std::vector<std::string>&) { return kExpectedTexts; }
+    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
+    static const Expected& expectedFor(Message* const&)
     {
-        if (!failed()) error_ = code;
+        return kExpectedChild;
+    }
+    template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
+    static const Expected& expectedFor(const std::vector<Message*>&)
+    {
+        return kExpectedChildren;
+    }
+    template <class Form>
+    static auto expectedFor(const Form& form) -> decltype(form.expected())
+    {
+        return form.expected();
+    }
+
+private:
+    JsonValue member(const char* key, const Expected& expected)
+    {
+        return isSpecial_ ? memberSeen(key, expected) : members_.find(key);
+    }
+    JsonValue memberSeen(const char* key, const Expected& expected);
+    void beginSeen(const Contract* contract) const;
+    void endSeen() const;
+    void seeTaken(JsonValue value, const Expected& expected) const;
+    bool missing(const char* key);
+    void fail(unsigned char code, const char* why);
+    void take(unsigned char error)
+    {
+        if (failed()) return;
+        error_ = error;
+        isSpecial_ = true;
     }
 
     const JsonValue value_;
     MemberFinder members_;
     unsigned char error_ = 0;
+    bool isSpecial_;  // whether it has failed, or somebody sees what it asks for
 };
 
 }  // namespace Orvu

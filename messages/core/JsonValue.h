@@ -54,7 +54,11 @@ public:
     /// The JSON that this value is. A number at the top of a text may have some of the characters with it that follow.
     std::string_view source() const;
 
+    /// Where it begins in its text, in bytes.
+    std::size_t offset() const { return at_; }
+
     /// Of the text that is being read; see there.
+    ReadingWitness* witness() const { return text_ ? text_->witness() : nullptr; }
     void keepText() const { text_->keep(); }
     void keepTextFrom(const std::string& field) const { text_->keepFrom(field); }
     void takeRoom(std::size_t size) const { text_->takeRoom(size); }

@@ -29,11 +29,12 @@ struct AsPixels {
     int& field;
     int total;
 
+    const Expected& expected() const { return kExpectedNumberOrText; }
     bool read(JsonReader& json, JsonValue value) const
     {
         if (value.isNumber() && value.integer(field)) return true;
         field = value.isText() ? pixelsOf(value.text().c_str(), total) : kMalformed;
-        if (field < 0) json.fail(Fault::WrongKind);
+        if (field < 0) json.fail(Fault::WrongKind, "is neither a number nor a percentage such as \"50%\"");
         return field >= 0;
     }
 };

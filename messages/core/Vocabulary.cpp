@@ -18,4 +18,12 @@ int WordTable::value(std::string_view text) const
     return otherwise_;
 }
 
+std::vector<std::string_view> WordTable::words() const
+{
+    std::vector<std::string_view> read;
+    for (std::size_t i = 0; i < count_; ++i)
+        if (words_[i].readability == ReadBack) read.emplace_back(words_[i].text);
+    return read;
+}
+
 }  // namespace Orvu

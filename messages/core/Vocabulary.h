@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 namespace Orvu {
 
@@ -26,6 +27,8 @@ public:
     const char* word(int value) const;
     /// The value of a word that is read back, compared exactly.
     int value(std::string_view text) const;
+    /// The words that are read back.
+    std::vector<std::string_view> words() const;
 
 private:
     const Word* words_;

@@ -14,6 +14,7 @@ bool hasBytes(const BinaryData& part)
 struct AsParts {
     std::vector<BinaryData*>& parts;
 
+    const Expected& expected() const { return kExpectedChildren; }
     bool read(JsonReader&, JsonValue array) const
     {
         for (const JsonValue item : array.items()) {

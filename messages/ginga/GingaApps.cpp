@@ -142,7 +142,9 @@ void read(JsonReader& json, GingaAppAction& action)
     unsigned char code = 0;
     json.optional("appid", action.appid);
     if (!json.optional("action", asWord(action.action, kStatus))) return json.fail(kNoAction);
-    if (!action.checkArguments(code)) json.fail(OwnCode{code});  // the action stays stored
+    if (!action.checkArguments(code)) {
+        json.fail(OwnCode{code}, "is neither \"start\" nor \"stop\"");  // the action stays stored
+    }
 }
 
 MESSAGE(GingaAppAction, Formatted)

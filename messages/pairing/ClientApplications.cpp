@@ -40,6 +40,7 @@ void addMany(std::vector<std::string>& held, std::vector<std::string>& tokens)
 struct AsTokens {
     ServiceBindTokens& holder;
 
+    const Expected& expected() const { return kExpectedTexts; }
     bool read(JsonReader&, JsonValue value) const
     {
         constexpr std::size_t kFew = 32;

@@ -36,7 +36,7 @@ void readMembers(JsonReader& json, TargetApp& target, Identity identity)
     if (strict && !hasDisplayName && !target.targetIdRead) json.fail(kNoName);
     if (json.optional("canonicalName", target.canonicalName)) target.canonicalNameRead = !target.canonicalName.empty();
     if (!json.optional("filters", target.filters)) json.fail(kNoFilterList);
-    if (target.filters.empty()) json.fail(kNoFilter);
+    if (target.filters.empty()) json.fail(kNoFilter, "has no filter that can be read");
     if (strict && !target.canonicalNameRead && !target.targetIdRead) json.fail(kNoIdentity);
     json.optional("running", target.running);
     json.optional("priority", asWord(target.priority, kPriorities));
@@ -52,6 +52,7 @@ template <class Field>
 struct TextOrAbsent {
     Field field;
 
+    decltype(auto) expected() const { return JsonReader::expectedFor(field); }
     bool read(JsonReader& json, JsonValue value) const
     {
         if (value.isNumber() || value.isBoolean()) json.fail(Fault::WrongKind);
@@ -66,7 +67,7 @@ TextOrAbsent<Field> textOrAbsent(Field&& field)
 
 void requireObject(JsonReader& json)
 {
-    if (!json.value().isObject()) json.fail(Fault::WrongKind);
+    if (!json.value().isObject()) json.fail(Fault::WrongKind, "is no object");
 }
 
 }  // namespace

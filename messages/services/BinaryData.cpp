@@ -32,10 +32,13 @@ struct AsBlock {
     unsigned char*& block;
     unsigned& size;
 
+    const Expected& expected() const { return kExpectedText; }
     bool read(JsonReader& json, JsonValue value) const
     {
         if (!value.isText()) return false;
-        if (announced > kLargest || !decode(value)) json.fail(Fault::WrongKind);
+        if (announced > kLargest) json.fail(Fault::WrongKind, "is beside a \"bufferSize\" above 64 MiB");
+        if (announced <= kLargest && !decode(value))
+            json.fail(Fault::WrongKind, "has more bytes than \"bufferSize\" allows");
         return true;
     }
 

@@ -11,6 +11,7 @@ namespace {
 struct AsNibbles {
     int (&nibbles)[4];
 
+    const Expected& expected() const { return kExpectedNumbers; }
     bool read(JsonReader&, JsonValue value) const
     {
         if (value.items().size() != 4) return true;  // another length changes nothing, and is no fault

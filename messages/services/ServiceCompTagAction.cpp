@@ -17,13 +17,14 @@ constexpr OwnCode kBadVolume{4};
 struct AsVolume {
     ServiceCompTagAction& action;
 
+    const Expected& expected() const { return kExpectedNumber; }
     bool read(JsonReader& json, JsonValue value) const
     {
         int vol = 0;
         if (value.isNumber()) value.integer(vol);
         const bool isVolume = value.isNumber() && action.checkVol(vol);
         if (isVolume) action.vol = vol;
-        if (!isVolume) json.fail(kBadVolume);
+        if (!isVolume) json.fail(kBadVolume, value.isNumber() ? "is outside 0 to 100" : nullptr);
         return isVolume;
     }
 };
@@ -32,9 +33,11 @@ struct AsVolume {
 struct AsValidPosition {
     ServiceCompTagAction& action;
 
+    const Expected& expected() const { return kExpectedChild; }
     bool read(JsonReader& json, JsonValue value) const
     {
-        if (!readPosition(value) || !action.checkPos()) json.fail(kBadPosition);
+        if (!readPosition(value)) json.fail(kBadPosition, value.isObject() ? "is no position" : nullptr);
+        if (!json.failed() && !action.checkPos()) json.fail(kBadPosition, "is not within the display of 1280 by 720");
         return true;
     }
 
@@ -45,7 +48,7 @@ private:
         if (!action.pos) action.pos = new Position;
         unsigned char ignored = 0;  // the caller's error byte tells of the action
         if (!readChild(*action.pos, contractOf<Position>(), value, ignored)) return false;
-        std::puts("ServiceCompTagAction::deserialize: this->pos->deserialize return = true");
+        if (!value.witness()) std::puts("ServiceCompTagAction::deserialize: this->pos->deserialize return = true");
         return true;
     }
 };
@@ -87,7 +90,9 @@ void read(JsonReader& json, ServiceCompTagAction& action)
 {
     json.optional("componentTag", action.componentTag);
     json.optional("localAssociatedAccess", action.localAssociatedAccess);
-    if (json.optional("action", asWord(action.action, kStatus)) && !action.checkAction()) json.fail(kBadAction);
+    if (json.optional("action", asWord(action.action, kStatus)) && !action.checkAction()) {
+        json.fail(kBadAction, "is none of \"start\", \"pause\" and \"stop\"");
+    }
     if (json.optional("pos", AsValidPosition{action})) return;  // an action with a position never changes the volume
     if (json.failed()) return;
     if (action.pos) json.value().keepText();    // which an application's class of positions might hold

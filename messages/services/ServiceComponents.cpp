@@ -21,6 +21,7 @@ struct AsHex {
         if (!text) throw std::bad_alloc();
         json.value(text.get());
     }
+    const Expected& expected() const { return kExpectedNumberOrText; }
     bool read(JsonReader&, JsonValue value) const
     {
         if (value.integer(field)) return true;

@@ -13,6 +13,7 @@ constexpr OwnCode kNoPids{105};
 struct AsPids {
     StreamPidsRequest& request;
 
+    const Expected& expected() const { return kExpectedNumbers; }
     bool read(JsonReader& json, JsonValue value) const
     {
         if (!value.isArray()) json.fail(kUnusable);

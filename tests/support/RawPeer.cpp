@@ -165,6 +165,14 @@ void RawPeer::vanish()
     close();
 }
 
+int RawPeer::ownPort() const
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &size);
+    return ntohs(address.sin_port);
+}
+
 void RawPeer::close()
 {
     if (fd_ >= 0) ::close(fd_);

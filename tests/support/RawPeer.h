@@ -47,6 +47,8 @@ public:
     void vanish();
     void close();
 
+    /// The port of this side, which is what the other side sees of it.
+    int ownPort() const;
     int fd() const { return fd_; }
 
 private:

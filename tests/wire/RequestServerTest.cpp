@@ -165,6 +165,21 @@ TEST(ARequestServer, AnswersWhatItsClassCannotReadWithUnknown)
     EXPECT_EQ(receiver.calls(), 0);
 }
 
+TEST(ARequestServer, LogsWhoSentWhatItsClassCannotReadAndWhy)
+{
+    LogCapture log;
+    Receiver receiver;
+    RawPeer peer = receiver.connect();
+    peer.send(frameOf("{\"HEADER\":\"serviceTime\",\n\"times\":\"20:30\"}"));
+    EXPECT_THAT(peer.readFrame(), Optional(kUnknown));
+    ASSERT_TRUE(waitForLines(log, kWorker + " -- end", 1));
+    EXPECT_TRUE(areInOrder(log.lines(), {kWorker + ": Cannot deserialize!",
+                                         kWorker + ": 127.0.0.1:" + std::to_string(peer.ownPort()) +
+                                             ": serviceTime: line 1, column 1: time: required, missing; "
+                                             "there is \"times\"",
+                                         "OrvuRestRequest::OrvuRestRequest: OK"}));
+}
+
 TEST(ARequestServer, AnswersANumberThatCannotBeConvertedWithUnknown)
 {
     LogCapture log;

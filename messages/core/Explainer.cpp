@@ -1,0 +1,348 @@
+#include "messages/core/Explainer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <strings.h>
+
+#include "messages/core/JsonReader.h"
+#include "messages/core/Nearest.h"
+#include "messages/core/TextPlace.h"
+#include "messages/core/Vocabulary.h"
+
+namespace Orvu {
+namespace {
+
+constexpr std::size_t kMostFindings = 200;
+
+bool isSameKey(std::string_view a, std::string_view b)
+{
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+const char* nameOf(JsonValue value)
+{
+    if (value.isText()) return "a text";
+    if (value.isNumber()) return "a number";
+    if (value.isBoolean()) return "a boolean";
+    if (value.isNull()) return "null";
+    return value.isArray() ? "a list" : "an object";
+}
+
+const char* nameOf(Expected::Kind kind)
+{
+    switch (kind) {
+        case Expected::Text:
+        case Expected::Word:
+            return "a text";
+        case Expected::Number:
+            return "a number";
+        case Expected::Boolean:
+            return "a boolean";
+        case Expected::NumberOrText:
+            return "a number or a text";
+        case Expected::Object:
+        case Expected::Child:
+            return "an object";
+        default:
+            return "a list";
+    }
+}
+
+bool isList(Expected::Kind kind)
+{
+    return kind >= Expected::Children;
+}
+
+bool accepts(Expected::Kind kind, JsonValue value)
+{
+    switch (kind) {
+        case Expected::Text:
+        case Expected::Word:
+            return value.isText();
+        case Expected::Number:
+        case Expected::Boolean:
+            return value.isNumber() || value.isBoolean();
+        case Expected::NumberOrText:
+            return value.isNumber() || value.isBoolean() || value.isText();
+        case Expected::Object:
+        case Expected::Child:
+            return value.isObject();
+        case Expected::Anything:
+        case Expected::Nothing:
+            return true;
+        default:
+            return value.isArray();
+    }
+}
+
+std::string nearestHint(std::string_view word, const std::vector<std::string_view>& words)
+{
+    const std::string_view near = nearest(word, words);
+    return near.empty() ? "" : "; the nearest is " + quoted(near);
+}
+
+}  // namespace
+
+Explainer::Explainer(CheckedText& checked, Detail detail)
+    : ReadingWitness(detail == Everything ? AfterFault::GoesOn : AfterFault::Stops), checked_(checked), detail_(detail)
+{
+    checked_.setWitness(this);
+}
+
+Explainer::~Explainer()
+{
+    checked_.setWitness(nullptr);
+}
+
+void Explainer::read(const Contract& contract, Serializable& scratch, std::vector<std::string_view> known)
+{
+    known_ = std::move(known);
+    JsonReader json(checked_.value());
+    try {
+        json.begin(&contract);
+        contract.read(json, scratch);
+        json.end();
+    } catch (const std::invalid_argument&) {
+        explainException("holds no number");
+    } catch (const std::out_of_range&) {
+        explainException("is a number that does not fit 32 bits");
+    } catch (const CheckedText::TooMuch&) {
+        explainException("makes more objects than a text of this size may");
+    }
+}
+
+Explanation Explainer::take()
+{
+    std::vector<Finding>& findings = explanation_.findings;
+    std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+        const bool isFault = a.kind == Finding::Fault;
+        return isFault != (b.kind == Finding::Fault) ? isFault : a.offset < b.offset;
+    });
+    explanation_.isRead = findings.empty() || findings.front().kind != Finding::Fault;
+    if (findings.size() > kMostFindings) {
+        explanation_.further += findings.size() - kMostFindings;
+        findings.resize(kMostFindings);
+    }
+    return std::move(explanation_);
+}
+
+void Explainer::begin(JsonValue value, const Contract* contract)
+{
+    const bool isPart = !frames_.empty() && (contract || frames_.back().isPart);
+    if (isSkipped() || (isPart && detail_ == FirstFault)) {
+        ++skipped_;
+    } else {
+        frames_.push_back({value, contract != nullptr, isPart, false, nullptr, 0, {}, {}});
+    }
+}
+
+void Explainer::asked(const char* key, const Expected& expected, JsonValue found)
+{
+    last_ = {key, expected, found};
+    if (isSkipped()) return;
+    Frame& frame = frames_.back();
+    if (detail_ == FirstFault) frame.asked.clear();
+    frame.asked.push_back(last_);
+}
+
+void Explainer::took(JsonValue value, const Expected&)
+{
+    if (value && !isSkipped() && detail_ == Everything) frames_.back().taken.push_back(value.offset());
+}
+
+void Explainer::failed(const char* why)
+{
+    if (isSkipped() || frames_.back().hasFailed) return;
+    Frame& frame = frames_.back();
+    frame.hasFailed = true;
+    frame.why = why;
+    frame.faultAt = frame.asked.size();
+}
+
+void Explainer::end()
+{
+    if (isSkipped()) {
+        --skipped_;
+        return;
+    }
+    const Frame frame = std::move(frames_.back());
+    frames_.pop_back();
+    if (frame.hasFailed) explainFault(frame);
+    if (detail_ == FirstFault) return;
+    if (frame.isMessage && !frame.hasFailed && !frame.value.isObject()) {
+        add(Finding::Ignored, frame.value, std::string(nameOf(frame.value)) + " where an object is expected, read as an empty one");
+    }
+    explainValues(frame);
+    explainUnread(frame);
+}
+
+/// The read was left at what was asked for last, in whatever part.
+void Explainer::explainException(const char* why)
+{
+    if (std::any_of(frames_.begin(), frames_.end(), [](const Frame& frame) { return frame.hasFailed; })) return;
+    const JsonValue at = last_.found ? last_.found : checked_.value();
+    add(Finding::Fault, at, excerptOf(at) + " " + why);
+}
+
+void Explainer::explainFault(const Frame& frame)
+{
+    const Finding::Kind kind = frame.isPart ? Finding::PartFault : Finding::Fault;
+    if (!frame.value.isObject()) {
+        return add(kind, frame.value, std::string(nameOf(frame.value)) + " where an object is required");
+    }
+    if (frame.faultAt == 0) return add(kind, frame.value, "is refused");
+    const Asked& asked = frame.asked[frame.faultAt - 1];
+    if (!asked.found) return explainMissing(frame, asked);
+    const std::string what =
+        frame.why ? excerptOf(asked.found) + " " + frame.why
+                  : std::string(nameOf(asked.found)) + " where " + expectedUnder(frame, asked.key) + " is required";
+    add(kind, asked.found, what);
+}
+
+void Explainer::explainMissing(const Frame& frame, const Asked& asked)
+{
+    std::vector<std::string> keys;
+    for (const JsonMember& member : frame.value.members()) {
+        std::string key = member.key.text();
+        if (!isRead(frame, member, key)) keys.push_back(std::move(key));
+    }
+    const std::string_view near = nearest(asked.key, {keys.begin(), keys.end()});
+    add(frame.isPart ? Finding::PartFault : Finding::Fault, frame.value,
+        near.empty() ? "required, missing" : "required, missing; there is " + quoted(near), asked.key);
+}
+
+bool Explainer::isFault(const Frame& frame, const Asked& asked) const
+{
+    return frame.hasFailed && frame.faultAt != 0 && std::strcmp(frame.asked[frame.faultAt - 1].key, asked.key) == 0;
+}
+
+void Explainer::explainValues(const Frame& frame)
+{
+    for (const Asked& asked : frame.asked)
+        if (asked.found && !isFault(frame, asked)) explainValue(frame, asked);
+}
+
+void Explainer::explainValue(const Frame& frame, const Asked& asked)
+{
+    const Expected::Kind kind = asked.expected.kind;
+    if (kind == Expected::Nothing) return add(Finding::Ignored, asked.found, "has no effect when it is read");
+    const auto isElsewhere = [&](const Asked& other) {
+        if (std::strcmp(other.key, asked.key) != 0 || other.expected.kind == Expected::Anything) return false;
+        return &other < &asked || accepts(other.expected.kind, asked.found);
+    };
+    if (accepts(kind, asked.found)) {
+        if (kind == Expected::Word) explainWord(*asked.expected.words, asked.found);
+        if (kind != Expected::Words) return;
+        for (const JsonValue item : asked.found.items())
+            explainWord(*asked.expected.words, item);
+        return;
+    }
+    const bool isNullField = asked.found.isNull() && !isList(kind);  // as the library writes fields that hold nothing
+    if (kind == Expected::Child || isNullField) return;              // a child tells of itself
+    if (isFaulty(asked.found) || std::any_of(frame.asked.begin(), frame.asked.end(), isElsewhere)) return;
+    std::string what = std::string(nameOf(asked.found)) + " where " + expectedUnder(frame, asked.key) + " is expected";
+    if (!isList(kind)) what += ", ignored";
+    if (isList(kind)) what += asked.found.isObject() ? ": its values are read" : ", read as an empty one";
+    add(Finding::Ignored, asked.found, what);
+}
+
+/// Whether a fault was found in the value itself.
+bool Explainer::isFaulty(JsonValue value) const
+{
+    return std::any_of(explanation_.findings.begin(), explanation_.findings.end(), [&](const Finding& finding) {
+        return finding.kind <= Finding::PartFault && finding.offset == value.offset();
+    });
+}
+
+void Explainer::explainWord(const WordTable& words, JsonValue word)
+{
+    if (!word.isText())
+        return add(Finding::Ignored, word, std::string(nameOf(word)) + " where a text is expected, ignored");
+    const std::string text = word.text();
+    const std::vector<std::string_view> known = words.words();
+    if (std::find(known.begin(), known.end(), text) != known.end()) return;
+    add(Finding::Ignored, word, quoted(text) + " is no word that is read here" + nearestHint(text, known));
+}
+
+void Explainer::explainUnread(const Frame& frame)
+{
+    std::vector<std::string_view> absent;
+    for (const Asked& asked : frame.asked)
+        if (!asked.found) absent.emplace_back(asked.key);
+    const auto isAsked = [&](std::string_view key) {
+        return std::any_of(frame.asked.begin(), frame.asked.end(),
+                           [&](const Asked& asked) { return isSameKey(asked.key, key); });
+    };
+    const auto isKnown = [&](std::string_view key) {
+        return !frame.isPart &&
+               std::any_of(known_.begin(), known_.end(), [&](std::string_view known) { return isSameKey(known, key); });
+    };
+    for (const JsonMember& member : frame.value.members()) {
+        const std::string key = member.key.text();
+        if (isRead(frame, member, key)) continue;
+        if (isAsked(key)) {
+            addKey(member, "comes a second time, not read");
+        } else if (!isKnown(key)) {
+            addKey(member, "not read" + nearestHint(key, absent));
+        } else if (!frame.hasFailed) {  // a contract that fails may not get as far
+            addKey(member, "not read in this text");
+        }
+    }
+}
+
+/// Whether the contract takes the member, or may, or has no need to.
+bool Explainer::isRead(const Frame& frame, const JsonMember& member, std::string_view key) const
+{
+    if (isSameKey(key, "HEADER")) return true;
+    if (std::find(frame.taken.begin(), frame.taken.end(), member.value.offset()) != frame.taken.end()) return true;
+    return std::any_of(frame.asked.begin(), frame.asked.end(), [&](const Asked& asked) {
+        return asked.found && asked.found.offset() == member.value.offset();
+    });
+}
+
+std::string Explainer::expectedUnder(const Frame& frame, const char* key) const
+{
+    std::string names;
+    for (const Asked& asked : frame.asked) {
+        const std::string name = nameOf(asked.expected.kind);
+        if (std::strcmp(asked.key, key) != 0 || asked.expected.kind == Expected::Anything) continue;
+        if (names.find(name) == names.npos) names += (names.empty() ? "" : " or ") + name;
+    }
+    return names;
+}
+
+void Explainer::add(Finding::Kind kind, JsonValue at, std::string message, const char* missingKey)
+{
+    if (!hasRoom(kind)) return;
+    const std::string path = pathOf(checked_.value(), at.offset());
+    put(kind, at.offset(), missingKey ? memberPath(path, missingKey) : path, std::move(message));
+}
+
+void Explainer::addAt(Finding::Kind kind, std::size_t offset, std::string message)
+{
+    if (hasRoom(kind)) put(kind, offset, "", std::move(message));
+}
+
+void Explainer::addKey(const JsonMember& member, const std::string& message)
+{
+    if (hasRoom(Finding::NotRead)) {
+        put(Finding::NotRead, member.key.offset(), pathOf(checked_.value(), member.value.offset()), message);
+    }
+}
+
+/// There always is for the fault that decides.
+bool Explainer::hasRoom(Finding::Kind kind)
+{
+    if (kind == Finding::Fault || explanation_.findings.size() < kMostFindings) return true;
+    ++explanation_.further;
+    return false;
+}
+
+void Explainer::put(Finding::Kind kind, std::size_t offset, std::string path, std::string message)
+{
+    const TextPlace place = placeOf(checked_.text(), offset);
+    explanation_.findings.push_back({kind, offset, place.line, place.column, std::move(path), std::move(message)});
+}
+
+}  // namespace Orvu

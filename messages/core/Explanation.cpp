@@ -1,0 +1,183 @@
+#include "messages/core/Explanation.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "messages/core/Catalogue.h"
+#include "messages/core/Explainer.h"
+#include "messages/core/JsonScan.h"
+#include "messages/core/KeyLister.h"
+#include "messages/core/MemberFinder.h"
+#include "messages/core/Nearest.h"
+#include "messages/core/TextPlace.h"
+
+namespace Orvu {
+namespace {
+
+/// What ends the innermost object, list or text that is open at `offset` of a text that is JSON up to there; NUL when
+/// none is. The depth counts objects and lists.
+struct OpenAt {
+    char closer = '\0';
+    std::size_t depth = 0;
+};
+OpenAt openAt(std::string_view text, std::size_t offset)
+{
+    std::string closers;
+    bool isText = false;
+    for (std::size_t i = 0; i < offset; ++i) {
+        const char c = text[i];
+        if (c == '"') isText = !isText;
+        if (isText && c == '\\') ++i;
+        if (isText) continue;
+        if (c == '{' || c == '[') closers += c == '{' ? '}' : ']';
+        if (c == '}' || c == ']') closers.pop_back();
+    }
+    const char closer = closers.empty() ? '\0' : closers.back();
+    return {isText ? '"' : closer, closers.size()};
+}
+
+std::string whereItEnds(char closer)
+{
+    switch (closer) {
+        case '}':
+            return "ends inside an object";
+        case ']':
+            return "ends inside a list";
+        case '"':
+            return "ends inside a text";
+        default:
+            return "is empty";
+    }
+}
+
+std::string whyNoJson(std::string_view text, std::size_t offset)
+{
+    const OpenAt open = openAt(text, offset);
+    if (offset >= text.size()) return whereItEnds(open.closer);
+    const bool isTooDeep = open.depth == kMaxDepth && (text[offset] == '{' || text[offset] == '[');
+    if (isTooDeep) return "nests deeper than " + std::to_string(kMaxDepth) + " levels";
+    return "is no JSON from here on: " + quoted(text.substr(offset));
+}
+
+Finding faultAt(std::string_view text, std::size_t offset, std::string message)
+{
+    const TextPlace place = placeOf(text, offset);
+    return {Finding::Fault, offset, place.line, place.column, "", std::move(message)};
+}
+
+/// Why a text is none that anything could be read from.
+Finding refusal(const CheckedText& checked)
+{
+    switch (checked.refusal()) {
+        case CheckedText::Refusal::OutOfMemory:
+            throw std::bad_alloc();
+        case CheckedText::Refusal::TooLarge:
+            return faultAt(checked.text(), 0, "holds more objects and lists, or bytes, than are read");
+        default:
+            return faultAt(checked.text(), checked.refusedAt(), whyNoJson(checked.text(), checked.refusedAt()));
+    }
+}
+
+Explanation refused(Finding finding)
+{
+    Explanation explanation;
+    explanation.findings.push_back(std::move(finding));
+    return explanation;
+}
+
+void explainRest(Explainer& explainer, const CheckedText& checked)
+{
+    const JsonValue value = checked.value();
+    const std::string_view text = checked.text();
+    const std::size_t rest = text.find_first_not_of(" \t\r\n", value.offset() + value.source().size());
+    if (rest != text.npos) explainer.addAt(Finding::NotRead, rest, "text behind the JSON is not read");
+}
+
+std::vector<std::string_view> namesOf(const std::vector<KeyDescription>& keys)
+{
+    std::vector<std::string_view> names;
+    for (const KeyDescription& key : keys)
+        names.emplace_back(key.key);
+    return names;
+}
+
+Explanation explainAs(CheckedText& checked, const CatalogueEntry& entry)
+{
+    const std::vector<KeyDescription> keys = KeyLister().keysOf(entry);
+    const std::unique_ptr<Serializable> scratch(entry.make(entry.type));
+    Explainer explainer(checked, Explainer::Everything);
+    explainer.read(entry.contract(), *scratch, namesOf(keys));
+    explainRest(explainer, checked);
+    Explanation explanation = explainer.take();
+    explanation.type = entry.type;
+    return explanation;
+}
+
+/// Why the "HEADER" names no message.
+Explanation explainHeader(CheckedText& checked, JsonValue header, const CatalogueEntry* entry)
+{
+    Explainer explainer(checked, Explainer::FirstFault);
+    if (!header) {
+        const char* const what = checked.value().isObject() ? "required, missing: nothing tells the type"
+                                                            : "missing, since the text is no object";
+        explainer.add(Finding::Fault, checked.value(), what, "HEADER");
+    } else if (!header.isText()) {
+        explainer.add(Finding::Fault, header, excerptOf(header) + " is no text that names a type");
+    } else if (!entry) {
+        const std::string name = header.text();
+        const std::string_view near = nearest(name, wireNames());
+        explainer.add(Finding::Fault, header,
+                      quoted(name) + " names no type" + (near.empty() ? "" : "; the nearest is " + quoted(near)));
+    } else {
+        explainer.add(Finding::Fault, header, quoted(entry->wireName) + " is no type that a text is read as");
+    }
+    return explainer.take();
+}
+
+}  // namespace
+
+Explanation explain(const char* text)
+{
+    CheckedText checked(text);
+    if (!checked) return refused(refusal(checked));
+    const JsonValue header = MemberFinder(checked.value()).find("HEADER");
+    const CatalogueEntry* const entry = header.isText() ? entryNamed(header.text()) : nullptr;
+    const bool isReceived = entry && entry->isFromHeader && entry->isMade;
+    return isReceived ? explainAs(checked, *entry) : explainHeader(checked, header, entry);
+}
+
+Explanation explain(const char* text, DataType type)
+{
+    CheckedText checked(text);
+    if (!checked) return refused(refusal(checked));
+    const CatalogueEntry* const entry = entryOf(type);
+    if (entry && entry->make) return explainAs(checked, *entry);
+    return refused(faultAt(checked.text(), 0, "is of a type that has no message"));
+}
+
+std::string toString(const Finding& finding)
+{
+    const std::string place = "line " + std::to_string(finding.line) + ", column " + std::to_string(finding.column);
+    return place + ": " + (finding.path.empty() ? "" : finding.path + ": ") + finding.message;
+}
+
+std::vector<KeyDescription> keysOf(DataType type)
+{
+    const CatalogueEntry* const entry = entryOf(type);
+    return entry && entry->make ? KeyLister().keysOf(*entry) : std::vector<KeyDescription>();
+}
+
+std::string firstFault(CheckedText& checked, DataType type)
+{
+    const CatalogueEntry* const entry = entryOf(type);
+    if (!entry || !entry->make) return "the type has no message";
+    const std::unique_ptr<Serializable> scratch(entry->make(type));
+    Explainer explainer(checked, Explainer::FirstFault);
+    explainer.read(entry->contract(), *scratch, {});
+    const Explanation explanation = explainer.take();
+    return explanation.findings.empty() ? "refused" : toString(explanation.findings.front());
+}
+
+}  // namespace Orvu

@@ -1,0 +1,417 @@
+#include <algorithm>
+#include <cctype>
+#include <gmock/gmock.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "messages/core/Catalogue.h"
+#include "messages/core/Explanation.h"
+#include "orvu/Orvu.h"
+#include "support/Messages.h"
+#include "support/Samples.h"
+
+using namespace Orvu;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace OrvuTests {
+namespace {
+
+std::vector<std::string> linesOf(const Explanation& explanation)
+{
+    std::vector<std::string> lines;
+    for (const Finding& finding : explanation.findings)
+        lines.push_back(toString(finding));
+    return lines;
+}
+
+std::vector<std::string> explained(const std::string& text)
+{
+    return linesOf(explain(text.c_str()));
+}
+
+TEST(AnExplanation, IsEmptyWhereEverythingIsRead)
+{
+    const Explanation explanation = explain(R"({"HEADER": "serviceTime", "time": "20:30"})");
+    EXPECT_TRUE(explanation.isRead);
+    EXPECT_EQ(explanation.type, DataTypeServiceTime);
+    EXPECT_THAT(linesOf(explanation), IsEmpty());
+}
+
+TEST(AnExplanation, NamesAKeyThatIsMissing)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "serviceTime"})"), ElementsAre("line 1, column 1: time: required, missing"));
+}
+
+TEST(AnExplanation, NamesAKeyThatIsThereInItsPlace)
+{
+    EXPECT_THAT(explained("{\"HEADER\": \"eventInfoList\",\n \"schedules\": []}"),
+                ElementsAre("line 1, column 1: schedule: required, missing; there is \"schedules\"",
+                            "line 2, column 2: schedules: not read; the nearest is \"schedule\""));
+}
+
+TEST(AnExplanation, TellsWhichKindIsRequired)
+{
+    EXPECT_THAT(explained("{\"HEADER\": \"serviceTime\",\n\n  \"time\": 2030}"),
+                ElementsAre("line 3, column 11: time: a number where a text is required"));
+}
+
+TEST(AnExplanation, TellsWhatIsIgnoredBecauseOfItsKind)
+{
+    const Explanation explanation = explain(R"({"HEADER": "keyset", "keyset": ["a", 1], "releaseKeyset": "yes"})");
+    EXPECT_TRUE(explanation.isRead);
+    EXPECT_THAT(linesOf(explanation),
+                ElementsAre("line 1, column 59: releaseKeyset: a text where a boolean is expected, ignored"));
+}
+
+TEST(AnExplanation, TellsWhichValuesAreRefused)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "serviceCompTagAction", "vol": 900})"),
+                ElementsAre("line 1, column 43: vol: 900 is outside 0 to 100"));
+    EXPECT_THAT(explained(R"({"HEADER": "serviceCompTagAction", "pos": {"x": "abc%"}})"),
+                ElementsAre("line 1, column 49: pos.x: \"abc%\" holds no number"));
+    EXPECT_THAT(explained(R"({"HEADER": "serviceCompTagAction", "pos": {"x": 0, "y": 0, "w": 1281, "h": 1}})"),
+                ElementsAre("line 1, column 43: pos: {\"x\": 0, \"y\": 0, \"w\": 1281, \"h\": 1} is not within the "
+                            "display of 1280 by 720"));
+    EXPECT_THAT(explained(R"({"HEADER": "serviceCompTagAction", "action": "select"})"),
+                ElementsAre("line 1, column 46: action: \"select\" is none of \"start\", \"pause\" and \"stop\""));
+    EXPECT_THAT(explained(R"({"HEADER": "gingaAppAction", "action": "pause"})"),
+                ElementsAre("line 1, column 40: action: \"pause\" is neither \"start\" nor \"stop\""));
+    EXPECT_THAT(explained(R"({"HEADER": "serviceComponent", "componentTag": "0x1FFFFFFFF"})"),
+                ElementsAre("line 1, column 48: componentTag: \"0x1FFFFFFFF\" is a number that does not fit 32 bits"));
+}
+
+TEST(AnExplanation, PrintsNothingThatReadingWouldPrint)
+{
+    testing::internal::CaptureStdout();
+    explain(R"({"HEADER": "serviceCompTagAction", "pos": {"x": 0, "y": 0, "w": 2, "h": 1}})");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(AnExplanation, TellsWhichWordsAreNotRead)
+{
+    EXPECT_THAT(
+        explained(R"({"HEADER": "nclNodeAction", "action": "strat"})"),
+        ElementsAre("line 1, column 39: action: \"strat\" is no word that is read here; the nearest is \"start\""));
+    EXPECT_THAT(explained(R"({"HEADER": "displayLayers", "type": 5})"),
+                ElementsAre("line 1, column 37: type: a number where a text is expected, ignored"));
+}
+
+TEST(AnExplanation, TellsWhichItemsOfAListAreLeftOut)
+{
+    const Explanation explanation =
+        explain(R"({"HEADER": "targetApps", "targetApps": [{"filters": [{"host": "tv"}]}]})");
+    EXPECT_TRUE(explanation.isRead);
+    EXPECT_THAT(
+        linesOf(explanation),
+        ElementsAre("line 1, column 53: targetApps[0].filters: [{\"host\": \"tv\"}] has no filter that can be read",
+                    "line 1, column 54: targetApps[0].filters[0].scheme: required, missing"));
+}
+
+TEST(AnExplanation, TellsWhatReadsAsAnEmptyPart)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "eventInfo", "linkage": null, "name": null})"),
+                ElementsAre("line 1, column 36: linkage: null where an object is expected, read as an empty one"));
+    EXPECT_THAT(explained(R"({"HEADER": "serviceList", "serviceList": "none"})"),
+                ElementsAre("line 1, column 42: serviceList: a text where a list is expected, read as an empty one"));
+}
+
+TEST(AnExplanation, KnowsWhatIsReadByItsPlace)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "eventInfo", "eventGroup": {"type": 1, "anything": [{"serviceId": 1}]}})"),
+                IsEmpty());
+}
+
+TEST(AnExplanation, TellsOfAKeyThatComesTwice)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "serviceTime", "time": "a", "Time": "b"})"),
+                ElementsAre("line 1, column 40: Time: comes a second time, not read"));
+}
+
+TEST(AnExplanation, TellsOfAKeyThatIsNotReadBesideAnother)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "serviceCompTagAction", "pos": {"x": 0, "y": 0, "w": 1, "h": 1}, "vol": 5})"),
+                ElementsAre("line 1, column 77: vol: not read in this text"));
+}
+
+TEST(AnExplanation, TellsOfTextBehindTheJson)
+{
+    EXPECT_THAT(explained("{\"HEADER\": \"success\"}\n more"),
+                ElementsAre("line 2, column 2: text behind the JSON is not read"));
+}
+
+TEST(AnExplanation, CountsCharactersAndNotBytes)
+{
+    EXPECT_THAT(explained(R"({"ação": 1, "HEADER": 5})"),
+                ElementsAre("line 1, column 23: HEADER: 5 is no text that names a type"));
+}
+
+TEST(AnExplanation, KeepsControlCharactersAndLengthOutOfItsLines)
+{
+    EXPECT_THAT(explained("{\"HEADER\": \"\x1B[31m" + std::string(100, 'x') + "\"}"),
+                ElementsAre("line 1, column 12: HEADER: \" [31m" + std::string(35, 'x') + "...\" names no type"));
+}
+
+struct NoMessage {
+    const char* text;
+    const char* line;
+};
+class ATextWithoutAType : public testing::TestWithParam<NoMessage> {};
+
+TEST_P(ATextWithoutAType, IsExplained)
+{
+    const Explanation explanation = explain(GetParam().text);
+    EXPECT_FALSE(explanation.isRead);
+    EXPECT_EQ(explanation.type, DataTypeUnknown);
+    EXPECT_THAT(linesOf(explanation), ElementsAre(GetParam().line));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, ATextWithoutAType,
+    testing::Values(
+        NoMessage{nullptr, "line 1, column 1: is empty"}, NoMessage{" \n ", "line 2, column 2: is empty"},
+        NoMessage{"{", "line 1, column 2: ends inside an object"},
+        NoMessage{"{\"a\": {\n\"b\": [1,", "line 2, column 9: ends inside a list"},
+        NoMessage{R"({"a": "\")", "line 1, column 10: ends inside a text"},
+        NoMessage{R"({"a": 1,})", "line 1, column 9: is no JSON from here on: \"}\""},
+        NoMessage{"what?", "line 1, column 1: is no JSON from here on: \"what?\""},
+        NoMessage{R"({"a": "\q"})", "line 1, column 8: is no JSON from here on: \"\\q\"}\""},
+        NoMessage{"[]", "line 1, column 1: HEADER: missing, since the text is no object"},
+        NoMessage{"{}", "line 1, column 1: HEADER: required, missing: nothing tells the type"},
+        NoMessage{R"({"HEADER": "servicelist"})",
+                  "line 1, column 12: HEADER: \"servicelist\" names no type; the nearest is \"serviceList\""},
+        NoMessage{R"({"HEADER": "pos"})", "line 1, column 12: HEADER: \"pos\" is no type that a text is read as"},
+        NoMessage{R"({"HEADER": "siCacheUnavailable"})",
+                  "line 1, column 12: HEADER: \"siCacheUnavailable\" is no type that a text is read as"}));
+
+TEST(AnExplanation, TellsWhereATextNestsTooDeep)
+{
+    EXPECT_THAT(explained(std::string(1001, '[')), ElementsAre("line 1, column 1001: nests deeper than 1000 levels"));
+}
+
+TEST(AnExplanation, CountsWhatItDoesNotList)
+{
+    std::string items;
+    for (int i = 0; i < 500; ++i)
+        items += "{},";
+    const Explanation explanation = explain((R"({"HEADER": "targetApps", "targetApps": [)" + items + "1]}").c_str());
+    EXPECT_TRUE(explanation.isRead);
+    EXPECT_EQ(explanation.findings.size(), 200u);
+    EXPECT_GE(explanation.further, 301u);
+}
+
+TEST(AnExplanation, BeginsWithTheFaultHoweverMuchComesBeforeIt)
+{
+    std::string items;
+    for (int i = 0; i < 500; ++i)
+        items += R"({"x": 1},)";
+    const std::string text = R"({"HEADER": "dsmccFileList", "unknown": [)" + items + "1]}";
+    const Explanation explanation = explain(text.c_str());
+    ASSERT_FALSE(explanation.isRead);
+    EXPECT_EQ(explanation.findings.front().kind, Finding::Fault);
+}
+
+TEST(AnExplanation, OfAnotherTypeThanTheHeaderNamesIsByThatType)
+{
+    EXPECT_THAT(linesOf(explain(R"({"HEADER": "serviceList", "x": []})", Position::kDataType)),
+                ElementsAre("line 1, column 32: x: [] is neither a number nor a percentage such as \"50%\""));
+    EXPECT_THAT(linesOf(explain("{}", static_cast<DataType>(9999))),
+                ElementsAre("line 1, column 1: is of a type that has no message"));
+}
+
+TEST(TheFirstFault, OfARefusedTextIsOneLine)
+{
+    CheckedText checked(R"({"components": [{"pos": {"x": []}}], "components2": 1, "HEADER": "components"})");
+    EXPECT_EQ(firstFault(checked, DataTypeServiceTime), "line 1, column 1: time: required, missing");
+    EXPECT_EQ(firstFault(checked, DataTypeServiceComponentTag), "line 1, column 1: componentTag: required, missing");
+}
+
+TEST(TheFirstFault, OfANumberInAPartIsFoundToo)
+{
+    CheckedText checked(R"({"components": [{"componentTag": "0x"}]})");
+    EXPECT_EQ(firstFault(checked, ServiceComponentList::kDataType),
+              "line 1, column 34: components[0].componentTag: \"0x\" holds no number");
+}
+
+// Every message of the catalogue, by the keys that its contract asks for.
+
+struct AType {
+    std::string name;
+    DataType type;
+};
+
+std::vector<AType> typesWithKeys()
+{
+    std::vector<AType> types;
+    for (const DataType type : allTypes())
+        if (!keysOf(type).empty()) types.push_back({Serializable::dataTypeString(type), type});
+    return types;
+}
+
+class EveryKeyOf : public testing::TestWithParam<AType> {
+protected:
+    /// A text with all that the type writes.
+    std::string filled() const
+    {
+        for (const Sample& sample : writtenSamples())
+            if (sample.name == GetParam().name) return textOf(*sample.filled());
+        return R"({"varValue": "x"})";  // of the one that is never written
+    }
+
+    /// The keys of the type that are in `text`, and read.
+    std::vector<KeyDescription> keysIn(const std::string& text) const
+    {
+        std::vector<KeyDescription> keys = Orvu::keysOf(GetParam().type);
+        const Explanation asItIs = explain(text.c_str(), GetParam().type);
+        const Tree tree = treeOf(text);
+        const auto isAway = [&](const KeyDescription& key) {
+            const bool isNotRead = std::any_of(asItIs.findings.begin(), asItIs.findings.end(),
+                                               [&](const Finding& finding) { return finding.path == key.key; });
+            return key.key.empty() || isNotRead || !cJSON_GetObjectItemCaseSensitive(tree.get(), key.key.c_str());
+        };
+        keys.erase(std::remove_if(keys.begin(), keys.end(), isAway), keys.end());
+        return keys;
+    }
+
+    /// What is found under `path`; it agrees with reading the text about whether it can be read.
+    std::vector<Finding> foundUnder(const std::string& path, cJSON* tree) const
+    {
+        const std::string text = taken(cJSON_Print(tree));
+        const Explanation explanation = explain(text.c_str(), GetParam().type);
+        EXPECT_EQ(explanation.isRead, isRead(text)) << text;
+        std::vector<Finding> found;
+        for (const Finding& finding : explanation.findings)
+            if (finding.path == path) found.push_back(finding);
+        return found;
+    }
+
+    bool isRead(const std::string& text) const
+    {
+        const std::unique_ptr<Serializable> message(entryOf(GetParam().type)->make(GetParam().type));
+        try {
+            return message->deserialize(text.c_str());
+        } catch (const std::logic_error&) {
+            return false;
+        }
+    }
+};
+
+TEST_P(EveryKeyOf, ThatIsRequiredIsMissed)
+{
+    const std::string text = filled();
+    for (const KeyDescription& key : keysIn(text)) {
+        if (!key.isRequired) continue;
+        const Tree tree = treeOf(text);
+        cJSON_DeleteItemFromObject(tree.get(), key.key.c_str());
+        const std::vector<Finding> found = foundUnder(key.key, tree.get());
+        ASSERT_EQ(found.size(), 1u) << key.key;
+        EXPECT_EQ(found[0].kind, Finding::Fault);
+        EXPECT_EQ(found[0].message, "required, missing");
+    }
+}
+
+TEST_P(EveryKeyOf, IsFoundToBeOfTheWrongKind)
+{
+    const std::string text = filled();
+    for (const KeyDescription& key : keysIn(text)) {
+        if (key.kind == KeyDescription::Anything || key.kind == KeyDescription::Nothing) continue;
+        const bool isNumber = key.kind == KeyDescription::Number || key.kind == KeyDescription::Boolean;
+        const bool isEither = key.kind == KeyDescription::NumberOrText;
+        const Tree tree = treeOf(text);
+        cJSON* const wrong = isEither   ? cJSON_CreateArray()
+                             : isNumber ? cJSON_CreateString("x")
+                                        : cJSON_CreateNumber(5);
+        cJSON_ReplaceItemInObjectCaseSensitive(tree.get(), key.key.c_str(), wrong);
+        const std::vector<Finding> found = foundUnder(key.key, tree.get());
+        ASSERT_EQ(found.size(), 1u) << key.key;
+        EXPECT_NE(found[0].kind, Finding::NotRead) << key.key;
+    }
+}
+
+TEST_P(EveryKeyOf, IsTheNearestOfItsMisspelling)
+{
+    const std::string text = filled();
+    for (const KeyDescription& key : keysIn(text)) {
+        if (key.key.size() < 3) continue;
+        const std::string misspelt = key.key + "q";
+        const Tree tree = treeOf(text);
+        cJSON* const value = cJSON_DetachItemFromObjectCaseSensitive(tree.get(), key.key.c_str());
+        cJSON_AddItemToObject(tree.get(), misspelt.c_str(), value);
+        const std::vector<Finding> found = foundUnder(misspelt, tree.get());
+        ASSERT_EQ(found.size(), 1u) << key.key;
+        EXPECT_EQ(found[0].kind, Finding::NotRead);
+        EXPECT_EQ(found[0].message, "not read; the nearest is \"" + key.key + "\"");
+        if (!key.isRequired) continue;
+        const std::vector<Finding> fault = foundUnder(key.key, tree.get());
+        ASSERT_EQ(fault.size(), 1u) << key.key;
+        EXPECT_EQ(fault[0].message, "required, missing; there is \"" + misspelt + "\"");
+    }
+}
+
+std::string nameOfType(const testing::TestParamInfo<AType>& info)
+{
+    std::string name = info.param.name;
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(InTheCatalogue, EveryKeyOf, testing::ValuesIn(typesWithKeys()), nameOfType);
+
+// What a type reads.
+
+std::vector<std::string> shownKeys(const std::vector<KeyDescription>& keys)
+{
+    std::vector<std::string> shown;
+    for (const KeyDescription& key : keys)
+        shown.push_back(key.key + (key.isRequired ? "!" : ""));
+    return shown;
+}
+
+TEST(TheKeysOfAType, AreThoseItAsksForInThatOrder)
+{
+    EXPECT_THAT(shownKeys(keysOf(DataTypeBinaryNIT)),
+                ElementsAre("serviceContextId!", "bufferSize!", "buffer!", "timestamp"));
+    EXPECT_THAT(shownKeys(keysOf(DataTypeSuccess)), IsEmpty());
+    EXPECT_THAT(keysOf(static_cast<DataType>(9999)), IsEmpty());
+}
+
+TEST(TheKeysOfAType, HoldTheKeysOfItsParts)
+{
+    const std::vector<KeyDescription> keys = keysOf(DataTypeEventInfoList);
+    ASSERT_THAT(shownKeys(keys), ElementsAre("serviceContextId", "present", "following", "schedule!", "timestamp"));
+    EXPECT_EQ(keys[1].kind, KeyDescription::Object);
+    EXPECT_EQ(keys[3].kind, KeyDescription::Objects);
+    EXPECT_EQ(shownKeys(keys[1].keys), shownKeys(keys[3].keys));
+    EXPECT_THAT(shownKeys(keys[3].keys), Contains("startTime"));
+}
+
+TEST(TheKeysOfAType, NameTheWordsThatAreReadBack)
+{
+    const std::vector<KeyDescription> keys = keysOf(DataTypeTargetAppPerformAction);
+    ASSERT_THAT(shownKeys(keys), ElementsAre("canonicalName", "action", "priority"));
+    EXPECT_THAT(keys[1].words, ElementsAre("start", "stop"));
+    EXPECT_THAT(keys[2].words, ElementsAre("foreground", "background"));
+}
+
+TEST(TheKeysOfAType, ThatHoldsItselfEndThere)
+{
+    const std::vector<KeyDescription> keys = keysOf(DataTypeScreenItem);
+    EXPECT_EQ(keys.back().key, "contentList");
+    EXPECT_THAT(keys.back().keys, IsEmpty());
+}
+
+TEST(TheKeysOfAType, HaveNoNameForAListThatIsReadByItsPlace)
+{
+    const std::vector<KeyDescription> keys = keysOf(DataTypeEventGroup);
+    ASSERT_THAT(shownKeys(keys), ElementsAre("type", ""));
+    EXPECT_EQ(keys[1].kind, KeyDescription::Objects);
+    EXPECT_THAT(shownKeys(keys[1].keys), ElementsAre("id", "tsId", "networkId", "serviceId"));
+}
+
+}  // namespace
+}  // namespace OrvuTests
