@@ -114,16 +114,8 @@ void Explainer::read(const Contract& contract, Serializable& scratch, std::vecto
 
 Explanation Explainer::take()
 {
-    std::vector<Finding>& findings = explanation_.findings;
-    std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
-        const bool isFault = a.kind == Finding::Fault;
-        return isFault != (b.kind == Finding::Fault) ? isFault : a.offset < b.offset;
-    });
+    const std::vector<Finding>& findings = explanation_.findings;
     explanation_.isRead = findings.empty() || findings.front().kind != Finding::Fault;
-    if (findings.size() > kMostFindings) {
-        explanation_.further += findings.size() - kMostFindings;
-        findings.resize(kMostFindings);
-    }
     return std::move(explanation_);
 }
 
@@ -155,9 +147,17 @@ void Explainer::failed(const char* why)
 {
     if (isSkipped() || frames_.back().hasFailed) return;
     Frame& frame = frames_.back();
+    if (!frame.isPart && hasFailed()) return;
     frame.hasFailed = true;
     frame.why = why;
     frame.faultAt = frame.asked.size();
+}
+
+/// Whether the message itself has.
+bool Explainer::hasFailed() const
+{
+    return std::any_of(frames_.begin(), frames_.end(),
+                       [](const Frame& frame) { return frame.hasFailed && !frame.isPart; });
 }
 
 void Explainer::end()
@@ -171,7 +171,8 @@ void Explainer::end()
     if (frame.hasFailed) explainFault(frame);
     if (detail_ == FirstFault) return;
     if (frame.isMessage && !frame.hasFailed && !frame.value.isObject()) {
-        add(Finding::Ignored, frame.value, std::string(nameOf(frame.value)) + " where an object is expected, read as an empty one");
+        add(Finding::Ignored, frame.value,
+            std::string(nameOf(frame.value)) + " where an object is expected, read as an empty one");
     }
     explainValues(frame);
     explainUnread(frame);
@@ -180,7 +181,7 @@ void Explainer::end()
 /// The read was left at what was asked for last, in whatever part.
 void Explainer::explainException(const char* why)
 {
-    if (std::any_of(frames_.begin(), frames_.end(), [](const Frame& frame) { return frame.hasFailed; })) return;
+    if (hasFailed()) return;
     const JsonValue at = last_.found ? last_.found : checked_.value();
     add(Finding::Fault, at, excerptOf(at) + " " + why);
 }
@@ -342,7 +343,13 @@ bool Explainer::hasRoom(Finding::Kind kind)
 void Explainer::put(Finding::Kind kind, std::size_t offset, std::string path, std::string message)
 {
     const TextPlace place = placeOf(checked_.text(), offset);
-    explanation_.findings.push_back({kind, offset, place.line, place.column, std::move(path), std::move(message)});
+    const Finding finding{kind, offset, place.line, place.column, std::move(path), std::move(message)};
+    std::vector<Finding>& findings = explanation_.findings;
+    const auto isBefore = [](const Finding& a, const Finding& b) {
+        const bool isFault = a.kind == Finding::Fault;
+        return isFault != (b.kind == Finding::Fault) ? isFault : a.offset < b.offset;
+    };
+    findings.insert(std::upper_bound(findings.begin(), findings.end(), finding, isBefore), finding);
 }
 
 }  // namespace Orvu

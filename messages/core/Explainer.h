@@ -56,6 +56,7 @@ private:
     void end() override;
 
     bool isSkipped() const { return skipped_ != 0; }
+    bool hasFailed() const;
     void explainException(const char* why);
     void explainFault(const Frame& frame);
     void explainMissing(const Frame& frame, const Asked& asked);

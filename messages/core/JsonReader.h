@@ -171,12 +171,12 @@ private:
     {
         return isSpecial_ ? memberSeen(key, expected) : members_.find(key);
     }
-    JsonValue memberSeen(const char* key, const Expected& expected);
-    void beginSeen(const Contract* contract) const;
-    void endSeen() const;
-    void seeTaken(JsonValue value, const Expected& expected) const;
+    [[gnu::cold]] JsonValue memberSeen(const char* key, const Expected& expected);
+    [[gnu::cold]] void beginSeen(const Contract* contract) const;
+    [[gnu::cold]] void endSeen() const;
+    [[gnu::cold]] void seeTaken(JsonValue value, const Expected& expected) const;
     bool missing(const char* key);
-    void fail(unsigned char code, const char* why);
+    [[gnu::cold]] void fail(unsigned char code, const char* why);
     void take(unsigned char error)
     {
         if (failed()) return;
