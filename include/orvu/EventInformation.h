@@ -98,8 +98,8 @@ public:
     std::string serviceContextId;    ///< Locator of the service.
     EventInfo* present = nullptr;    ///< Owned, may be null.
     EventInfo* following = nullptr;  ///< Owned, may be null.
-    /// Owned, sorted by `startTime`; deleted with the list. Whether the present and the following event are among them,
-    /// the applications decide.
+    /// Owned, sorted by `startTime`; deleted with the list. The applications decide whether the present and the following
+    /// event are among them.
     std::vector<EventInfo*> schedule;
     std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 

@@ -177,6 +177,12 @@ class Schemas(unittest.TestCase):
     def test_stand_in_the_catalogue_for_people(self):
         subprocess.run([sys.executable, ROOT / "scripts" / "messages-doc", "--check"], check=True)
 
+    def test_stand_there_under_headings_that_links_find(self):
+        page = (ROOT / "docs" / "messages.md").read_text()
+        headings = [re.sub(r"[^\w -]", "", h.lower()).replace(" ", "-") for h in re.findall("^#+ (.*)$", page, re.M)]
+        self.assertEqual(len(headings), len(set(headings)))
+        self.assertEqual(set(), set(re.findall(r"\]\(#([^)]*)\)", page)) - set(headings))
+
 
 # Keys that neither recorded text has, since another one excludes them.
 ELSEWHERE = {
