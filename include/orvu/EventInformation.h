@@ -18,7 +18,7 @@ public:
     std::string serviceContextId;     ///< Locator of the service that the table belongs to.
     unsigned bufferSize = 0;          ///< Bytes; at most 64 MiB can be received.
     unsigned char* buffer = nullptr;  ///< A block made by `malloc`, owned; released with `free`.
-    std::string timestamp;            ///< In a form that the applications agree on.
+    std::string timestamp;            ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 
     /// `dataType` is one of DataTypeBinaryNIT to DataTypeBinaryEPG, or DataTypeBinaryDataMultipart for a part.
     explicit BinaryData(DataType dataType);
@@ -51,7 +51,9 @@ class ORVU_EXPORT EventInfo : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeEventInfo;
 
-    std::string startTime;  ///< In a form that the applications agree on; schedules are sorted by its bytes.
+    /// The applications agree on a form, such as "2026-11-21T20:30:00-03:00". Schedules are sorted by its bytes, so a
+    /// fixed width and one offset for all events keep them in the order of time.
+    std::string startTime;
     std::string endTime;    ///< In the same form.
     int runningStatus = 0;  ///< As signalled.
     std::string name;
@@ -93,11 +95,13 @@ class ORVU_EXPORT EventInfoList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeEventInfoList;
 
-    std::string serviceContextId;      ///< Locator of the service.
-    EventInfo* present = nullptr;      ///< Owned, may be null.
-    EventInfo* following = nullptr;    ///< Owned, may be null.
-    std::vector<EventInfo*> schedule;  ///< Owned, sorted by `startTime`; deleted with the list.
-    std::string timestamp;             ///< In a form that the applications agree on.
+    std::string serviceContextId;    ///< Locator of the service.
+    EventInfo* present = nullptr;    ///< Owned, may be null.
+    EventInfo* following = nullptr;  ///< Owned, may be null.
+    /// Owned, sorted by `startTime`; deleted with the list. The applications decide whether the present and the following
+    /// event are among them.
+    std::vector<EventInfo*> schedule;
+    std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 
     EventInfoList();
     ~EventInfoList() override;

@@ -162,7 +162,7 @@ public:
 
     std::string serviceContextId;    ///< Locator of the service.
     std::vector<BinaryData*> parts;  ///< Owned; deleted with the message.
-    std::string timestamp;           ///< In a form that the applications agree on.
+    std::string timestamp;           ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 
     BinaryDataMultipart();
     ~BinaryDataMultipart() override;

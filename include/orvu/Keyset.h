@@ -8,6 +8,9 @@
 namespace Orvu {
 
 /// The groups of remote-control keys that an interactive application wants, or gives back. Wire name "keyset".
+///
+/// Keys are named by group, never one by one, and no message carries a key press. To act on what is shown, send a
+/// ServiceCompTagAction (start, pause or stop a component, move its window, set its volume) or a MediaPlayerAction.
 class ORVU_EXPORT GingaKeyset : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeKeyset;

@@ -107,7 +107,8 @@ public:
 
     /// Opens a push server, "tcp" or "websocket", on the first free port of the range. The caller owns the
     /// record. Null when the protocol is unknown, the listen address cannot be used or no port is free; a record whose
-    /// `error` is 1 when the server could not be started.
+    /// `error` is 1 when the server could not be started. Listeners do not find the port by themselves: tell them the
+    /// record's `port`, for example in an answer.
     SocketServerInfo* createServer(std::string protocol);
 
     /// Stops and deletes a push server. A push through it on another thread ends. False when `handler` names none.

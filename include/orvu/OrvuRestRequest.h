@@ -13,7 +13,8 @@ class Socket;
 /// One received request: the message, and the connection on which it is answered, once.
 ///
 /// The application owns it from the callback on: it answers with sendResponse(), from any thread and whenever it likes, and
-/// deletes the request. Answering and deleting from different threads do not interleave.
+/// deletes the request. A request that it kept can be answered after OrvuRestInterface::destroyInstance(), too. Answering
+/// and deleting from different threads do not interleave.
 class ORVU_EXPORT OrvuRestRequest {
 public:
     /// Takes `sockfd`, a connected socket (values below 1 mean none), and `data`, which may be null.

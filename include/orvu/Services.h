@@ -12,7 +12,7 @@ class ORVU_EXPORT Service : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeCurrentService;
 
-    std::string serviceContextId;  ///< Locator text such as "1.2.01" (see ServiceContext); never checked here.
+    std::string serviceContextId;  ///< Locator text such as "1840.1840.01" (see ServiceContext); never checked here.
     std::string serviceName;       ///< UTF-8, as broadcast.
     int transportStreamId = 0;     ///< DVB/ISDB identifiers, as signalled.
     int originalNetworkId = 0;
@@ -75,7 +75,7 @@ class ORVU_EXPORT ServiceTime : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeServiceTime;
 
-    std::string time;  ///< In a form that the two applications agree on; never checked here.
+    std::string time;  ///< The applications agree on a form, such as "2026-11-21T20:30:00-03:00"; not checked here.
 
     ServiceTime();
     ~ServiceTime() override;

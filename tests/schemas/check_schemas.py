@@ -67,6 +67,16 @@ def properties_of(schema, prefix=""):
         yield from properties_of(value, f"{prefix}{key}.")
 
 
+def examples_of_requests(schema):
+    """The request of the example exchange, where it is not the example of the message itself."""
+    return [schema["x-request"]["example"]] if "example" in schema.get("x-request", {}) else []
+
+
+def misses_keys_alone(error):
+    """Whether an error is only about keys that are absent; of several possibilities one is enough."""
+    return error.validator == "required" or any(misses_keys_alone(inner) for inner in error.context)
+
+
 def keys_of(value, prefix=""):
     if isinstance(value, dict):
         for key, member in value.items():
@@ -99,6 +109,37 @@ class Schemas(unittest.TestCase):
             with self.subTest(path.name):
                 answer = json.loads(path.read_text())
                 validator(answer["HEADER"]).validate(answer)
+
+    def test_accept_their_examples(self):
+        """But for keys that the examples leave out."""
+        for schema in SCHEMAS.values():
+            self.assertEqual(len(schema["examples"]), 1, schema["title"])
+            for example in [*schema["examples"], *examples_of_requests(schema)]:
+                with self.subTest(schema["title"], example=example):
+                    errors = validator(schema["title"]).iter_errors(example)
+                    self.assertEqual([], [error.message for error in errors if not misses_keys_alone(error)])
+
+    def test_ask_with_keys_that_they_read(self):
+        for schema in SCHEMAS.values():
+            known = schema["properties"].keys() | schema.get("x-alsoRead", {}).keys()
+            with self.subTest(schema["title"]):
+                self.assertLessEqual(set(schema.get("x-request", {}).get("matters", [])), known)
+
+    def test_expect_answers_of_the_catalogue(self):
+        results = {schema["title"] for schema in SCHEMAS.values() if schema["x-family"] == "results"}
+        for schema in SCHEMAS.values():
+            if "x-request" in schema:
+                with self.subTest(schema["title"]):
+                    self.assertLessEqual(set(schema["x-request"]["answers"]), {s["title"] for s in SCHEMAS.values()})
+                    self.assertLessEqual(set(schema["x-request"]["errors"]), results)
+
+    def test_expect_the_answers_of_the_examples(self):
+        expected = {s["title"]: s["x-request"] for s in SCHEMAS.values() if "x-request" in s}
+        self.assertEqual(expected.keys(), {path.stem for path in ANSWERS})
+        for path in ANSWERS:
+            request = expected[path.stem]
+            with self.subTest(path.name):
+                self.assertIn(json.loads(path.read_text())["HEADER"], request["answers"] + request["errors"])
 
     def test_accept_a_text_without_a_key_that_may_be_left_out(self):
         for path in RECORDED:
@@ -135,6 +176,12 @@ class Schemas(unittest.TestCase):
 
     def test_stand_in_the_catalogue_for_people(self):
         subprocess.run([sys.executable, ROOT / "scripts" / "messages-doc", "--check"], check=True)
+
+    def test_stand_there_under_headings_that_links_find(self):
+        page = (ROOT / "docs" / "messages.md").read_text()
+        headings = [re.sub(r"[^\w -]", "", h.lower()).replace(" ", "-") for h in re.findall("^#+ (.*)$", page, re.M)]
+        self.assertEqual(len(headings), len(set(headings)))
+        self.assertEqual(set(), set(re.findall(r"\]\(#([^)]*)\)", page)) - set(headings))
 
 
 # Keys that neither recorded text has, since another one excludes them.

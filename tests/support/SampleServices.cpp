@@ -20,7 +20,7 @@ void fill(ServiceList& list)
 {
     list.addService(filled<Service>());
     auto* const mobile = filled<Service>();
-    mobile->serviceContextId = "1.2.84";
+    mobile->serviceContextId = ServiceContext::generateStringId(1, 2, 58904);
     mobile->serviceName = "Canal Um 1-Seg";
     mobile->serviceId = 58904;
     list.addService(mobile);
