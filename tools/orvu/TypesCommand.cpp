@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "Commands.h"
 #include "ExitCode.h"
+#include "Fields.h"
 #include "JsonText.h"
 #include "Output.h"
 #include "Types.h"
@@ -15,9 +17,11 @@ namespace OrvuTool {
 namespace {
 
 using Orvu::DataType;
+using Orvu::KeyDescription;
 using Orvu::Serializable;
 
 struct TypesOptions {
+    std::string type;
     bool json = false;
 };
 
@@ -113,8 +117,59 @@ std::string asJson(const std::vector<Row>& rows)
     return pretty(array.get()) + "\n";
 }
 
+std::string asTable(const std::vector<KeyDescription>& keys, const std::string& indent)
+{
+    std::string table;
+    for (const KeyDescription& key : keys) {
+        const std::string name = key.key.empty() ? "(the list behind it)" : key.key;
+        std::string words;
+        for (const std::string& word : key.words)
+            words += (words.empty() ? ": " : ", ") + word;
+        table += padded(indent + name, 32) + (key.isRequired ? "required  " : "          ") + kindName(key.kind) + words +
+                 "\n" + asTable(key.keys, indent + "  ");
+    }
+    return table;
+}
+
+cJSON* asArray(const std::vector<KeyDescription>& keys)
+{
+    cJSON* const array = cJSON_CreateArray();
+    for (const KeyDescription& key : keys) {
+        cJSON* const object = cJSON_CreateObject();
+        cJSON_AddStringToObject(object, "key", key.key.c_str());
+        cJSON_AddStringToObject(object, "kind", kindName(key.kind));
+        cJSON_AddBoolToObject(object, "required", key.isRequired);
+        cJSON* const words = cJSON_AddArrayToObject(object, "words");
+        for (const std::string& word : key.words)
+            cJSON_AddItemToArray(words, cJSON_CreateString(word.c_str()));
+        cJSON_AddItemToObject(object, "keys", asArray(key.keys));
+        cJSON_AddItemToArray(array, object);
+    }
+    return array;
+}
+
+int keys(const TypesOptions& options, Output& output)
+{
+    const std::optional<DataType> type = typeNamed(options.type);
+    if (!type) {
+        complainAboutType(options.type);
+        return ExitUsage;
+    }
+    const std::vector<KeyDescription> keys = Orvu::keysOf(*type);
+    if (options.json) {
+        const JsonTree array(asArray(keys));
+        output.write(pretty(array.get()) + "\n");
+    } else {
+        const Row row = rowOf(*type);
+        output.write(row.name + " (" + std::to_string(row.value) + "), class " + row.type + "\n" +
+                     (keys.empty() ? "  reads no keys\n" : asTable(keys, "  ")));
+    }
+    return ExitOk;
+}
+
 int types(const TypesOptions& options, Output& output)
 {
+    if (!options.type.empty()) return keys(options, output);
     std::vector<Row> rows;
     for (const DataType type : catalogue())
         rows.push_back(rowOf(type));
@@ -128,17 +183,20 @@ void addTypes(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<TypesOptions>();
     CLI::App* command = app.add_subcommand("types", "List the message types that the library knows");
+    command->add_option("TYPE", options->type, "A type's wire name: tells its keys instead")->type_name("");
     command->add_flag("--json", options->json, "Print a JSON array instead of a table");
     addLogOption(*command, chosen);
     command->footer(
-        "Columns:\n"
+        "Of one type: its keys in the order in which the library asks for them, those of its parts indented; whether a text\n"
+        "without the key is refused (in a part: whether the part is); what the key holds, and the words that are read.\n"
+        "Columns of the list:\n"
         "  header   whether a text whose \"HEADER\" is the wire name is read as the type;\n"
         "           \"fallback\" is what every other text is read as\n"
         "  factory  whether an empty message is made from the type, as a receiver does and \"orvu ask\"\n"
         "  class    the C++ class, \"-\" (JSON: null) when the library has none\n"
         "Exit codes:\n"
         "  0   the list was printed\n"
-        "  64  wrong arguments\n"
+        "  64  wrong arguments, or a type that is not known\n"
         "  74  standard output cannot be written");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return types(*options, output); }; });

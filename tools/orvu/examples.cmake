@@ -1,0 +1,36 @@
+# cmake -DSCHEMAS=FOLDER -DOUTPUT=FILE -P examples.cmake: writes the first example of each schema as a C++ table.
+file(GLOB schemas "${SCHEMAS}/*.schema.json")
+set(rows "")
+foreach(file IN LISTS schemas)
+    file(READ "${file}" schema)
+    string(JSON name GET "${schema}" title)
+    string(JSON example ERROR_VARIABLE none GET "${schema}" examples 0)
+    if(NOT none)
+        string(APPEND rows "    {\"${name}\", R\"json(${example})json\"},\n")
+    endif()
+endforeach()
+file(WRITE "${OUTPUT}.new" "#include \"Examples.h\"
+
+namespace OrvuTool {
+namespace {
+
+struct Example {
+    const char* name;
+    const char* text;
+};
+
+constexpr Example kExamples[] = {
+${rows}};
+
+}  // namespace
+
+const char* exampleOf(const std::string& wireName)
+{
+    for (const Example& example : kExamples)
+        if (wireName == example.name) return example.text;
+    return nullptr;
+}
+
+}  // namespace OrvuTool
+")
+file(COPY_FILE "${OUTPUT}.new" "${OUTPUT}" ONLY_IF_DIFFERENT)
