@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/Tool.h"
@@ -80,6 +81,31 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"watch", "localhost", "0"}, Words{"watch", "localhost", "65536"},
                     Words{"watch", "localhost", "web"}, Words{"watch", "localhost", "9000", "more"},
                     Words{"watch", "localhost", "9000", "--every", "1"}));
+
+using Unknown = std::pair<Words, const char*>;
+
+class AnUnknownArgument : public testing::TestWithParam<Unknown> {};
+
+TEST_P(AnUnknownArgument, IsNamedWithTheOneThatIsMeant)
+{
+    const Ended ended = run(orvu(GetParam().first));
+    EXPECT_EQ(ended.code, 64);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, std::string("orvu: ") + GetParam().second + "\nRun with --help for more information.\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TheTool, AnUnknownArgument,
+    testing::Values(
+        Unknown{{"wacth", "9000"}, "wacth: no such command; did you mean \"watch\"?"},
+        Unknown{{"Types"}, "Types: no such command; did you mean \"types\"?"}, Unknown{{"foo"}, "foo: no such command"},
+        Unknown{{"--versoin"}, "--versoin: no such option; did you mean \"--version\"?"},
+        Unknown{{"--loud", "types"}, "--loud: no such option"},
+        Unknown{{"types", "--jsn"}, "--jsn: types has no such option; did you mean \"--json\"?"},
+        Unknown{{"ask", "--prot=9000", "serviceList"}, "--prot: ask has no such option; did you mean \"--port\"?"},
+        Unknown{{"push", "tcp", "--prots", "9000"}, "--prots: push has no such option; did you mean \"--ports\"?"},
+        Unknown{{"ask", "serviceList", "--loud"}, "--loud: ask has no such option"},
+        Unknown{{"types", "check", "-"}, "check: types does not take this argument"}));
 
 class WhatIsNoAddress : public testing::TestWithParam<const char*> {};
 
