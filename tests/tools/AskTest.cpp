@@ -164,11 +164,21 @@ TEST(Asking, RefusesATypeOfWhichNoMessageIsMade)
 
 TEST(Asking, RefusesATypeThatDoesNotExist)
 {
-    for (const std::string type : {"nonsense", "ServiceList", "9"}) {
+    for (const std::string type : {"nonsense", "9"}) {
         const Ended ended = run(orvu({"ask", type}));
         EXPECT_EQ(ended.code, 64);
         EXPECT_EQ(ended.out, "");
         EXPECT_EQ(ended.err, "orvu: " + type + ": no such type; \"orvu types\" lists them\n");
+    }
+}
+
+TEST(Asking, NamesTheTypeThatIsMeant)
+{
+    for (const std::string type : {"servicelist", "ServiceList", "servicesList", "serivceList"}) {
+        const Ended ended = run(orvu({"ask", type}));
+        EXPECT_EQ(ended.code, 64);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(ended.err, "orvu: " + type + ": no such type; did you mean \"serviceList\"?\n");
     }
 }
 

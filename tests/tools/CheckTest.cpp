@@ -109,8 +109,8 @@ TEST(Checking, CountsTextBehindTheJsonAsADifference)
 
 TEST(Checking, SaysWhenTheTextIsNoJson)
 {
-    expect(check(""), 2, "read     no: the text is no JSON: stuck at byte 0 of 0\n");
-    expect(check("{\"HEADER\": success}"), 2, "read     no: the text is no JSON: stuck at byte 11 of 19\n");
+    expect(check(""), 2, "read     no: the text is empty\n");
+    expect(check("{\"HEADER\": success}"), 2, "read     no: the text is not JSON from line 1, column 12 on\n");
 }
 
 TEST(Checking, SaysWhenNothingTellsTheType)

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/Tool.h"
@@ -58,17 +59,17 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
                     Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
                     Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"},
-                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"},
+                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--port", "9000"},
                     Words{"serve", "-1", "--answers", "/"}, Words{"serve", "65536", "--answers", "/"},
                     Words{"serve", "web", "--answers", "/"}, Words{"serve", "9000", "--answers"},
                     Words{"serve", "9000", "--answers", "/", "--listen"}, Words{"push"}, Words{"push", "tcp"},
                     Words{"push", "--ports", "9000-9010"}, Words{"push", "udp", "--ports", "9000-9010"},
                     Words{"push", "TCP", "--ports", "9000-9010"}, Words{"push", "tcp", "--ports"},
-                    Words{"push", "tcp", "--ports", "9000"}, Words{"push", "tcp", "--ports", "9010-9000"},
-                    Words{"push", "tcp", "--ports", "0-9000"}, Words{"push", "tcp", "--ports", "9000-65536"},
-                    Words{"push", "tcp", "--ports", "9000-"}, Words{"push", "tcp", "--ports", "-9000"},
-                    Words{"push", "tcp", "--ports", "a-b"}, Words{"push", "tcp", "--ports", "9000-9010-9020"},
-                    Words{"push", "tcp", "--ports", " 9000-9010"},
+                    Words{"push", "tcp", "--ports", "9000", "--port", "9000"},
+                    Words{"push", "tcp", "--ports", "9010-9000"}, Words{"push", "tcp", "--ports", "0-9000"},
+                    Words{"push", "tcp", "--ports", "9000-65536"}, Words{"push", "tcp", "--ports", "9000-"},
+                    Words{"push", "tcp", "--ports", "-9000"}, Words{"push", "tcp", "--ports", "a-b"},
+                    Words{"push", "tcp", "--ports", "9000-9010-9020"}, Words{"push", "tcp", "--ports", " 9000-9010"},
                     Words{"push", "tcp", "--ports", "9000-9010", "--file"},
                     Words{"push", "tcp", "--ports", "9000-9010", "--every"},
                     Words{"push", "tcp", "--ports", "9000-9010", "--every", "0"},
@@ -79,7 +80,40 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"push", "tcp", "--ports", "9000-9010", "more"}, Words{"watch"}, Words{"watch", "localhost"},
                     Words{"watch", "localhost", "0"}, Words{"watch", "localhost", "65536"},
                     Words{"watch", "localhost", "web"}, Words{"watch", "localhost", "9000", "more"},
-                    Words{"watch", "localhost", "9000", "--every", "1"}));
+                    Words{"watch", "localhost", "9000", "--every", "1"}, Words{"watch", "9000", "--port", "0"},
+                    Words{"watch", "--raw", "--time", "9000"}, Words{"watch", "localhost", "9000", "--port", "9000"},
+                    Words{"serve", "9000", "--port", "9000", "--answers", "/"},
+                    Words{"serve", "9000", "--answers", "/", "--delay", "-1"},
+                    Words{"serve", "9000", "--answers", "/", "--close", "-1"},
+                    Words{"serve", "9000", "--answers", "/", "--close", "101"},
+                    Words{"serve", "9000", "--answers", "/", "--cut", "half"},
+                    Words{"serve", "9000", "--answers", "/", "--cut", "51", "--close", "50"},
+                    Words{"serve", "9000", "--answers", "/", "--seed", "x"}));
+
+using Unknown = std::pair<Words, const char*>;
+
+class AnUnknownArgument : public testing::TestWithParam<Unknown> {};
+
+TEST_P(AnUnknownArgument, IsNamedWithTheOneThatIsMeant)
+{
+    const Ended ended = run(orvu(GetParam().first));
+    EXPECT_EQ(ended.code, 64);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, std::string("orvu: ") + GetParam().second + "\nRun with --help for more information.\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TheTool, AnUnknownArgument,
+    testing::Values(
+        Unknown{{"wacth", "9000"}, "wacth: no such command; did you mean \"watch\"?"},
+        Unknown{{"Types"}, "Types: no such command; did you mean \"types\"?"}, Unknown{{"foo"}, "foo: no such command"},
+        Unknown{{"--versoin"}, "--versoin: no such option; did you mean \"--version\"?"},
+        Unknown{{"--loud", "types"}, "--loud: no such option"},
+        Unknown{{"types", "--jsn"}, "--jsn: types has no such option; did you mean \"--json\"?"},
+        Unknown{{"ask", "--prot=9000", "serviceList"}, "--prot: ask has no such option; did you mean \"--port\"?"},
+        Unknown{{"push", "tcp", "--prots", "9000"}, "--prots: push has no such option; did you mean \"--ports\"?"},
+        Unknown{{"ask", "serviceList", "--loud"}, "--loud: ask has no such option"},
+        Unknown{{"types", "check", "-"}, "check: types does not take this argument"}));
 
 class WhatIsNoAddress : public testing::TestWithParam<const char*> {};
 

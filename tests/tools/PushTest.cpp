@@ -97,6 +97,35 @@ TEST_P(EachProtocol, SaysWhenNoPortCanBeHad)
     EXPECT_EQ(ended.err, "orvu: no port of " + ports + " is available\n");
 }
 
+TEST_P(EachProtocol, SaysWhenTheOnePortIsNotAvailable)
+{
+    const RawListener taken;
+    for (const char* option : {"--ports", "--port"}) {
+        const Ended ended = run(orvu({"push", GetParam(), option, std::to_string(taken.port())}));
+        EXPECT_EQ(ended.code, 69);
+        EXPECT_EQ(ended.out, "");
+        EXPECT_EQ(ended.err, "orvu: port " + std::to_string(taken.port()) + " is not available\n");
+    }
+}
+
+TEST_P(EachProtocol, TakesOnePortInsteadOfARange)
+{
+    for (const char* option : {"--ports", "--port"}) {
+        const PortLease port;
+        const Ended ended = run(orvu({"push", GetParam(), option, std::to_string(port.port())}));
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_THAT(ended.out, HasSubstr(":" + std::to_string(port.port()) + ", handle "));
+    }
+}
+
+TEST_P(EachProtocol, TakesHostAsTheAddressToListenOn)
+{
+    const PortLease port;
+    const Ended ended = run(orvu({"push", GetParam(), "--ports", only(port), "--host", "127.0.0.2"}));
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_THAT(ended.out, HasSubstr(" server on 127.0.0.2:" + std::to_string(port.port()) + ", handle "));
+}
+
 TEST_P(EachProtocol, TakesTheFirstPortThatCanBeHad)
 {
     std::deque<PortLease> ports(2);

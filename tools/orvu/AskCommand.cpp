@@ -18,7 +18,9 @@ int ask(const AskOptions& options, Output& output)
 {
     const std::optional<Orvu::DataType> type = typeNamed(options.type);
     if (!type) {
-        complain(options.type + ": no such type; \"orvu types\" lists them");
+        const std::string near = nearestType(options.type);
+        const std::string hint = near.empty() ? "; \"orvu types\" lists them" : didYouMean(near);
+        complain(options.type + ": no such type" + hint);
         return ExitUsage;
     }
     const std::unique_ptr<Orvu::Serializable> request(Orvu::Serializable::factory(*type));

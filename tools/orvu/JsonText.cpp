@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <cstdlib>
+#include <string_view>
 
 namespace OrvuTool {
 namespace {
@@ -95,6 +97,82 @@ private:
     }
 };
 
+/// A place in a text as a reader counts, both from 1 on; a column is a character of UTF-8.
+std::string placeIn(const std::string& text, size_t at)
+{
+    const size_t lineFeed = at > 0 ? text.rfind('\n', at - 1) : std::string::npos;
+    const size_t lineBegin = lineFeed == std::string::npos ? 0 : lineFeed + 1;
+    const auto begin = text.begin();
+    const auto line = std::count(begin, begin + static_cast<std::ptrdiff_t>(lineBegin), '\n') + 1;
+    const auto characters =
+        std::count_if(begin + static_cast<std::ptrdiff_t>(lineBegin), begin + static_cast<std::ptrdiff_t>(at),
+                      [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0) != 0x80; });
+    return "line " + std::to_string(line) + ", column " + std::to_string(characters + 1);
+}
+
+/// Follows brackets and quotes only, whatever stands between them.
+class OpenParts {
+public:
+    void take(std::string_view bytes)
+    {
+        for (const char byte : bytes)
+            take(byte);
+    }
+
+    bool isInString() const { return inString_; }
+
+    /// The innermost part that has not ended.
+    std::string innermost() const
+    {
+        if (inString_) return "a string";
+        if (open_.empty()) return "a value";
+        return open_.back() == '{' ? "an object" : "a list";
+    }
+
+private:
+    void take(char byte)
+    {
+        if (isEscaped_ || (inString_ && byte != '"')) {
+            isEscaped_ = !isEscaped_ && byte == '\\';
+        } else if (byte == '"') {
+            inString_ = !inString_;
+        } else if (byte == '{' || byte == '[') {
+            open_ += byte;
+        } else if ((byte == '}' || byte == ']') && !open_.empty()) {
+            open_.pop_back();
+        }
+    }
+
+    std::string open_;  // the brackets without an end
+    bool inString_ = false;
+    bool isEscaped_ = false;
+};
+
+/// Whether a string that began before `bytes` ends in them.
+bool endsString(std::string_view bytes)
+{
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] == '"') return true;
+        if (bytes[i] == '\\') ++i;
+    }
+    return false;
+}
+
+constexpr char kWhite[] = " \t\r\n";
+
+/// Why `text` is not JSON, of which the parser read the first `at` bytes.
+std::string faultOfText(const std::string& text, std::size_t at)
+{
+    const std::size_t end = text.find_last_not_of(kWhite) + 1;  // 0 without anything else
+    if (end == 0) return "is empty";
+    OpenParts parts;
+    parts.take(std::string_view(text).substr(0, at));
+    // A string without an end stops the parser where it begins.
+    if (parts.isInString() && !endsString(std::string_view(text).substr(at))) at = text.size();
+    if (at < end) return "is not JSON from " + placeIn(text, at) + " on";
+    return "ends inside " + parts.innermost() + ", " + placeIn(text, end);
+}
+
 }  // namespace
 
 std::string quoted(const char* text)
@@ -109,9 +187,9 @@ ParsedText parseText(const std::string& text)
     ParsedText parsed{JsonTree(cJSON_ParseWithOpts(text.c_str(), &end, false)), "", ""};
     const size_t at = end != nullptr ? static_cast<size_t>(end - text.c_str()) : 0;
     if (parsed.tree)
-        parsed.rest = text.substr(std::min(text.find_first_not_of(" \t\r\n", at), text.size()));
+        parsed.rest = text.substr(std::min(text.find_first_not_of(kWhite, at), text.size()));
     else
-        parsed.fault = "is no JSON: stuck at byte " + std::to_string(at) + " of " + std::to_string(text.size());
+        parsed.fault = faultOfText(text, at);
     return parsed;
 }
 

@@ -18,7 +18,7 @@ using JsonTree = std::unique_ptr<cJSON, DeleteTree>;
 /// A parsed text, or why it is no JSON.
 struct ParsedText {
     JsonTree tree;      ///< Empty when the text is no JSON.
-    std::string fault;  ///< Says where, in bytes from the start.
+    std::string fault;  ///< Says where, by line and column.
     std::string rest;   ///< What follows the JSON value, white space before it left out; the library never reads it.
 };
 

@@ -4,6 +4,8 @@
 #include <cxxabi.h>
 #include <typeinfo>
 
+#include "Nearest.h"
+
 namespace OrvuTool {
 
 using Orvu::DataType;
@@ -22,6 +24,19 @@ std::optional<DataType> typeNamed(const std::string& name)
     for (const DataType type : catalogue())
         if (name == Serializable::dataTypeString(type)) return type;
     return std::nullopt;
+}
+
+std::string nearestType(const std::string& name)
+{
+    std::vector<std::string_view> names;
+    for (const DataType type : catalogue())
+        names.emplace_back(Serializable::dataTypeString(type));
+    return std::string(nearest(name, names));
+}
+
+std::string didYouMean(std::string_view near)
+{
+    return near.empty() ? "" : "; did you mean \"" + std::string(near) + "\"?";
 }
 
 std::string readableName(const char* mangled)

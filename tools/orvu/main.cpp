@@ -1,25 +1,39 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
 
 #include "Commands.h"
 #include "ExitCode.h"
 #include "Output.h"
+#include "UnknownArgument.h"
 
 namespace {
 
 using OrvuTool::Chosen;
 using OrvuTool::Output;
 
+/// CLI11's, but an option that may be given without its name shows that word as its value.
+class HelpFormat : public CLI::Formatter {
+public:
+    std::string make_option_name(const CLI::Option* option, bool isPositional) const override
+    {
+        const std::string name = Formatter::make_option_name(option, isPositional);
+        return isPositional || !option->get_positional() ? name : name + " " + option->get_name(true);
+    }
+};
+
 void declare(CLI::App& app, Chosen& chosen)
 {
+    app.formatter(std::make_shared<HelpFormat>());
     app.name("orvu");
     app.set_version_flag("--version", "orvu " ORVU_VERSION);
     app.require_subcommand(1);
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("orvu: ") + error.what() + "\nRun with --help for more information.\n";
+    app.failure_message([](const CLI::App* refusing, const CLI::Error& error) {
+        const std::string unknown = OrvuTool::faultOfUnknownArgument(*refusing);
+        return "orvu: " + (unknown.empty() ? error.what() : unknown) + "\nRun with --help for more information.\n";
     });
     app.footer(
         "Exit codes: 0 is success; \"orvu COMMAND --help\" lists the others. Wrong arguments are 64, a file that "
@@ -52,7 +66,7 @@ int main(int argc, char** argv)
 {
     std::signal(SIGPIPE, SIG_IGN);
     static Output output;
-    CLI::App app("A client, a server, a publisher and a listener of a digital-TV receiver's JSON messages.");
+    CLI::App app("A client, a server, a publisher and a listener for the JSON messages of a digital-TV receiver.");
     Chosen chosen;
     declare(app, chosen);
     try {
