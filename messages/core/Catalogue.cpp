@@ -112,7 +112,7 @@ HeaderTypes headerTypes(const CheckedText& checked)
         return {};
     }
     logHeader(row->wireName);
-    return {row->mapping == FromHeader ? row->type : DataTypeUnknown, row->type};
+    return {row->mapping == FromHeader ? row->type : DataTypeUnknown, row->type, true};
 }
 
 Serializable* Serializable::factory(DataType type)
