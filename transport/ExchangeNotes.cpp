@@ -35,12 +35,6 @@ std::int64_t ExchangeReport::*timeOf(ExchangePhase phase)
 
 }  // namespace
 
-int withTimeOut(int error)
-{
-    // EINTR: the wait that followed was interrupted, and then over.
-    return error == EAGAIN || error == EINTR || error == EINPROGRESS ? ETIMEDOUT : error;
-}
-
 ExchangeNotes::ExchangeNotes(ExchangeReport& wanted)
 {
     if (wanted.size < kSmallestReport) {

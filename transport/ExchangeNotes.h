@@ -12,15 +12,11 @@
 
 namespace Orvu {
 
-/// ETIMEDOUT for the error numbers with which a call says that its time was over; others as they are.
-int withTimeOut(int error);
-
 /// What happens in one exchange, on its way into the report of its caller. Without a report it reads no clock.
 class ExchangeNotes {
 public:
     ExchangeNotes() = default;
-    /// For `wanted`, which is to outlive it. One whose size is below that of the first version is left alone, with a log
-    /// line.
+    /// For `wanted`, which is to outlive it. One that is smaller than its first version is left alone, with a log line.
     explicit ExchangeNotes(ExchangeReport& wanted);
     ExchangeNotes(const ExchangeNotes&) = delete;
     ExchangeNotes& operator=(const ExchangeNotes&) = delete;

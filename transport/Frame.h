@@ -121,9 +121,9 @@ private:
 /// What has gone out of a frame.
 enum class FrameSent { Nothing, Part, Whole };
 
-/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0: waits without end); and
-/// nothing of a text whose length the frame cannot carry. Then `errno` tells why: after a time-out EAGAIN or EINTR. `sent`
-/// receives the number of bytes that have gone out, the length's included.
+/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0: waits without end);
+/// and nothing of a text whose length the frame cannot carry. `errno` then says why (see withTimeOut()). `sent`
+/// receives the number of bytes that have gone out, the 4 of the length included.
 FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience, std::size_t* sent = nullptr);
 
 }  // namespace Orvu

@@ -12,9 +12,9 @@
 #include "messages/core/Exact.h"
 #include "orvu/PairingScreens.h"
 #include "orvu/Results.h"
+#include "transport/Connecting.h"
 #include "transport/ExchangeNotes.h"
 #include "transport/Frame.h"
-#include "transport/HostName.h"
 #include "transport/MessageCalls.h"
 #include "transport/Threads.h"
 
@@ -47,25 +47,6 @@ bool setTimeout(int fd, int option, int seconds)
     return setsockopt(fd, SOL_SOCKET, option, &time, sizeof time) == 0;
 }
 
-int pendingError(int fd)
-{
-    int error = 0;
-    socklen_t size = sizeof error;
-    return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
-}
-
-/// Bounded by the socket's own send time-out. 0, or the error number.
-int connectTo(int fd, const in_addr& host, int port, int timeoutSeconds)
-{
-    if (port < 0 || port > 65535) return EINVAL;
-    const sockaddr_in address = addressOf(host, port);
-    const Deadline deadline = endOf(Seconds(timeoutSeconds));
-    if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return 0;
-    if (errno != EINTR) return withTimeOut(errno);
-    // A call cut short leaves the attempt going on.
-    return waitFor(fd, POLLOUT, deadline) ? pendingError(fd) : withTimeOut(errno);
-}
-
 /// Whether the whole text went out.
 bool sendText(const Connection& connection, const char* text, std::size_t size, Seconds patience, ExchangeNotes& notes)
 {
@@ -89,6 +70,22 @@ std::optional<std::uint32_t> readResponseLength(FrameReader& frame, int fd, Seco
 }
 
 /// The text of the answer; none when it does not come whole.
+std::optional<FrameText> readResponseText(FrameReader& frame, std::uint32_t size, ExchangeNotes& notes)
+{
+    std::optional<FrameText> text = frame.readText(size);
+    if (text) notes.keep({text->c_str(), text->size()});
+    if (text && text->size() == size) notes.enter(ExchangePhaseAnswerNotUnderstood);
+    if (!text || text->empty()) {
+        logLine("OrvuRestClientSocket::send: ERROR response data is empty!");
+    } else if (text->size() < size) {
+        logLine("OrvuRestClientSocket::send: ERROR response data is cut short!");
+    } else {
+        return text;
+    }
+    return std::nullopt;
+}
+
+/// The same from the length on.
 std::optional<FrameText> readResponse(int fd, Seconds patience, ExchangeNotes& notes)
 {
     NotedSource source(fd, patience, notes);
@@ -100,22 +97,10 @@ std::optional<FrameText> readResponse(int fd, Seconds patience, ExchangeNotes& n
     }
     const std::uint32_t size = *length == 0 ? 0 : *length - 1;
     notes.announced(size);
-    if (size > kLongestText) {
-        notes.enter(ExchangePhaseAnswerTooLong);
-        notes.keep(frame.early());
-        logLine("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
-        return std::nullopt;
-    }
-    std::optional<FrameText> text = frame.readText(size);
-    if (text) notes.keep({text->c_str(), text->size()});
-    if (text && text->size() == size) notes.enter(ExchangePhaseAnswerNotUnderstood);
-    if (!text || text->empty()) {
-        logLine("OrvuRestClientSocket::send: ERROR response data is empty!");
-    } else if (text->size() < size) {
-        logLine("OrvuRestClientSocket::send: ERROR response data is cut short!");
-    } else {
-        return text;
-    }
+    if (size <= kLongestText) return readResponseText(frame, size, notes);
+    notes.enter(ExchangePhaseAnswerTooLong);
+    notes.keep(frame.early());
+    logLine("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
     return std::nullopt;
 }
 
@@ -274,7 +259,7 @@ Connection OrvuRestClientSocket::connect(int timeoutSeconds, ExchangeNotes& note
         return {};
     }
     Connection connection(std::move(socket), inFlight_, begun);
-    error = connection ? connectTo(connection.fd(), *address, peer.port, timeoutSeconds) : 0;
+    error = connection ? connectTo(connection.fd(), *address, peer.port, Seconds(timeoutSeconds)) : 0;
     if (!connection.isWanted()) {
         notes.cancel();
         logLine("OrvuRestClientSocket::connectSocket: ERROR dropped, %s",

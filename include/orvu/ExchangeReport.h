@@ -19,23 +19,23 @@ enum ExchangePhase : int {
     ExchangePhaseAnswered = 9  ///< The returned message is what the peer sent; it may be an error such as NoSignal.
 };
 
-/// What happened in one exchange: give one to OrvuRestInterface::sendRequest(). The message that it returns does not change.
+/// What happened in one exchange. Hand one to OrvuRestInterface::sendRequest(): what it returns stays the same.
 ///
 ///     Orvu::ExchangeReport report;
 ///     std::unique_ptr<Orvu::Serializable> answer(orvu.sendRequest(&request, report));
-///     if (report.phase != Orvu::ExchangePhaseAnswered) ...  // the peer did not send `answer`: the library made it
+///     if (report.phase != Orvu::ExchangePhaseAnswered) ...  // the library made `answer`: the peer did not send it
 ///
-/// `size` and `receivedText` are yours; the library sets everything else before sendRequest() returns, whatever was there.
-/// One object may serve any number of exchanges, one after the other. Fields that do not apply are 0.
+/// `size` and `receivedText` are yours. The library sets every other field before sendRequest() returns; a field that
+/// does not apply is 0. You may use one object for any number of exchanges, one after the other.
 struct ExchangeReport {
-    /// The size of this structure in bytes, as your program was compiled. Leave it: later versions of the library have more
-    /// fields, and write no more of them than fit.
+    /// The size of this structure in bytes. Leave it as it is: a later version of the library may have more fields, and
+    /// writes only those that your program knows.
     std::uint32_t size = sizeof(ExchangeReport);
 
     ExchangePhase phase = ExchangePhaseNothingToSend;
 
-    /// Null, or your text, which then receives the text of the answer as it came, also when it is cut, too long (what came
-    /// along with its length) or not understood; empty when none came. It stays yours.
+    /// Null, or a text of yours. It receives the text of the answer as it came, also when that is cut, too long (then
+    /// what came together with its length) or not understood. Empty when none came.
     std::string* receivedText = nullptr;
 
     /// Whether cancelRequests() or destroyInstance() ended the exchange.
@@ -45,9 +45,9 @@ struct ExchangeReport {
     /// the request can be sent again without being carried out twice.
     bool mayHaveArrived = false;
 
-    /// The system's error number (errno), or 0 without one, as when the peer closed the connection in good order.
-    /// ETIMEDOUT: the peer did nothing for as long as the library waits. ECANCELED: `cancelled` is true. EAFNOSUPPORT: the
-    /// host has no IPv4 address. EAGAIN: no name server answered. ENOMEM: out of memory, also when that only kept
+    /// The system's error number (errno). 0 when there is none, as when the peer closed the connection in good order.
+    /// ETIMEDOUT: the peer did nothing for as long as the library waits. ECANCELED: `cancelled` is true. EAFNOSUPPORT:
+    /// the host has no IPv4 address. EAGAIN: no name server answered. ENOMEM: out of memory, also when that only kept
     /// `receivedText` from being filled.
     std::int32_t errorNumber = 0;
 
@@ -59,8 +59,8 @@ struct ExchangeReport {
     /// Bytes of the answer that were read, the 4 of its length included.
     std::uint64_t receivedBytes = 0;
 
-    // Times in microseconds. Of the step that failed: until it did. What the request and the answer take to be written and
-    // read as messages is in none of them.
+    // Times in microseconds, up to the failure for the step that failed. Writing the request as a text and reading the
+    // answer from its text count in none of them.
     std::int64_t resolvingMicroseconds = 0;   ///< Looking the host's name up.
     std::int64_t connectingMicroseconds = 0;  ///< Opening the connection, without resolving.
     std::int64_t sendingMicroseconds = 0;     ///< Until the system had taken the whole request.

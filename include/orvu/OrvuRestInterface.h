@@ -97,10 +97,9 @@ public:
     /// cannot make.
     Serializable* sendRequest(DataType type);
 
-    /// The same two, which say in `report` what happened: where the exchange ended and why, whether the request may have
-    /// arrived, how long each step took, and what came (see orvu/ExchangeReport.h). The report is filled whatever the
-    /// result is. One whose `size` is below that of the first version is not touched, with a log line; the exchange takes
-    /// place all the same.
+    /// The same two functions, which also fill `report` (see orvu/ExchangeReport.h): where the exchange ended and why,
+    /// whether the request may have arrived, how long each step took, and what came back. They fill it whatever they
+    /// return. When its `size` is too small, they write a log line, do not touch the report, and send all the same.
     Serializable* sendRequest(Serializable* request, ExchangeReport& report);
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 
