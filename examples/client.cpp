@@ -9,6 +9,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <future>
 #include <iostream>
@@ -34,13 +35,23 @@ std::string nameOf(const Answer& answer)
     return Serializable::dataTypeString(answer->getDataType());
 }
 
+/// Why there is no list. Where the receiver did not answer, `answer` is one that the library made.
+std::string reasonOf(const Answer& answer, const Orvu::ExchangeReport& report)
+{
+    if (report.phase == Orvu::ExchangePhaseAnswered) return "the receiver says " + nameOf(answer);
+    if (report.cancelled) return "cancelled";
+    if (report.errorNumber != 0) return std::strerror(report.errorNumber);
+    return report.phase == Orvu::ExchangePhaseNoAnswer ? "the receiver closed the connection" : nameOf(answer);
+}
+
 /// Asks for the service list. A bare query needs no request object: its type is enough.
 std::unique_ptr<Orvu::ServiceList> askForServices(OrvuRestInterface& orvu)
 {
-    Answer answer(orvu.sendRequest(Orvu::DataTypeServiceList));
+    Orvu::ExchangeReport report;
+    Answer answer(orvu.sendRequest(Orvu::DataTypeServiceList, report));
     if (answer->getDataType() == Orvu::DataTypeServiceList)
         return std::unique_ptr<Orvu::ServiceList>(static_cast<Orvu::ServiceList*>(answer.release()));
-    std::cerr << "client: no list, but " << nameOf(answer) << "\n";
+    std::cerr << "client: no list: " << reasonOf(answer, report) << "\n";
     return nullptr;
 }
 

@@ -42,6 +42,11 @@ std::optional<std::uint32_t> FrameReader::readLength()
     return length;
 }
 
+std::string_view FrameReader::early() const
+{
+    return std::string_view(early_, filled_).substr(std::min(filled_, kLengthSize));
+}
+
 std::optional<FrameText> FrameReader::readText(std::size_t size)
 {
     FrameText text(room_);
@@ -96,14 +101,21 @@ bool FrameText::reserve(std::size_t size)
     return true;
 }
 
-FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience)
+FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience, std::size_t* sent)
 {
-    if (size >= INT_MAX) return FrameSent::Nothing;
+    if (sent) *sent = 0;
+    if (size >= INT_MAX) {
+        errno = EMSGSIZE;
+        return FrameSent::Nothing;
+    }
     const std::uint32_t length = static_cast<std::uint32_t>(size) + 1;
     ShortFrame room;
     Outgoing frame = frameOf(room, &length, sizeof length, text, size);
-    if (frame.finish(fd, patience)) return FrameSent::Whole;
-    return frame.left() == sizeof length + size ? FrameSent::Nothing : FrameSent::Part;
+    const bool isWhole = frame.finish(fd, patience);
+    const std::size_t gone = sizeof length + size - frame.left();
+    if (sent) *sent = gone;
+    if (isWhole) return FrameSent::Whole;
+    return gone == 0 ? FrameSent::Nothing : FrameSent::Part;
 }
 
 }  // namespace Orvu

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <sys/types.h>
 #include <utility>
 
@@ -103,6 +104,9 @@ public:
     /// The announced length, the NUL counted. None when the source ends before its four bytes are there.
     std::optional<std::uint32_t> readLength();
 
+    /// What has come of the text along with its length.
+    std::string_view early() const;
+
     /// The text of `size` bytes; less when the source ends before, none when there is no room for it. Memory follows
     /// what arrives, not what was announced. Throws std::bad_alloc.
     std::optional<FrameText> readText(std::size_t size);
@@ -117,8 +121,9 @@ private:
 /// What has gone out of a frame.
 enum class FrameSent { Nothing, Part, Whole };
 
-/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0: waits without end); and
-/// nothing of a text whose length the frame cannot carry.
-FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience);
+/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0: waits without end);
+/// and nothing of a text whose length the frame cannot carry. `errno` then says why (see withTimeOut()). `sent`
+/// receives the number of bytes that have gone out, the 4 of the length included.
+FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience, std::size_t* sent = nullptr);
 
 }  // namespace Orvu

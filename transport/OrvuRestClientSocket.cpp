@@ -1,20 +1,19 @@
 #include "transport/OrvuRestClientSocket.h"
 
-#include <arpa/inet.h>
 #include <cerrno>
 #include <cstring>
-#include <netdb.h>
 #include <new>
 #include <optional>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <vector>
 
 #include "log/Log.h"
 #include "messages/core/Exact.h"
 #include "orvu/PairingScreens.h"
 #include "orvu/Results.h"
+#include "transport/Connecting.h"
+#include "transport/ExchangeNotes.h"
 #include "transport/Frame.h"
 #include "transport/MessageCalls.h"
 #include "transport/Threads.h"
@@ -41,22 +40,6 @@ Serializable* make()
     return new (std::nothrow) Message;
 }
 
-/// Its first IPv4 address, in the order of the host's entry. Throws std::bad_alloc.
-std::optional<in_addr> resolved(const std::string& host)
-{
-    in_addr address;
-    if (inet_pton(AF_INET, host.c_str(), &address) == 1) return address;
-    std::vector<char> room(1024);
-    hostent entry;
-    hostent* found = nullptr;
-    int reason;
-    while (gethostbyname_r(host.c_str(), &entry, room.data(), room.size(), &found, &reason) == ERANGE)
-        room.resize(2 * room.size());
-    if (!found || found->h_addrtype != AF_INET || !found->h_addr_list[0]) return std::nullopt;
-    std::memcpy(&address, found->h_addr_list[0], sizeof address);
-    return address;
-}
-
 bool setTimeout(int fd, int option, int seconds)
 {
     timeval time{};
@@ -64,43 +47,34 @@ bool setTimeout(int fd, int option, int seconds)
     return setsockopt(fd, SOL_SOCKET, option, &time, sizeof time) == 0;
 }
 
-int pendingError(int fd)
+/// Whether the whole text went out.
+bool sendText(const Connection& connection, const char* text, std::size_t size, Seconds patience, ExchangeNotes& notes)
 {
-    int error = 0;
-    socklen_t size = sizeof error;
-    return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
+    notes.enter(ExchangePhaseNotSent);
+    std::size_t sent = 0;
+    const bool isWhole = sendFrame(connection.fd(), text, size, patience, &sent) == FrameSent::Whole;
+    if (!isWhole) notes.fail(withTimeOut(errno));
+    notes.sent(sent);
+    return isWhole;
 }
 
-/// Bounded by the socket's own send time-out.
-bool connectTo(int fd, const in_addr& host, int port, int timeoutSeconds)
+/// The length of the answer's text, with the NUL; none when it does not come.
+std::optional<std::uint32_t> readResponseLength(FrameReader& frame, int fd, Seconds patience, ExchangeNotes& notes)
 {
-    if (port < 0 || port > 65535) return false;
-    const sockaddr_in address = addressOf(host, port);
-    const Deadline deadline = endOf(Seconds(timeoutSeconds));
-    if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return true;
-    if (errno != EINTR) return false;
-    return waitFor(fd, POLLOUT, deadline) && pendingError(fd) == 0;  // a call cut short leaves the attempt going on
+    notes.enter(ExchangePhaseNoAnswer);
+    errno = ETIMEDOUT;  // which a wait that ends in time does not set
+    // Asking for an answer before it can be there would be in vain.
+    if (waitFor(fd, POLLIN, endOf(patience))) return frame.readLength();
+    notes.fail(withTimeOut(errno));
+    return std::nullopt;
 }
 
 /// The text of the answer; none when it does not come whole.
-std::optional<FrameText> readResponse(int fd, int timeoutSeconds)
+std::optional<FrameText> readResponseText(FrameReader& frame, std::uint32_t size, ExchangeNotes& notes)
 {
-    const Seconds patience(timeoutSeconds);
-    SocketSource source(fd, patience);
-    FrameReader frame(source);
-    // Asking for an answer before it can be there would be in vain.
-    const bool hasCome = waitFor(fd, POLLIN, endOf(patience));
-    const std::optional<std::uint32_t> length = hasCome ? frame.readLength() : std::nullopt;
-    if (!length) {
-        logLine("OrvuRestClientSocket::send: Cannot get buffer size!");
-        return std::nullopt;
-    }
-    const std::uint32_t size = *length == 0 ? 0 : *length - 1;
-    if (size > kLongestText) {
-        logLine("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
-        return std::nullopt;
-    }
     std::optional<FrameText> text = frame.readText(size);
+    if (text) notes.keep({text->c_str(), text->size()});
+    if (text && text->size() == size) notes.enter(ExchangePhaseAnswerNotUnderstood);
     if (!text || text->empty()) {
         logLine("OrvuRestClientSocket::send: ERROR response data is empty!");
     } else if (text->size() < size) {
@@ -111,11 +85,31 @@ std::optional<FrameText> readResponse(int fd, int timeoutSeconds)
     return std::nullopt;
 }
 
-Serializable* answerIn(const FrameText& text)
+/// The same from the length on.
+std::optional<FrameText> readResponse(int fd, Seconds patience, ExchangeNotes& notes)
+{
+    NotedSource source(fd, patience, notes);
+    FrameReader frame(source);
+    const std::optional<std::uint32_t> length = readResponseLength(frame, fd, patience, notes);
+    if (!length) {
+        logLine("OrvuRestClientSocket::send: Cannot get buffer size!");
+        return std::nullopt;
+    }
+    const std::uint32_t size = *length == 0 ? 0 : *length - 1;
+    notes.announced(size);
+    if (size <= kLongestText) return readResponseText(frame, size, notes);
+    notes.enter(ExchangePhaseAnswerTooLong);
+    notes.keep(frame.early());
+    logLine("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
+    return std::nullopt;
+}
+
+Serializable* answerIn(const FrameText& text, ExchangeNotes& notes)
 {
     const CheckedText checked(text.c_str());
     requireMemory(checked);
-    std::unique_ptr<Serializable> answer(Serializable::factory(headerTypes(checked).mapped));
+    const HeaderTypes types = headerTypes(checked);
+    std::unique_ptr<Serializable> answer(Serializable::factory(types.mapped));
     if (!answer) {
         logLine("OrvuRestClientSocket::send: ERROR cannot find serializable class");
         logLine("OrvuRestClientSocket::send: -- end");
@@ -125,6 +119,8 @@ Serializable* answerIn(const FrameText& text)
         logLine("OrvuRestClientSocket::send: ERROR cannot deserialize response!");
         return make<UnknowRequest>();
     }
+    // What names no message is an UnknowRequest as well; that is not what the peer said.
+    if (types.isName && types.mapped == types.named) notes.enter(ExchangePhaseAnswered);
     logLine("OrvuRestClientSocket::send worked? -- end");
     return answer.release();
 }
@@ -199,7 +195,8 @@ bool OrvuRestClientSocket::configure(const char* host, int port)
     try {
         setPeer({host ? host : "", port});
         logLine("OrvuRestClientSocket::configure: Checking server connection...");
-        if (connect(kTimeoutSeconds)) {
+        ExchangeNotes notes;
+        if (connect(kTimeoutSeconds, notes)) {
             logLine("OrvuRestClientSocket::configure: -- end");
             return true;
         }
@@ -214,7 +211,8 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
 {
     const auto untilItReturns = shared_from_this();
     try {
-        Connection connection = connect(timeoutSeconds);
+        ExchangeNotes notes;
+        Connection connection = connect(timeoutSeconds, notes);
         Socket socket = connection.takeSocket();
         return connection.isWanted() && socket ? socket.release() : 0;
     } catch (const std::bad_alloc&) {
@@ -224,41 +222,52 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
 }
 
 /// Empty on any failure.
-Connection OrvuRestClientSocket::connect(int timeoutSeconds)
+Connection OrvuRestClientSocket::connect(int timeoutSeconds, ExchangeNotes& notes)
 {
     logLine("OrvuRestClientSocket::connectSocket: -- init");
+    notes.enter(ExchangePhaseNoPeer);
     const unsigned begun = inFlight_->wakes();
     const Peer peer = this->peer();
     if (peer.host.empty() || peer.port == 0) {
         logLine("OrvuRestClientSocket::connectSocket: ERROR configure host/port before use!");
         return {};
     }
+    notes.enter(ExchangePhaseNotConnected);
     Socket socket = Socket::stream();
     if (!socket) {
+        notes.fail(errno);
         logLine("OrvuRestClientSocket::connectSocket: ERROR opening client socket");
         return {};
     }
-    const std::optional<in_addr> address = resolved(peer.host);
+    notes.enter(ExchangePhaseNotResolved);
+    int error = 0;
+    const std::optional<in_addr> address = resolved(peer.host, error);
     if (!address) {
+        notes.fail(error);
         logLine("OrvuRestClientSocket::connectSocket: ERROR cannot find host: %s", peer.host.c_str());
         return {};
     }
+    notes.enter(ExchangePhaseNotConnected);
     if (!setTimeout(socket.fd(), SO_RCVTIMEO, timeoutSeconds)) {
+        notes.fail(errno);
         logLine("OrvuRestClientSocket::connectSocket: ERROR cannot set SO_RCVTIMEO");
         return {};
     }
     if (!setTimeout(socket.fd(), SO_SNDTIMEO, timeoutSeconds)) {
+        notes.fail(errno);
         logLine("OrvuRestClientSocket::connectSocket: ERROR cannot set SO_SNDTIMEO");
         return {};
     }
     Connection connection(std::move(socket), inFlight_, begun);
-    const bool isConnected = connection && connectTo(connection.fd(), *address, peer.port, timeoutSeconds);
+    error = connection ? connectTo(connection.fd(), *address, peer.port, Seconds(timeoutSeconds)) : 0;
     if (!connection.isWanted()) {
+        notes.cancel();
         logLine("OrvuRestClientSocket::connectSocket: ERROR dropped, %s",
                 inFlight_->isOpen() ? "the exchange was cancelled" : "the client goes away");
         return {};
     }
-    if (!isConnected) {
+    if (error != 0) {
+        notes.fail(error);
         logLine("OrvuRestClientSocket::connectSocket: ERROR connecting to host: %s:%d", peer.host.c_str(), peer.port);
         return {};
     }
@@ -268,27 +277,36 @@ Connection OrvuRestClientSocket::connect(int timeoutSeconds)
 
 Serializable* OrvuRestClientSocket::send(Serializable* request, int timeoutSeconds)
 {
+    ExchangeNotes notes;
+    return send(request, timeoutSeconds, notes);
+}
+
+Serializable* OrvuRestClientSocket::send(Serializable* request, int timeoutSeconds, ExchangeNotes& notes)
+{
     const auto untilItReturns = shared_from_this();
     logLine("OrvuRestClientSocket::send: -- init");
     try {
-        return exchange(request, timeoutSeconds);
+        return exchange(request, timeoutSeconds, notes);
     } catch (const std::bad_alloc&) {
+        notes.fail(ENOMEM);
         logLine("OrvuRestClientSocket::send: ERROR out of memory!");
         return make<EmptyData>();
     }
 }
 
-Serializable* OrvuRestClientSocket::exchange(Serializable* request, int timeoutSeconds)
+Serializable* OrvuRestClientSocket::exchange(Serializable* request, int timeoutSeconds, ExchangeNotes& notes)
 {
     if (!request) {
         logLine("OrvuRestClientSocket::send: ERROR cannot send NULL data");
         return make<UnknowRequest>();
     }
-    Connection connection = connect(timeoutSeconds);
+    const Seconds patience(timeoutSeconds);
+    Connection connection = connect(timeoutSeconds, notes);
     if (!connection) {
         logLine("OrvuRestClientSocket::send: ERROR cannot connect to server");
         return make<CannotConnectToServer>();
     }
+    notes.enter(ExchangePhaseNothingToSend);
     JsonText text = textOf(request);
     if (!text) {
         logLine("OrvuRestClientSocket::send: ERROR cannot serialize request!");
@@ -301,26 +319,52 @@ Serializable* OrvuRestClientSocket::exchange(Serializable* request, int timeoutS
         logLine("OrvuRestClientSocket::send: ERROR serializable data is empty!");
         return make<EmptyData>();
     }
-    if (sendFrame(connection.fd(), text.get(), size, Seconds(timeoutSeconds)) != FrameSent::Whole) {
+    if (!sendText(connection, text.get(), size, patience, notes)) {
+        if (!connection.isWanted()) notes.cancel();
         logLine("OrvuRestClientSocket::send: ERROR writing to socket");
         return make<EmptyData>();
     }
     text.reset();
-    const std::optional<FrameText> response = readResponse(connection.fd(), timeoutSeconds);
+    const std::optional<FrameText> response = readResponse(connection.fd(), patience, notes);
+    if (!response && !connection.isWanted()) notes.cancel();
     connection.close();
-    return response ? answerIn(*response) : make<EmptyData>();
+    return response ? answerIn(*response, notes) : make<EmptyData>();
 }
 
 Serializable* OrvuRestClientSocket::sendRequest(Serializable* request)
 {
+    ExchangeNotes notes;
+    return sendRequest(request, notes);
+}
+
+Serializable* OrvuRestClientSocket::sendRequest(Serializable* request, ExchangeReport& report)
+{
+    ExchangeNotes notes(report);
+    return sendRequest(request, notes);
+}
+
+Serializable* OrvuRestClientSocket::sendRequest(Serializable* request, ExchangeNotes& notes)
+{
     const auto untilItReturns = shared_from_this();
     logLine("OrvuRestClientSocket::sendRequest (Serializable): -- init");
-    Serializable* const answer = send(request, timeoutFor(request));
+    Serializable* const answer = send(request, timeoutFor(request), notes);
     logLine("OrvuRestClientSocket::sendRequest(Serializable): -- end");
     return answer;
 }
 
 Serializable* OrvuRestClientSocket::sendRequest(DataType type)
+{
+    ExchangeNotes notes;
+    return sendRequest(type, notes);
+}
+
+Serializable* OrvuRestClientSocket::sendRequest(DataType type, ExchangeReport& report)
+{
+    ExchangeNotes notes(report);
+    return sendRequest(type, notes);
+}
+
+Serializable* OrvuRestClientSocket::sendRequest(DataType type, ExchangeNotes& notes)
 {
     const auto untilItReturns = shared_from_this();
     logLine("OrvuRestClientSocket::sendRequest (DataType): -- init");
@@ -329,7 +373,7 @@ Serializable* OrvuRestClientSocket::sendRequest(DataType type)
         logLine("OrvuRestClientSocket::sendRequest (DataType): -- end 2");
         return nullptr;
     }
-    Serializable* const answer = sendRequest(request.get());
+    Serializable* const answer = sendRequest(request.get(), notes);
     logLine("OrvuRestClientSocket::sendRequest (DataType): -- end 1");
     return answer;
 }

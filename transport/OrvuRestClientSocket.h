@@ -9,6 +9,9 @@
 
 namespace Orvu {
 
+class ExchangeNotes;
+struct ExchangeReport;
+
 /// The request client: remembers one peer, and has a connection of its own for each request to it.
 ///
 /// One object a process, made on first use. Any thread; several may have requests in flight at once.
@@ -51,6 +54,10 @@ public:
     /// The same with an empty request of `type`. Null as well for a type that the factory cannot make.
     Serializable* sendRequest(DataType type);
 
+    /// The same two, which fill `report`; a report that is smaller than its first version is not touched.
+    Serializable* sendRequest(Serializable* request, ExchangeReport& report);
+    Serializable* sendRequest(DataType type, ExchangeReport& report);
+
 private:
     struct Peer {
         std::string host;
@@ -62,8 +69,11 @@ private:
 
     ORVU_LOCAL void setPeer(Peer peer);
     ORVU_LOCAL Peer peer();
-    ORVU_LOCAL Connection connect(int timeoutSeconds);
-    ORVU_LOCAL Serializable* exchange(Serializable* request, int timeoutSeconds);
+    ORVU_LOCAL Connection connect(int timeoutSeconds, ExchangeNotes& notes);
+    ORVU_LOCAL Serializable* sendRequest(Serializable* request, ExchangeNotes& notes);
+    ORVU_LOCAL Serializable* sendRequest(DataType type, ExchangeNotes& notes);
+    ORVU_LOCAL Serializable* send(Serializable* request, int timeoutSeconds, ExchangeNotes& notes);
+    ORVU_LOCAL Serializable* exchange(Serializable* request, int timeoutSeconds, ExchangeNotes& notes);
 
     std::mutex mutex_;  // guards peer_
     Peer peer_;

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdarg>
 #include <mutex>
 #include <new>
 
 #include "log/Log.h"
+#include "transport/ExchangeNotes.h"
 #include "transport/OrvuRestClientSocket.h"
 #include "transport/OrvuRestServerSocket.h"
 #include "transport/PushServers.h"
@@ -50,6 +52,17 @@ SharedAddress& listenAddress()
 {
     static Immortal<SharedAddress> address;
     return *address;
+}
+
+template <class Request>
+Serializable* sendWithReport(Request request, ExchangeReport& report)
+{
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    if (client) return client->sendRequest(request, report);
+    ExchangeNotes notes(report);
+    notes.enter(ExchangePhaseNoPeer);
+    notes.fail(ENOMEM);
+    return nullptr;
 }
 
 }  // namespace
@@ -155,6 +168,16 @@ Serializable* OrvuRestInterface::sendRequest(DataType type)
 {
     const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
     return client ? client->sendRequest(type) : nullptr;
+}
+
+Serializable* OrvuRestInterface::sendRequest(Serializable* request, ExchangeReport& report)
+{
+    return sendWithReport(request, report);
+}
+
+Serializable* OrvuRestInterface::sendRequest(DataType type, ExchangeReport& report)
+{
+    return sendWithReport(type, report);
 }
 
 void OrvuRestInterface::cancelRequests()

@@ -42,6 +42,12 @@ sockaddr_in addressOf(in_addr host, int port)
     return address;
 }
 
+int withTimeOut(int error)
+{
+    // EINTR: the wait that followed was interrupted, and then over.
+    return error == EAGAIN || error == EINTR || error == EINPROGRESS ? ETIMEDOUT : error;
+}
+
 bool waitFor(int fd, short events, Deadline deadline)
 {
     pollfd wanted{fd, events, 0};

@@ -29,6 +29,9 @@ inline Deadline endOf(Seconds patience)
 /// A TCP port, 0 to 65535, of an IPv4 host, as the system's calls want it.
 sockaddr_in addressOf(in_addr host, int port);
 
+/// ETIMEDOUT for the error numbers that a call leaves when its time is over; any other as it is.
+int withTimeOut(int error);
+
 /// Waits until one of `events` (of `poll`), an error or a hang-up shows on `fd`; false when `deadline` comes first.
 bool waitFor(int fd, short events, Deadline deadline);
 

@@ -7,6 +7,7 @@
 #include "orvu/Codecs.h"
 #include "orvu/EventDescriptors.h"
 #include "orvu/EventInformation.h"
+#include "orvu/ExchangeReport.h"
 #include "orvu/Explanation.h"
 #include "orvu/Files.h"
 #include "orvu/GingaApps.h"

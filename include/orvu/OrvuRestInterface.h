@@ -7,6 +7,7 @@
 namespace Orvu {
 
 class OrvuRestRequest;
+struct ExchangeReport;
 
 /// What OrvuRestInterface::createServer() says about a push server.
 struct ORVU_EXPORT SocketServerInfo {
@@ -95,6 +96,12 @@ public:
     /// The same with an empty request of `type`, such as DataTypeServiceList. Null as well for a type that the factory
     /// cannot make.
     Serializable* sendRequest(DataType type);
+
+    /// The same two functions, which also fill `report` (see orvu/ExchangeReport.h): where the exchange ended and why,
+    /// whether the request may have arrived, how long each step took, and what came back. They fill it whatever they
+    /// return. When its `size` is too small, they write a log line, do not touch the report, and send all the same.
+    Serializable* sendRequest(Serializable* request, ExchangeReport& report);
+    Serializable* sendRequest(DataType type, ExchangeReport& report);
 
     /// Wakes every exchange of sendRequest() and configureClient() in flight, on whichever thread: it ends as when the
     /// client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits for its user's answer,

@@ -113,7 +113,7 @@ HeaderTypes headerTypes(const CheckedText& checked)
         return {};
     }
     logHeader(row->wireName);
-    return {row->isFromHeader ? row->type : DataTypeUnknown, row->type};
+    return {row->isFromHeader ? row->type : DataTypeUnknown, row->type, true};
 }
 
 Serializable* Serializable::factory(DataType type)

@@ -13,10 +13,11 @@ namespace Orvu {
 /// What the "HEADER" of a text names, in the two ways that the library asks for it. Logs as deserializeHeader() does.
 /// `mapped` follows the header mapping; `named` is the catalogue's type of that name, also where the mapping leaves it
 /// out. Both are DataTypeUnknown for a text that was refused, a missing "HEADER", one that is not a text, and any other
-/// name.
+/// name; `isName` tells these from a "HEADER" that is "unknown".
 struct HeaderTypes {
     DataType mapped = DataTypeUnknown;
     DataType named = DataTypeUnknown;
+    bool isName = false;
 };
 HeaderTypes headerTypes(const CheckedText& checked);
 

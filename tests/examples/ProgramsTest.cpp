@@ -88,7 +88,20 @@ TEST(TheExampleClient, TalksToAReceiverOfAnswersToo)
     Receiver receiver;
     const Ended ended = run(command(ORVU_EXAMPLE_CLIENT, {receiver.portText()}), withoutLog());
     EXPECT_EQ(ended.code, 1);
-    EXPECT_EQ(ended.err, "client: no list, but resourceNotFound\n");
+    EXPECT_EQ(ended.err, "client: no list: the receiver says resourceNotFound\n");
+}
+
+TEST(TheExampleClient, SaysWhenNothingComesBack)
+{
+    RawListener silent;
+    Process client(command(ORVU_EXAMPLE_CLIENT, {std::to_string(silent.port())}), withoutLog());
+    silent.accept().close();  // the test whether it can be reached
+    RawPeer question = silent.accept();
+    question.readFrame();
+    question.close();
+    const Ended ended = client.wait();
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.err, "client: no list: the receiver closed the connection\n");
 }
 
 TEST(TheExampleReceiver, EndsWithConnectionsOpenThatNeverAsk)
@@ -113,7 +126,7 @@ TEST(TheExampleClient, EndsAtASignalThoughNobodyAnswers)
         const Ended ended = client.wait();
         EXPECT_EQ(ended.code, 1);
         EXPECT_EQ(ended.out, "");
-        EXPECT_EQ(ended.err, "client: no list, but emptyData\nclient: stopped\n");
+        EXPECT_EQ(ended.err, "client: no list: cancelled\nclient: stopped\n");
     }
 }
 

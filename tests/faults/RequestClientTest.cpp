@@ -1,8 +1,10 @@
 #include <atomic>
+#include <cerrno>
 #include <memory>
 #include <thread>
 
 #include "faults/FaultTest.h"
+#include "orvu/ExchangeReport.h"
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
 #include "orvu/Services.h"
@@ -13,6 +15,9 @@ using namespace OrvuTests;
 namespace {
 
 const std::string kAnswer = R"({"HEADER":"serviceSelection","serviceContextId":"a text beyond any small buffer"})";
+
+const std::string kRequest =
+    "{\n\t\"HEADER\":\t\"serviceSelection\",\n\t\"serviceContextId\":\t\"a text beyond any small buffer\"\n}";
 
 /// Answers every request, on its own thread.
 class AnsweringPeer {
@@ -40,6 +45,25 @@ private:
     std::thread thread_;
 };
 
+/// The peer answers well, so where the exchange did not come to its answer the report has an error, unless no peer
+/// was configured, or a message could not be made, written or read.
+void expectTruth(const ExchangeReport& report, bool isConfigured, const std::string& answer)
+{
+    const ExchangePhase phase = report.phase;
+    EXPECT_EQ(phase == ExchangePhaseAnswered, answer == "serviceSelection");
+    EXPECT_EQ(phase >= ExchangePhaseNoPeer && phase <= ExchangePhaseNotConnected, answer == "cannotConnectToServer");
+    EXPECT_EQ(phase >= ExchangePhaseNoAnswer, report.sentBytes == 4 + kRequest.size());
+    EXPECT_EQ(report.mayHaveArrived, report.sentBytes > 0);
+    const bool isOfMessages = phase == ExchangePhaseNothingToSend || phase == ExchangePhaseAnswerNotUnderstood;
+    const bool hasNoPeer = phase == ExchangePhaseNoPeer && !isConfigured;
+    if (phase != ExchangePhaseAnswered && !isOfMessages && !hasNoPeer) {
+        EXPECT_NE(report.errorNumber, 0) << "phase " << phase;
+    }
+    if (report.errorNumber != ENOMEM && phase >= ExchangePhaseAnswerNotUnderstood) {
+        EXPECT_EQ(*report.receivedText, kAnswer);
+    }
+}
+
 class ARequestClient : public FaultTest {
 protected:
     ARequestClient() : FaultTest("request client", "serviceSelection")
@@ -52,8 +76,13 @@ protected:
         OrvuRestInterface* const facade = inLibrary(OrvuRestInterface::getInstance);
         if (!facade) return kNoFacade;
         const bool isConfigured = inLibrary([&] { return facade->configureClient("127.0.0.1", peer_.port()); });
-        const std::unique_ptr<Serializable> answer(inLibrary([&] { return facade->sendRequest(&request_); }));
-        const std::string type = answer ? Serializable::dataTypeString(answer->getDataType()) : "none";
+        std::string text;
+        ExchangeReport report;
+        report.receivedText = &text;
+        const std::unique_ptr<Serializable> answer(inLibrary([&] { return facade->sendRequest(&request_, report); }));
+        std::string type = answer ? Serializable::dataTypeString(answer->getDataType()) : "none";
+        expectTruth(report, isConfigured, type);
+        if (report.phase == ExchangePhaseAnswered && report.errorNumber == ENOMEM) type += " without its text";
         return isConfigured ? type : "not configured, " + type;
     }
 
@@ -77,7 +106,8 @@ const Outcomes kUnconnected = {"not configured, serviceSelection", "cannotConnec
 const FaultsOf kClientFaults[] = {
     {"allocations",
      &allocations,
-     {kNoFacade, "not configured, serviceSelection", "not configured, cannotConnectToServer", "emptyData", "unknown"}},
+     {kNoFacade, "not configured, serviceSelection", "not configured, cannotConnectToServer", "emptyData", "unknown",
+      "serviceSelection without its text"}},
     {"socket", &calls.socket, kUnconnected},
     {"connect", &calls.connect, kUnconnected},
     {"setsockopt", &calls.setsockopt, kUnconnected},

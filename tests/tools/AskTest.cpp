@@ -75,7 +75,35 @@ TEST(Asking, PrintsExactlyWhatTheAnswerWritesWhenItIsToBeRaw)
         "originalNetworkId":1840,"serviceName":"Canal Um HD","serviceContextId":"1840.1840.01","HEADER":"currentService"})");
     const Ended ended = run(orvu({"ask", "currentService", "--raw", "--port", receiver.portText()}));
     EXPECT_EQ(ended.out, kService);
+    EXPECT_EQ(ended.err, "orvu: 1 thing was lost in reading; --wire shows the text that came\n");
     EXPECT_EQ(ended.code, 0);
+}
+
+TEST(Asking, PrintsExactlyTheTextThatCameWhenTheWireIsToBeShown)
+{
+    const std::string text = "{ \"unknownKey\": 1,\r\n\"serviceId\": 58880, \"HEADER\":\"currentService\" } and more\n";
+    Peer peer([&] { return frame(text); });
+    const Ended ended = run(orvu({"ask", "currentService", "--wire", "--port", peer.portText()}));
+    EXPECT_EQ(ended.out, text);
+    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.code, 0);
+}
+
+TEST(Asking, SaysHowMuchWasLostInReading)
+{
+    const std::string service = R"({"HEADER":"currentService","serviceName":7,"serviceId":1,"more":null,"other":[{}]})";
+    Peer peer([&] { return frame(service); });
+    const Ended ended = run(asking("currentService", peer.portText()));
+    EXPECT_EQ(ended.err, "orvu: 3 things were lost in reading; --wire shows the text that came\n");
+    EXPECT_EQ(ended.code, 0);
+}
+
+TEST(Asking, CountsWhatFollowsTheJsonAsLost)
+{
+    Peer peer([] { return frame(headerOnly("success") + " and more"); });
+    const Ended ended = run(asking("currentService", peer.portText()));
+    EXPECT_EQ(ended.err, "orvu: 1 thing was lost in reading; --wire shows the text that came\n");
+    EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"success\"\n}\n");
 }
 
 TEST(Asking, SendsTheEmptyRequestOfTheType)
@@ -125,6 +153,9 @@ TEST(Asking, TakesAnAnswerThatCannotBeUnderstoodAsUnknown)
     const Ended ended = run(asking("currentService", receiver.portText()));
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"unknown\"\n}\n");
+    EXPECT_EQ(ended.err,
+              "orvu: answered, but not understood: no message can be read from it; what came: \"{\\n\\t\\\"HEADER\\\":"
+              "\\t\\\"pos\\\"\\n}\"\n");
 }
 
 TEST(Asking, TakesAConnectionThatEndsWithoutAnAnswerAsEmptyData)
@@ -133,6 +164,42 @@ TEST(Asking, TakesAConnectionThatEndsWithoutAnAnswerAsEmptyData)
     const Ended ended = run(asking("currentService", peer.portText()));
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"emptyData\"\n}\n");
+    EXPECT_EQ(ended.err, "orvu: closed without an answer: nothing listens to requests here?\n");
+}
+
+/// What a server sends that is no whole message, and what is said of it.
+struct Broken {
+    std::string bytes;
+    std::string text;
+    std::string line;
+};
+
+TEST(Asking, PrintsWhatCameOnTheWireThoughItIsNoAnswer)
+{
+    const Broken all[] = {
+        {frame("no JSON"), "no JSON",
+         "answered, but not understood: the text is no JSON: stuck at byte 0 of 7; what came: \"no JSON\""},
+        {frame("{\"HEADER\"").substr(0, 7), "{\"H",
+         R"(answered, but cut: 3 of 9 bytes came (the server closed the connection); what came: "{\"H")"},
+        {std::string(4, '\xFF') + "\r\n", "\r\n",
+         R"(answered, but too long: 4294967294 bytes are announced, the most is 64 MiB; what came: "\r\n")"},
+        {"\x01", "", "answered, but cut: 1 of the first 4 bytes came (the server closed the connection)"},
+        {"", "", "closed without an answer: nothing listens to requests here?"},
+    };
+    for (const Broken& broken : all) {
+        Peer peer([&] { return broken.bytes; });
+        const Ended ended = run(orvu({"ask", "currentService", "--wire", "--port", peer.portText()}));
+        EXPECT_EQ(ended.out, broken.text);
+        EXPECT_EQ(ended.err, "orvu: " + broken.line + "\n");
+        EXPECT_EQ(ended.code, 2);
+    }
+}
+
+TEST(Asking, ShowsEitherTheWireOrTheRawAnswer)
+{
+    const Ended ended = run(orvu({"ask", "currentService", "--wire", "--raw"}));
+    EXPECT_EQ(ended.code, 64);
+    EXPECT_THAT(ended.err, HasSubstr("--raw"));
 }
 
 TEST(Asking, SaysWhenNobodyListens)
@@ -141,14 +208,29 @@ TEST(Asking, SaysWhenNobodyListens)
     const Ended ended = run(asking("currentService", std::to_string(port.port())));
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "orvu: cannot connect to 127.0.0.1:" + std::to_string(port.port()) + "\n");
+    EXPECT_EQ(ended.err, "orvu: cannot connect to 127.0.0.1:" + std::to_string(port.port()) + ": Connection refused\n");
 }
 
 TEST(Asking, SaysWhenTheHostIsUnknown)
 {
     const Ended ended = run(orvu({"ask", "currentService", "--host", "no-such-host.invalid", "--port", "9000"}));
     EXPECT_EQ(ended.code, 3);
-    EXPECT_EQ(ended.err, "orvu: cannot connect to no-such-host.invalid:9000\n");
+    EXPECT_EQ(ended.err, "orvu: cannot resolve no-such-host.invalid\n");
+}
+
+TEST(Asking, SaysThatItTakesIPv4AddressesAlone)
+{
+    const Ended ended = run(orvu({"ask", "currentService", "--host", "::1", "--port", "9000"}));
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "orvu: ::1: IPv4 only\n");
+}
+
+TEST(Asking, SaysThatTheHostIsEmpty)
+{
+    const Ended ended = run(orvu({"ask", "currentService", "--host", "", "--port", "9000"}));
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(ended.err, "orvu: no host is named\n");
 }
 
 TEST(Asking, RefusesATypeOfWhichNoMessageIsMade)

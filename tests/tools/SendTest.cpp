@@ -47,6 +47,17 @@ TEST(Sending, TakesStandardInputForADash)
     EXPECT_EQ(peer.frames(), std::vector<std::string>{frame(how.input)});
 }
 
+TEST(Sending, PrintsExactlyTheTextThatCameWhenTheWireIsToBeShown)
+{
+    Peer peer([] { return frame("{\"HEADER\":\"success\"}\n"); });
+    ProcessOptions how;
+    how.input = R"({"HEADER":"serviceSelection"})";
+    const Ended ended = run(orvu({"send", "-", "--wire", "--port", peer.portText()}), how);
+    EXPECT_EQ(ended.out, "{\"HEADER\":\"success\"}\n");
+    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.code, 0);
+}
+
 TEST(Sending, PrintsTheAnswerAndItsExitCode)
 {
     Receiver receiver;
@@ -79,6 +90,7 @@ TEST(Sending, SendsNothingWhenTheTextIsEmpty)
     Peer peer([] { return frame(headerOnly("success")); });
     const Ended ended = run(sending("-", peer.portText()));
     EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"emptyData\"\n}\n");
+    EXPECT_EQ(ended.err, "orvu: nothing to send: the request has no text\n");
     EXPECT_EQ(ended.code, 2);
     EXPECT_TRUE(peer.frames().empty());
 }
@@ -104,7 +116,7 @@ TEST(Sending, SaysWhenNobodyListens)
     const Ended ended = run(sending("-", std::to_string(port.port())), how);
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, "orvu: cannot connect to 127.0.0.1:" + std::to_string(port.port()) + "\n");
+    EXPECT_EQ(ended.err, "orvu: cannot connect to 127.0.0.1:" + std::to_string(port.port()) + ": Connection refused\n");
 }
 
 /// A user who takes the given time, or leaves earlier when told to.
@@ -153,6 +165,7 @@ TEST(Sending, DoesNotWaitForTheUserWhenAConfirmationIsDisposedOf)
     const Ended ended = run(sending("-", peer.portText()), how);
     user.leave();
     EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.err, "orvu: no answer within 5 s\n");
     EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"emptyData\"\n}\n");
 }
 

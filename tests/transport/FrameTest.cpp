@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <optional>
@@ -60,6 +61,16 @@ TEST_P(AFrameReader, ReadsTheLengthAndTheText)
     FrameReader frame(source);
     EXPECT_THAT(frame.readLength(), Optional(6U));
     EXPECT_EQ(readText(frame, 5), "hello");
+}
+
+TEST_P(AFrameReader, ShowsWhatCameOfTheTextAlongWithItsLength)
+{
+    MemorySource source(frameOf("hello"), GetParam());
+    FrameReader frame(source);
+    EXPECT_EQ(frame.early(), "");
+    frame.readLength();
+    const std::size_t came = (4 + GetParam() - 1) / GetParam() * GetParam();  // as many whole reads as the length needs
+    EXPECT_EQ(frame.early(), std::string("hello").substr(0, came - 4));
 }
 
 TEST_P(AFrameReader, ReadsATextOfAMebibyte)
@@ -368,13 +379,24 @@ TEST_F(ASentFrame, IsContinuedAfterShortWrites)
 TEST_F(ASentFrame, FailsWhenThePeerIsGone)
 {
     theirs.close();
-    EXPECT_EQ(sendFrame(ours.fd(), "hello", 5, Seconds(5)), FrameSent::Nothing);
+    std::size_t sent = 1;
+    EXPECT_EQ(sendFrame(ours.fd(), "hello", 5, Seconds(5), &sent), FrameSent::Nothing);
+    EXPECT_EQ(errno, EPIPE);
+    EXPECT_EQ(sent, 0U);
+}
+
+TEST_F(ASentFrame, CountsTheBytesThatHaveGoneOut)
+{
+    std::size_t sent = 0;
+    EXPECT_EQ(sendFrame(ours.fd(), "hello", 5, Seconds(5), &sent), FrameSent::Whole);
+    EXPECT_EQ(sent, 9U);
 }
 
 TEST_F(ASentFrame, CannotCarryTwoGibibytes)
 {
     EXPECT_EQ(sendFrame(ours.fd(), "", 0x7FFFFFFF, Seconds(5)),
               FrameSent::Nothing);  // refused before the text is looked at
+    EXPECT_EQ(errno, EMSGSIZE);
     ours.close();
     EXPECT_EQ(theirs.readToEnd(), "");
 }

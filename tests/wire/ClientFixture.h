@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "orvu/ExchangeReport.h"
 #include "orvu/OrvuRestInterface.h"
 #include "support/LogCapture.h"
 #include "support/RawPeer.h"
@@ -27,11 +28,24 @@ struct ARequestClient : testing::Test {
     /// Sends `request` to a peer that does `act` with the connection.
     std::unique_ptr<Orvu::Serializable> send(Orvu::Serializable* request, const std::function<void(RawPeer&)>& act)
     {
+        return whilePeerActs(act, [&] { return client().sendRequest(request); });
+    }
+    /// The same, with a report.
+    std::unique_ptr<Orvu::Serializable> send(Orvu::Serializable* request, Orvu::ExchangeReport& report,
+                                             const std::function<void(RawPeer&)>& act)
+    {
+        return whilePeerActs(act, [&] { return client().sendRequest(request, report); });
+    }
+
+    /// What `call` returns while a peer does `act` with the connection that the call opens.
+    std::unique_ptr<Orvu::Serializable> whilePeerActs(const std::function<void(RawPeer&)>& act,
+                                                      const std::function<Orvu::Serializable*()>& call)
+    {
         std::thread acting([&] {
             RawPeer connection = peer.accept();
             act(connection);
         });
-        std::unique_ptr<Orvu::Serializable> answer(client().sendRequest(request));
+        std::unique_ptr<Orvu::Serializable> answer(call());
         acting.join();
         return answer;
     }

@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "orvu/ExchangeReport.h"
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"
@@ -106,6 +107,14 @@ const std::vector<Caller::Call> Caller::kCalls = {
     [](Caller&) {
         const std::unique_ptr<Serializable> got(facade().sendRequest(DataTypeServiceList));
         EXPECT_NE(got, nullptr);
+    },
+    [](Caller&) {
+        ExchangeReport report;
+        std::string text;
+        report.receivedText = &text;
+        const std::unique_ptr<Serializable> got(facade().sendRequest(DataTypeServiceTime, report));
+        EXPECT_NE(got, nullptr);
+        EXPECT_EQ(report.receivedText, &text);
     },
     [](Caller&) { facade().cancelRequests(); },
     [](Caller& caller) { facade().setSocketsPortsRange(0, static_cast<int>(caller.upTo(3))); },

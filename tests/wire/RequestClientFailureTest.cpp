@@ -1,8 +1,6 @@
 #include <atomic>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -267,17 +265,6 @@ TEST_F(ARequestClientThatFails, IsWokenByDestructionWhileItSends)
         connection.readToEnd();
     });
     EXPECT_EQ(answer->getDataType(), DataTypeEmptyData);
-}
-
-/// Whether a connection to `port` is still being opened.
-bool isBeingOpened(int port)
-{
-    std::ostringstream remote;
-    remote << std::uppercase << std::hex << port << " 02 ";  // the state SYN_SENT
-    std::ifstream connections("/proc/self/net/tcp");
-    for (std::string line; std::getline(connections, line);)
-        if (line.find(":" + remote.str()) != std::string::npos) return true;
-    return false;
 }
 
 TEST_F(ARequestClientThatFails, IsWokenByDestructionWhileItConnects)

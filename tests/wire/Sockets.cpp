@@ -8,6 +8,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <pthread.h>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
@@ -118,6 +119,16 @@ unsigned longestBacklog()
     unsigned longest = 0;
     std::ifstream("/proc/sys/net/core/somaxconn") >> longest;
     return std::min<unsigned>(SOMAXCONN, longest);
+}
+
+bool isBeingOpened(int port)
+{
+    std::ostringstream remote;
+    remote << std::uppercase << std::hex << port << " 02 ";  // the state SYN_SENT
+    std::ifstream connections("/proc/self/net/tcp");
+    for (std::string line; std::getline(connections, line);)
+        if (line.find(":" + remote.str()) != std::string::npos) return true;
+    return false;
 }
 
 std::size_t residentMemory()

@@ -23,6 +23,9 @@ std::string listenAddressOf(int port);
 unsigned backlogOf(int listener);
 unsigned longestBacklog();
 
+/// Whether a connection to `port` is still being opened.
+bool isBeingOpened(int port);
+
 /// What this process has in memory, in bytes: now, and the most since the last call of resetPeakMemory().
 std::size_t residentMemory();
 std::size_t peakMemory();

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <functional>
@@ -17,6 +18,7 @@
 #include "wire/ClientFixture.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
+#include "wire/Sockets.h"
 
 using namespace Orvu;
 using namespace OrvuTests;
@@ -178,13 +180,28 @@ TEST_F(AWaitingClient, GivesUpConnectingAndSendingAfterFiveSeconds)
     asking.run([&] {
         ServiceTime request;
         request.time.assign(16u << 20, 'x');
+        ExchangeReport report;
         std::unique_ptr<Serializable> answer;
-        EXPECT_THAT(timeOf([&] { answer.reset(client().sendRequest(&request)); }), isTheTimeOutAfterTheLastByte);
+        EXPECT_THAT(timeOf([&] { answer.reset(client().sendRequest(&request, report)); }),
+                    isTheTimeOutAfterTheLastByte);
         EXPECT_EQ(answer->getDataType(), DataTypeEmptyData);
+        EXPECT_EQ(report.phase, ExchangePhaseNotSent);
+        EXPECT_EQ(report.errorNumber, ETIMEDOUT);
+        EXPECT_TRUE(report.mayHaveArrived);
     });
     notReading = peer.accept();
     asking.run([&] {
         EXPECT_THAT(timeOf([&] { EXPECT_FALSE(client().configureClient("127.0.0.1", full.port())); }), isTheTimeOut);
+    });
+    while (!isBeingOpened(full.port()))
+        std::this_thread::yield();
+    asking.run([] {
+        SuccessResponse request;
+        ExchangeReport report;
+        const std::unique_ptr<Serializable> answer(client().sendRequest(&request, report));
+        EXPECT_EQ(report.phase, ExchangePhaseNotConnected);
+        EXPECT_EQ(report.errorNumber, ETIMEDOUT);
+        EXPECT_THAT(milliseconds(report.connectingMicroseconds / 1000), isTheTimeOut);
     });
 }
 

@@ -1,31 +1,51 @@
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "Commands.h"
 #include "Exchange.h"
 #include "ExitCode.h"
+#include "Fields.h"
 #include "Output.h"
 #include "Types.h"
 
 namespace OrvuTool {
 namespace {
 
+using Orvu::Serializable;
+
 struct AskOptions : ExchangeOptions {
     std::string type;
+    std::vector<std::string> fields;
 };
+
+/// Why the request cannot be what the fields say; empty when it is.
+std::string faultOfFilling(Serializable& request, const AskOptions& options)
+{
+    if (options.fields.empty()) return "";
+    const Orvu::DataType type = request.getDataType();
+    const FieldsText fields = textOfFields(options.type, Orvu::keysOf(type), options.fields);
+    if (!fields.tree) return fields.fault;
+    const std::string text = pretty(fields.tree.get());
+    const Orvu::Explanation explanation = Orvu::explain(text.c_str(), type);
+    if (explanation.isRead && request.deserialize(text.c_str())) return "";
+    const Orvu::Finding& fault = explanation.findings.front();
+    return options.type + ": " + (fault.path.empty() ? "" : fault.path + ": ") + fault.message;
+}
 
 int ask(const AskOptions& options, Output& output)
 {
     const std::optional<Orvu::DataType> type = typeNamed(options.type);
     if (!type) {
-        const std::string near = nearestType(options.type);
-        const std::string hint = near.empty() ? "; \"orvu types\" lists them" : didYouMean(near);
-        complain(options.type + ": no such type" + hint);
+        complain(faultOfType(options.type));
         return ExitUsage;
     }
-    const std::unique_ptr<Orvu::Serializable> request(Orvu::Serializable::factory(*type));
-    if (request) return exchange(*request, options, output);
-    complain(options.type + ": cannot be asked for, since no message is made from this type alone");
+    const std::unique_ptr<Serializable> request(Serializable::factory(*type));
+    const std::string fault = request ? faultOfFilling(*request, options)
+                                      : options.type + ": cannot be asked for, since no message is made from this type alone";
+    if (fault.empty()) return exchange(*request, options, output);
+    complain(fault);
     return ExitUsage;
 }
 
@@ -34,11 +54,15 @@ int ask(const AskOptions& options, Output& output)
 void addAsk(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<AskOptions>();
-    CLI::App* command = app.add_subcommand("ask", "Send the empty request of a type and print the answer");
+    CLI::App* command = app.add_subcommand("ask", "Send a request of a type and print the answer");
     command->add_option("TYPE", options->type, "The type's wire name, such as serviceList")->required()->type_name("");
+    command->add_option("FIELDS", options->fields, "Fields of the request, such as serviceContextId=1.2.01; none without")
+        ->type_name("KEY=VALUE");
     addExchangeOptions(*command, *options);
     addLogOption(*command, chosen);
-    command->footer(std::string(kExchangeExitCodes) +
+    command->footer(std::string("A KEY is a key of the type (\"orvu types TYPE\" lists them); pos.w is one of a part, list[0].name one of an\n"
+                                "item. A VALUE counts as what the key holds. Each item of a list of words is given by itself: key=a key=b.\n") +
+                    kExchangeExitCodes +
                     "  64  wrong arguments, or a type that cannot be asked for\n"
                     "  74  standard output cannot be written");
     command->callback([options, &chosen] { chosen.run = [options](Output& output) { return ask(*options, output); }; });

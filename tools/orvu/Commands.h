@@ -22,6 +22,7 @@ void addSend(CLI::App& app, Chosen& chosen);
 void addPush(CLI::App& app, Chosen& chosen);
 void addWatch(CLI::App& app, Chosen& chosen);
 void addTypes(CLI::App& app, Chosen& chosen);
+void addNew(CLI::App& app, Chosen& chosen);
 void addCheck(CLI::App& app, Chosen& chosen);
 
 /// The option that stands on every level.

@@ -6,9 +6,11 @@
 #include <memory>
 
 #include "Commands.h"
+#include "ExchangeFault.h"
 #include "ExitCode.h"
 #include "JsonText.h"
 #include "Output.h"
+#include "orvu/ExchangeReport.h"
 #include "orvu/OrvuRestInterface.h"
 
 namespace OrvuTool {
@@ -49,12 +51,36 @@ std::string readable(const std::string& text)
     return (parsed.tree ? pretty(parsed.tree.get()) : text) + "\n";
 }
 
-void show(Serializable& answer, bool raw, Output& output)
+std::string textOf(Serializable& message)
 {
-    char* const written = answer.serialize();
+    char* const written = message.serialize();
     const std::string text = written != nullptr ? written : "";
     std::free(written);
-    output.write(raw ? text : readable(text));
+    return text;
+}
+
+/// How much of the text that came is not, or not so, in what the answer writes.
+std::size_t lossesIn(const std::string& received, const std::string& written)
+{
+    const ParsedText came = parseText(received);
+    const ParsedText kept = parseText(written);
+    return countLosses(came.tree.get(), kept.tree.get()) + (came.rest.empty() ? 0 : 1);
+}
+
+void tellLosses(const std::string& received, const std::string& written)
+{
+    const std::size_t losses = received == written ? 0 : lossesIn(received, written);
+    if (losses == 0) return;
+    complain(std::to_string(losses) + (losses == 1 ? " thing was" : " things were") +
+             " lost in reading; --wire shows the text that came");
+}
+
+void show(Serializable& answer, const Orvu::ExchangeReport& report, const ExchangeOptions& options, Output& output)
+{
+    if (options.wire) return output.write(*report.receivedText);
+    const std::string text = textOf(answer);
+    output.write(options.raw ? text : readable(text));
+    if (report.phase == Orvu::ExchangePhaseAnswered) tellLosses(*report.receivedText, text);
 }
 
 }  // namespace
@@ -74,18 +100,25 @@ void addExchangeOptions(CLI::App& command, ExchangeOptions& options)
         ->type_name("PORT")
         ->check(isPort())
         ->capture_default_str();
-    command.add_flag("--raw", options.raw, "Print exactly the text that the answer writes, nothing added");
+    CLI::Option* raw =
+        command.add_flag("--raw", options.raw, "Print exactly the text that the answer writes, nothing added");
+    command.add_flag("--wire", options.wire, "Print exactly the text that came, whatever the library makes of it")
+        ->excludes(raw);
 }
 
 int exchange(Serializable& request, const ExchangeOptions& options, Output& output)
 {
     OrvuRestInterface& library = *OrvuRestInterface::getInstance();
-    if (!library.configureClient(options.host.c_str(), options.port)) {
-        complain("cannot connect to " + options.host + ":" + std::to_string(options.port));
-        return ExitNoServer;
-    }
-    const std::unique_ptr<Serializable> answer(library.sendRequest(&request));
-    show(*answer, options.raw, output);
+    library.configureClient(options.host.c_str(), options.port);  // where that fails, the exchange does and says why
+    std::string text;
+    Orvu::ExchangeReport report;
+    report.receivedText = &text;
+    const std::unique_ptr<Serializable> answer(library.sendRequest(&request, report));
+    const std::string fault = faultOfExchange(report, options.host, options.port);
+    if (!fault.empty()) complain(fault);
+    if (hasNoServer(report)) return ExitNoServer;
+    if (!answer) return ExitRefused;
+    show(*answer, report, options, output);
     return exitCodeOf(answer->getDataType());
 }
 

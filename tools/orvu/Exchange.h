@@ -14,11 +14,13 @@ struct ExchangeOptions {
     std::string host = "127.0.0.1";
     int port = 7575;
     bool raw = false;
+    bool wire = false;
 };
 
 void addExchangeOptions(CLI::App& command, ExchangeOptions& options);
 
-/// Sends `request` and shows the answer. Returns the exit code.
+/// Sends `request` and shows the answer; says on standard error why there is none, and what was lost in reading it.
+/// Returns the exit code.
 int exchange(Orvu::Serializable& request, const ExchangeOptions& options, Output& output);
 
 /// What `ask` and `send` say of their exit codes.

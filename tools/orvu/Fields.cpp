@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "Types.h"
 #include "messages/core/Nearest.h"
 
 namespace OrvuTool {
@@ -22,8 +23,7 @@ struct Wrong : std::runtime_error {
 
 std::string meant(std::string_view word, const std::vector<std::string_view>& words)
 {
-    const std::string_view near = Orvu::nearest(word, words);
-    return near.empty() ? "" : "; did you mean \"" + std::string(near) + "\"?";
+    return didYouMean(Orvu::nearest(word, words));
 }
 
 /// One step of a path: a key and, for an item of a list, its number.

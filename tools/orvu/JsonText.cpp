@@ -62,6 +62,7 @@ public:
     }
 
     std::vector<std::string> lines;
+    std::size_t additions = 0;  // among the lines
 
 private:
     void compareMembers(const std::string& path, const cJSON* read, const cJSON* written)
@@ -88,6 +89,7 @@ private:
     {
         if (read != nullptr && written != nullptr) return compare(path, read, written);
         if (read != nullptr) return add(path, compact(read) + " is not written");
+        ++additions;
         add(path, compact(written) + " is added");
     }
 
@@ -205,6 +207,13 @@ std::vector<std::string> differences(const cJSON* read, const cJSON* written)
     Comparison comparison;
     comparison.compare("", read, written);
     return comparison.lines;
+}
+
+std::size_t countLosses(const cJSON* read, const cJSON* written)
+{
+    Comparison comparison;
+    comparison.compare("", read, written);
+    return comparison.lines.size() - comparison.additions;
 }
 
 }  // namespace OrvuTool

@@ -34,4 +34,7 @@ std::string pretty(const cJSON* tree);
 /// of members does not count.
 std::vector<std::string> differences(const cJSON* read, const cJSON* written);
 
+/// How many of these places are lost or changed: what `written` only adds, such as a default, does not count.
+std::size_t countLosses(const cJSON* read, const cJSON* written);
+
 }  // namespace OrvuTool

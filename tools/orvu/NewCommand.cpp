@@ -49,7 +49,7 @@ int printNew(const NewOptions& options, Output& output)
 {
     const std::optional<Orvu::DataType> type = typeNamed(options.type);
     if (!type) {
-        complain(options.type + ": no such type; \"orvu types\" lists them");
+        complain(faultOfType(options.type));
         return ExitUsage;
     }
     const char* const example = exampleOf(options.type);

@@ -4,7 +4,7 @@
 #include <cxxabi.h>
 #include <typeinfo>
 
-#include "Nearest.h"
+#include "messages/core/Nearest.h"
 
 namespace OrvuTool {
 
@@ -26,12 +26,13 @@ std::optional<DataType> typeNamed(const std::string& name)
     return std::nullopt;
 }
 
-std::string nearestType(const std::string& name)
+std::string faultOfType(const std::string& name)
 {
     std::vector<std::string_view> names;
     for (const DataType type : catalogue())
         names.emplace_back(Serializable::dataTypeString(type));
-    return std::string(nearest(name, names));
+    const std::string hint = didYouMean(Orvu::nearest(name, names));
+    return name + ": no such type" + (hint.empty() ? "; \"orvu types\" lists them" : hint);
 }
 
 std::string didYouMean(std::string_view near)

@@ -15,8 +15,8 @@ std::vector<Orvu::DataType> catalogue();
 /// The type whose wire name is exactly `name`, also where no header is read as it; none when no type has this name.
 std::optional<Orvu::DataType> typeNamed(const std::string& name);
 
-/// The type's wire name that is nearest to `name`; empty when none is near.
-std::string nearestType(const std::string& name);
+/// The complaint about a name that no type has.
+std::string faultOfType(const std::string& name);
 
 /// What a complaint about an unknown word ends with: `; did you mean "near"?`, or nothing when `near` is empty.
 std::string didYouMean(std::string_view near);

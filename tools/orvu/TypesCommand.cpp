@@ -152,7 +152,7 @@ int keys(const TypesOptions& options, Output& output)
 {
     const std::optional<DataType> type = typeNamed(options.type);
     if (!type) {
-        complainAboutType(options.type);
+        complain(faultOfType(options.type));
         return ExitUsage;
     }
     const std::vector<KeyDescription> keys = Orvu::keysOf(*type);

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Nearest.h"
+#include "messages/core/Nearest.h"
 #include "Types.h"
 
 namespace OrvuTool {
@@ -15,7 +15,7 @@ std::string noSuchCommand(const CLI::App& app, const std::string& word)
     std::vector<std::string_view> names;
     for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
         names.push_back(command->get_name());
-    return word + ": no such command" + didYouMean(nearest(word, names));
+    return word + ": no such command" + didYouMean(Orvu::nearest(word, names));
 }
 
 std::string noSuchOption(const CLI::App& app, const std::string& word)
@@ -25,7 +25,7 @@ std::string noSuchOption(const CLI::App& app, const std::string& word)
         names.insert(names.end(), option->get_lnames().begin(), option->get_lnames().end());
     const std::string name = word.substr(0, word.find('='));
     const std::string_view letters = std::string_view(name).substr(std::min(name.find_first_not_of('-'), name.size()));
-    const std::string_view near = nearest(letters, names);
+    const std::string_view near = Orvu::nearest(letters, names);
     return name + ": " + (app.get_parent() != nullptr ? app.get_name() + " has no such option" : "no such option") +
            didYouMean(near.empty() ? "" : "--" + std::string(near));
 }

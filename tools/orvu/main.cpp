@@ -46,6 +46,7 @@ void declare(CLI::App& app, Chosen& chosen)
     OrvuTool::addPush(app, chosen);
     OrvuTool::addWatch(app, chosen);
     OrvuTool::addTypes(app, chosen);
+    OrvuTool::addNew(app, chosen);
     OrvuTool::addCheck(app, chosen);
 }
 
