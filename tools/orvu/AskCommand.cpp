@@ -42,8 +42,9 @@ int ask(const AskOptions& options, Output& output)
         return ExitUsage;
     }
     const std::unique_ptr<Serializable> request(Serializable::factory(*type));
-    const std::string fault = request ? faultOfFilling(*request, options)
-                                      : options.type + ": cannot be asked for, since no message is made from this type alone";
+    const std::string fault =
+        request ? faultOfFilling(*request, options)
+                : options.type + ": cannot be asked for, since no message is made from this type alone";
     if (fault.empty()) return exchange(*request, options, output);
     complain(fault);
     return ExitUsage;
@@ -56,12 +57,15 @@ void addAsk(CLI::App& app, Chosen& chosen)
     const auto options = std::make_shared<AskOptions>();
     CLI::App* command = app.add_subcommand("ask", "Send a request of a type and print the answer");
     command->add_option("TYPE", options->type, "The type's wire name, such as serviceList")->required()->type_name("");
-    command->add_option("FIELDS", options->fields, "Fields of the request, such as serviceContextId=1.2.01; none without")
+    command
+        ->add_option("FIELDS", options->fields, "Fields of the request, such as serviceContextId=1.2.01; none without")
         ->type_name("KEY=VALUE");
     addExchangeOptions(*command, *options);
     addLogOption(*command, chosen);
-    command->footer(std::string("A KEY is a key of the type (\"orvu types TYPE\" lists them); pos.w is one of a part, list[0].name one of an\n"
-                                "item. A VALUE counts as what the key holds. Each item of a list of words is given by itself: key=a key=b.\n") +
+    command->footer(std::string("A KEY is a key of the type (\"orvu types TYPE\" lists them); pos.w is one of a part, "
+                                "list[0].name one of an\n"
+                                "item. A VALUE counts as what the key holds. Each item of a list of words is given by "
+                                "itself: key=a key=b.\n") +
                     kExchangeExitCodes +
                     "  64  wrong arguments, or a type that cannot be asked for\n"
                     "  74  standard output cannot be written");

@@ -4,7 +4,7 @@
 
 namespace OrvuTool {
 
-/// The example of a type in its JSON Schema; null without one. The text is static.
-const char* exampleOf(const std::string& wireName);
+/// The examples of a type in its JSON Schema, as a JSON array; null without one. The text is static.
+const char* examplesOf(const std::string& wireName);
 
 }  // namespace OrvuTool

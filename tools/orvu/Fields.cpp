@@ -131,8 +131,8 @@ cJSON* itemOf(cJSON* list, unsigned index)
 void put(cJSON* object, const KeyDescription& key, const std::string& value)
 {
     JsonTree made = valueOf(value, key);
-    const bool isList = key.kind == KeyDescription::Texts || key.kind == KeyDescription::Numbers ||
-                        key.kind == KeyDescription::Words;
+    const bool isList =
+        key.kind == KeyDescription::Texts || key.kind == KeyDescription::Numbers || key.kind == KeyDescription::Words;
     if (isList) {
         cJSON_AddItemToArray(memberOf(object, key.key, cJSON_CreateArray), made.release());
     } else if (cJSON_HasObjectItem(object, key.key.c_str())) {
@@ -150,7 +150,8 @@ void putUnder(cJSON* object, const std::vector<KeyDescription>& keys, std::strin
     if (dot == path.npos) return put(object, key, value);
     if (!isObject(key)) throw Wrong("\"" + key.key + "\" holds no keys but a " + kindName(key.kind));
     if ((key.kind == KeyDescription::Objects) != step.index.has_value())
-        throw Wrong(step.index ? "\"" + key.key + "\" is no list" : "\"" + key.key + "\" is a list: " + key.key + "[0]");
+        throw Wrong(step.index ? "\"" + key.key + "\" is no list"
+                               : "\"" + key.key + "\" is a list: " + key.key + "[0]");
     cJSON* const inner = step.index ? itemOf(memberOf(object, key.key, cJSON_CreateArray), *step.index)
                                     : memberOf(object, key.key, cJSON_CreateObject);
     putUnder(inner, key.keys, path.substr(dot + 1), value);

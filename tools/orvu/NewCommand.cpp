@@ -1,6 +1,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Commands.h"
 #include "Examples.h"
@@ -18,31 +20,47 @@ struct NewOptions {
     bool least = false;
 };
 
-/// What can be left out of a text that is read.
+/// Takes out of a text whatever it is read without.
 class Shortening {
 public:
-    Shortening(cJSON* tree, Orvu::DataType type) : tree_(tree), type_(type) {}
+    Shortening(JsonTree tree, Orvu::DataType type) : tree_(std::move(tree)), type_(type) {}
 
-    /// Takes out whatever is not needed, the last first.
-    void shorten(cJSON* container)
+    JsonTree shortened()
     {
-        for (int i = cJSON_GetArraySize(container) - 1; i >= 0; --i) {
-            cJSON* const item = cJSON_DetachItemViaPointer(container, cJSON_GetArrayItem(container, i));
-            if (!isHeader(*item) && isRead()) {
-                cJSON_Delete(item);
-            } else {
-                cJSON_InsertItemInArray(container, i, item);  // an object's members are a list as well
-                shorten(item);
-            }
-        }
+        shortenInside();
+        return std::move(tree_);
     }
 
 private:
-    static bool isHeader(const cJSON& item) { return item.string && std::string(item.string) == "HEADER"; }
-    bool isRead() const { return Orvu::explain(pretty(tree_).c_str(), type_).isRead; }
+    /// Of the object or list at `path_`, the last item first.
+    void shortenInside()
+    {
+        for (int i = cJSON_GetArraySize(at(tree_.get())) - 1; i >= 0; --i) {
+            JsonTree without(cJSON_Duplicate(tree_.get(), true));
+            cJSON_DeleteItemFromArray(at(without.get()), i);  // an object's members are a list as well
+            if (!isHeader(*cJSON_GetArrayItem(at(tree_.get()), i)) && isRead(without.get())) {
+                tree_ = std::move(without);
+                continue;
+            }
+            path_.push_back(i);
+            shortenInside();
+            path_.pop_back();
+        }
+    }
 
-    cJSON* const tree_;
+    cJSON* at(cJSON* tree) const
+    {
+        for (const int step : path_)
+            tree = cJSON_GetArrayItem(tree, step);
+        return tree;
+    }
+
+    static bool isHeader(const cJSON& item) { return item.string && std::string(item.string) == "HEADER"; }
+    bool isRead(const cJSON* tree) const { return Orvu::explain(pretty(tree).c_str(), type_).isRead; }
+
+    JsonTree tree_;
     const Orvu::DataType type_;
+    std::vector<int> path_;
 };
 
 int printNew(const NewOptions& options, Output& output)
@@ -52,14 +70,14 @@ int printNew(const NewOptions& options, Output& output)
         complain(faultOfType(options.type));
         return ExitUsage;
     }
-    const char* const example = exampleOf(options.type);
-    if (!example) {
+    const char* const examples = examplesOf(options.type);
+    if (!examples) {
         complain(options.type + ": the type has no text of its own");
         return ExitUsage;
     }
-    const ParsedText parsed = parseText(example);
-    if (options.least) Shortening(parsed.tree.get(), *type).shorten(parsed.tree.get());
-    output.write(pretty(parsed.tree.get()) + "\n");
+    JsonTree tree(cJSON_DetachItemFromArray(parseText(examples).tree.get(), 0));
+    if (options.least) tree = Shortening(std::move(tree), *type).shortened();
+    output.write(pretty(tree.get()) + "\n");
     return ExitOk;
 }
 

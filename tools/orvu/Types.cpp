@@ -26,12 +26,17 @@ std::optional<DataType> typeNamed(const std::string& name)
     return std::nullopt;
 }
 
-std::string faultOfType(const std::string& name)
+std::string nearestType(const std::string& name)
 {
     std::vector<std::string_view> names;
     for (const DataType type : catalogue())
         names.emplace_back(Serializable::dataTypeString(type));
-    const std::string hint = didYouMean(Orvu::nearest(name, names));
+    return std::string(Orvu::nearest(name, names));
+}
+
+std::string faultOfType(const std::string& name)
+{
+    const std::string hint = didYouMean(nearestType(name));
     return name + ": no such type" + (hint.empty() ? "; \"orvu types\" lists them" : hint);
 }
 

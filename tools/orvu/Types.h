@@ -15,6 +15,9 @@ std::vector<Orvu::DataType> catalogue();
 /// The type whose wire name is exactly `name`, also where no header is read as it; none when no type has this name.
 std::optional<Orvu::DataType> typeNamed(const std::string& name);
 
+/// The type's wire name that is nearest to `name`; empty when none is near.
+std::string nearestType(const std::string& name);
+
 /// The complaint about a name that no type has.
 std::string faultOfType(const std::string& name);
 

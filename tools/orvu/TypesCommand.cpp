@@ -125,8 +125,8 @@ std::string asTable(const std::vector<KeyDescription>& keys, const std::string& 
         std::string words;
         for (const std::string& word : key.words)
             words += (words.empty() ? ": " : ", ") + word;
-        table += padded(indent + name, 32) + (key.isRequired ? "required  " : "          ") + kindName(key.kind) + words +
-                 "\n" + asTable(key.keys, indent + "  ");
+        table += padded(indent + name, 32) + (key.isRequired ? "required  " : "          ") + kindName(key.kind) +
+                 words + "\n" + asTable(key.keys, indent + "  ");
     }
     return table;
 }
@@ -187,8 +187,10 @@ void addTypes(CLI::App& app, Chosen& chosen)
     command->add_flag("--json", options->json, "Print a JSON array instead of a table");
     addLogOption(*command, chosen);
     command->footer(
-        "Of one type: its keys in the order in which the library asks for them, those of its parts indented; whether a text\n"
-        "without the key is refused (in a part: whether the part is); what the key holds, and the words that are read.\n"
+        "Of one type: its keys in the order in which the library asks for them, those of its parts indented; whether a "
+        "text\n"
+        "without the key is refused (in a part: whether the part is); what the key holds, and the words that are "
+        "read.\n"
         "Columns of the list:\n"
         "  header   whether a text whose \"HEADER\" is the wire name is read as the type;\n"
         "           \"fallback\" is what every other text is read as\n"

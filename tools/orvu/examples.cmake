@@ -1,4 +1,4 @@
-# cmake -DSCHEMAS=FOLDER -DOUTPUT=FILE -P examples.cmake: writes the first example of each schema as a C++ table.
+# cmake -DSCHEMAS=FOLDER -DOUTPUT=FILE -P examples.cmake: writes the examples of each schema, an array, as a C++ table.
 file(GLOB schemas "${SCHEMAS}/*.schema.json")
 set(rows "")
 foreach(file IN LISTS schemas)
@@ -6,6 +6,13 @@ foreach(file IN LISTS schemas)
     string(JSON name GET "${schema}" title)
     string(JSON example ERROR_VARIABLE none GET "${schema}" examples 0)
     if(NOT none)
+        # As it is written: CMake itself would sort the keys.
+        string(FIND "${schema}" "\n  \"examples\": [\n" begin)
+        string(SUBSTRING "${schema}" ${begin} -1 example)
+        string(REGEX REPLACE "^[^[]*" "" example "${example}")
+        string(FIND "${example}" "\n  ]" end)
+        string(SUBSTRING "${example}" 0 ${end} example)
+        string(APPEND example "]")
         string(APPEND rows "    {\"${name}\", R\"json(${example})json\"},\n")
     endif()
 endforeach()
@@ -24,7 +31,7 @@ ${rows}};
 
 }  // namespace
 
-const char* exampleOf(const std::string& wireName)
+const char* examplesOf(const std::string& wireName)
 {
     for (const Example& example : kExamples)
         if (wireName == example.name) return example.text;
