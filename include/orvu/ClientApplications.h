@@ -67,7 +67,8 @@ public:
     /// Appends the id of a client to be deleted; null is ignored.
     void addAppIdToDeletion(const char* id);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the applications under "clientApplicationList", which is required; those that cannot be read are left
     /// out.
@@ -82,7 +83,7 @@ public:
 
     Service* service = nullptr;           ///< Owned; made with the message.
     std::vector<std::string> bindTokens;  ///< Neither empty texts nor duplicates come in through addToken().
-    bool fullService = true;  ///< Whether the whole service travels, or only its locator. Not changed by reading.
+    bool fullService = true;  ///< Whether the whole service is written, or only its locator. Does not travel itself.
 
     ServiceBindTokens();
     ~ServiceBindTokens() override;
@@ -97,7 +98,8 @@ public:
     bool isFullService() const { return fullService; }
     void setFullService(bool value) { fullService = value; }
 
-    /// Formatted, always with "HEADER". Switches the header flag of the service off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of the service off, for good: call its
+    /// serializeHeader(true) before you send it alone.
     char* serialize() override;
     /// Every key is optional: true for any JSON text. "serviceContextId" counts where "service" is absent. Tokens are
     /// appended.
@@ -149,7 +151,8 @@ public:
     /// Appends `service` and takes it; null is ignored.
     void addService(Service* service);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the services under "boundServices", which is required; the token stays without it.
     bool deserialize(const char* text) override;

@@ -17,6 +17,9 @@ public:
     ContentDescriptor();
     ~ContentDescriptor() override;
 
+    /// Whether every field has its default, as in one that an EventInfo read from null.
+    bool isEmpty() const { return content[0] == 0 && content[1] == 0 && content[2] == 0 && content[3] == 0; }
+
     /// Compact, never with "HEADER".
     char* serialize() override;
     /// "contentDescription" is required; a list of another length than 4 changes nothing.
@@ -33,10 +36,13 @@ public:
     int networkId = 0;
     int serviceId = 0;
     int type = 0;
-    std::string data;  ///< Written, never read back.
+    std::string data;  ///< Never read back.
 
     LinkageDescriptor();
     ~LinkageDescriptor() override;
+
+    /// Whether every field has its default, as in one that an EventInfo read from null.
+    bool isEmpty() const { return tsId == 0 && networkId == 0 && serviceId == 0 && type == 0 && data.empty(); }
 
     /// Compact, never with "HEADER".
     char* serialize() override;
@@ -64,6 +70,13 @@ public:
     HyperlinkDescriptor();
     ~HyperlinkDescriptor() override;
 
+    /// Whether every field has its default, as in one that an EventInfo read from null.
+    bool isEmpty() const
+    {
+        return type == 0 && destinationType == 0 && tsId == 0 && networkId == 0 && eventId == 0 && componentTag == 0 &&
+               moduleId == 0 && serviceId == 0 && contentId == 0 && url.empty();
+    }
+
     /// Compact, never with "HEADER".
     char* serialize() override;
     /// Every key is optional: true for any JSON text.
@@ -86,6 +99,13 @@ public:
 
     SeriesDescriptor();
     ~SeriesDescriptor() override;
+
+    /// Whether every field has its default, as in one that an EventInfo read from null.
+    bool isEmpty() const
+    {
+        return id == 0 && url == 0 && repeatLabel == 0 && programPattern == 0 && episodeNumber == 0 &&
+               lastEpisodeNumber == 0 && name.empty();
+    }
 
     /// Compact, never with "HEADER".
     char* serialize() override;
@@ -126,6 +146,9 @@ public:
     ~EventGroup() override;
     EventGroup(const EventGroup&) = delete;
     EventGroup& operator=(const EventGroup&) = delete;
+
+    /// Whether every field has its default, as in one that an EventInfo read from null.
+    bool isEmpty() const { return type == 0 && descriptors.empty(); }
 
     /// Appends `descriptor` and takes it; null is ignored.
     void addDescriptor(EventGroupDescriptor* descriptor);
@@ -194,6 +217,9 @@ public:
     ~ComponentGroup() override;
     ComponentGroup(const ComponentGroup&) = delete;
     ComponentGroup& operator=(const ComponentGroup&) = delete;
+
+    /// Whether every field has its default, as in one that an EventInfo read from null.
+    bool isEmpty() const { return type == 0 && components.empty(); }
 
     /// Appends `component` and takes it; null is ignored.
     void addComponent(ComponentGroupDescriptor* component);

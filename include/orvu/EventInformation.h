@@ -15,10 +15,11 @@ class JsonWriter;
 /// "binaryEPG"; also the element of a BinaryDataMultipart.
 class ORVU_EXPORT BinaryData : public Serializable {
 public:
-    std::string serviceContextId;     ///< Locator of the service that the table belongs to.
-    unsigned bufferSize = 0;          ///< Bytes; at most 64 MiB can be received.
-    unsigned char* buffer = nullptr;  ///< A block made by `malloc`, owned; released with `free`.
-    std::string timestamp;            ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
+    std::string serviceContextId;  ///< Locator of the service that the table belongs to.
+    unsigned bufferSize = 0;       ///< Bytes; at most 64 MiB can be received.
+    /// A block made by `malloc`, owned; released with `free`. Comes back as a block without bytes when it is null.
+    unsigned char* buffer = nullptr;
+    std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 
     /// `dataType` is one of DataTypeBinaryNIT to DataTypeBinaryEPG, or DataTypeBinaryDataMultipart for a part.
     explicit BinaryData(DataType dataType);
@@ -70,12 +71,14 @@ public:
     std::string dataContentText;
     bool hasInteractivity = false;
     std::string logoURI;
-    ContentDescriptor* contentDescription = nullptr;  ///< Owned, may be null.
-    LinkageDescriptor* linkage = nullptr;             ///< Owned, may be null.
-    HyperlinkDescriptor* hyperlink = nullptr;         ///< Owned, may be null.
-    SeriesDescriptor* series = nullptr;               ///< Owned, may be null.
-    EventGroup* eventGroup = nullptr;                 ///< Owned, may be null.
-    ComponentGroup* componentGroup = nullptr;         ///< Owned, may be null.
+    /// Owned, may be null. Comes back as four zeros, whatever it was: it is written as a list and read as an object.
+    ContentDescriptor* contentDescription = nullptr;
+    /// Owned, may be null. Comes back as an empty descriptor when it is null, as the other descriptors do: ask isEmpty().
+    LinkageDescriptor* linkage = nullptr;
+    HyperlinkDescriptor* hyperlink = nullptr;  ///< Owned, may be null. Comes back as an empty one when it is null.
+    SeriesDescriptor* series = nullptr;        ///< Owned, may be null. Comes back as an empty one when it is null.
+    EventGroup* eventGroup = nullptr;          ///< Owned, may be null. Comes back as an empty one when it is null.
+    ComponentGroup* componentGroup = nullptr;  ///< Owned, may be null. Comes back as an empty one when it is null.
 
     EventInfo();
     ~EventInfo() override;
@@ -85,7 +88,7 @@ public:
     /// Formatted. Empty texts and missing descriptors are written as null.
     char* serialize() override;
     /// Every key is optional: true for any JSON text. A descriptor that is present, null included, replaces the one
-    /// held, which is the caller's from then on.
+    /// held, which is the caller's from then on. A null key gives an empty descriptor.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };
@@ -114,7 +117,8 @@ public:
     /// Whether `a` starts before `b`, by the bytes of their `startTime`.
     static bool compare(EventInfo* a, EventInfo* b);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every event off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every event off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// "schedule" is required; its events are added to those held.
     bool deserialize(const char* text) override;

@@ -76,7 +76,8 @@ public:
     /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
     bool deserialize(const char* text) override;
@@ -108,7 +109,8 @@ public:
     /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
     bool deserialize(const char* text) override;
@@ -172,7 +174,8 @@ public:
     /// Appends `part` and takes it when it has bytes; otherwise it stays the caller's.
     void addBinaryData(BinaryData* part);
 
-    /// Formatted. Switches the header flag of every part off, for good.
+    /// Formatted. Switches the header flag of every part off, for good: call its serializeHeader(true) before you send
+    /// one alone.
     char* serialize() override;
     /// Appends the parts under "binaryDataMultipart", which is required; those without bytes are left out.
     bool deserialize(const char* text) override;

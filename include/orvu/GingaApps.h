@@ -89,7 +89,8 @@ public:
     /// Appends `app` and takes it; null is ignored.
     void addGingaApp(RestGingaApp* app);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the applications under "apps", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;

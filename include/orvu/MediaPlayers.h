@@ -23,9 +23,9 @@ public:
     Codecs* codecsSupported = nullptr;      ///< Owned; made with the player.
     std::vector<DrmSystem*> drmsSupported;  ///< Owned; deleted with the player.
     Position* pos = nullptr;                ///< Owned; made with the player.
-    int vol = 0;
-    int currTime = 0;
-    int duration = 0;
+    int vol = 0;                            ///< Volume; commands set 0 to 100.
+    int currTime = 0;                       ///< Play time, in a unit that the applications agree on.
+    int duration = 0;                       ///< Length of the media, in the same unit.
 
     MediaPlayer();
     ~MediaPlayer() override;
@@ -73,7 +73,8 @@ public:
     /// Appends `player` and takes it; null is ignored.
     void addPlayer(MediaPlayer* player);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every player off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every player off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the players under "players", which is required; those that cannot be read are left out. Throws what
     /// Position throws.
@@ -91,8 +92,8 @@ public:
     std::string* url = nullptr;  ///< What to load.
     StatusType* action = nullptr;
     Position* pos = nullptr;
-    int* vol = nullptr;  ///< 0 to 100.
-    int* currTime = nullptr;
+    int* vol = nullptr;       ///< 0 to 100.
+    int* currTime = nullptr;  ///< Play time to go to, in the unit of MediaPlayer::currTime.
 
     MediaPlayerAction();
     ~MediaPlayerAction() override;

@@ -130,7 +130,8 @@ public:
     /// Appends `node` and takes it; null is ignored.
     void addInterface(NCLNode* node);
 
-    /// Compact. Switches the header flag of every interface off, for good. At most 500 nodes deep.
+    /// Compact. Switches the header flag of every interface off, for good: call its serializeHeader(true) before you
+    /// send one alone. At most 500 nodes deep.
     char* serialize() override;
     /// Every key is optional: true for any JSON text. Interfaces are appended.
     bool deserialize(const char* text) override;
@@ -157,7 +158,8 @@ public:
     /// The nodes alone, without "HEADER" and ids; formatted. The caller releases it with `free`.
     char* serializeResponse();
 
-    /// Formatted, always with "HEADER". Switches the header flag of every node off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every node off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the nodes under "nodes", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
@@ -206,7 +208,7 @@ public:
     std::string nodeId;
     std::string propertyId;
     std::string value;
-    std::string alias;        ///< Of an import; like the next four written while `elementId` is empty.
+    std::string alias;        ///< Of an import. Written only while `elementId` is empty, as the next four.
     std::string documentURI;  ///< Of an import.
     std::string fontFamily;   ///< Of a font.
     std::string fontStyle;    ///< Of a font.

@@ -134,7 +134,7 @@ public:
     bool visible = false;
     std::string checked;             ///< "true" or "false"; empty when the item has no check state.
     std::string content;             ///< An item with content has no children on the wire.
-    std::vector<ScreenItem*> items;  ///< The children. Owned; deleted with the item.
+    std::vector<ScreenItem*> items;  ///< The children. Owned; deleted with the item. Written only without `content`.
 
     ScreenItem();
     ~ScreenItem() override;
@@ -157,7 +157,8 @@ public:
     const std::string& getContent() const { return content; }
     void setContent(const std::string& value) { content = value; }
 
-    /// Formatted. Switches the header flag of every child off, for good. At most 500 items deep.
+    /// Formatted. Switches the header flag of every child off, for good: call its serializeHeader(true) before you send
+    /// one alone. At most 500 items deep.
     char* serialize() override;
     /// Every key is optional: true for any JSON text. Children are appended; "isSelected" counts where "focused" is
     /// absent.
@@ -180,7 +181,8 @@ public:
     /// Appends `item` and takes it; null is ignored.
     void addItem(ScreenItem* item);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every item off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every item off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the items under "screen_items", which is required.
     bool deserialize(const char* text) override;

@@ -34,7 +34,7 @@ enum InputDevices : int {
     InputDevicesPointer = 2,        ///< "pointer"
     InputDevicesKeyboard = 3,       ///< "keyboard"
     InputDevicesMouse = 4,          ///< "mouse"
-    InputDevicesTouchscreen = 5,    ///< "touchscreen"
+    InputDevicesTouchscreen = 5,    ///< "touchscreen". Never read back: comes back as unknown.
     InputDevicesVoice = 6,          ///< "voice"
 };
 
@@ -60,8 +60,8 @@ public:
     static constexpr DataType kDataType =
         DataTypePos;  ///< A position's, also in what the factory makes for DataTypeBounds.
 
-    int w = -1;  ///< Pixels; -1 when not known.
-    int h = -1;  ///< Pixels; -1 when not known.
+    int w = -1;  ///< Width, in pixels in a display layer; -1 when not known.
+    int h = -1;  ///< Height, likewise.
 
     Bounds();
     Bounds(int w, int h);
@@ -72,7 +72,8 @@ public:
     int getH() const { return h; }
     void setH(int value) { h = value; }
 
-    /// Crosswise: the second argument becomes the width, the first the height.
+    /// Crosswise: the second argument becomes the width, the first the height. setValues(1920, 1080) makes a screen of 1080
+    /// by 1920; the constructor, setW() and setH() do not exchange them.
     void setValues(int h, int w);
     /// Crosswise: the width of `src` becomes the height, and the other way round; null is ignored.
     void copyValues(Bounds* src);
@@ -147,17 +148,20 @@ public:
 
     std::string manufacturer;
     std::string model;
-    std::string friendlyName;                  ///< Read, never written.
-    Bounds* physicalScreenSize = nullptr;      ///< Owned; made with the message.
+    std::string friendlyName;  ///< Never written by this library; read from peers that write it.
+    /// Owned; made with the message. The applications agree on the unit, such as pixels or millimetres.
+    Bounds* physicalScreenSize = nullptr;
     int videoRefreshRate = 0;                  ///< Hz.
     std::string reservedText;                  ///< Does not travel.
     std::vector<DisplayLayer*> displayLayers;  ///< Owned; deleted with the message.
+    /// Comes back with an unknown more for each of `dolbyVisionCodecString`, with Dolby Vision.
     std::vector<ColorimetryType> colorimetry;
     std::vector<DynamicRangeType> dynamicRange;
-    std::vector<InputDevices> inputDevices;
+    std::vector<InputDevices> inputDevices;            ///< Comes back with unknown in place of touchscreen.
     std::vector<NetworkInterface*> networkInterfaces;  ///< Owned; deleted with the message.
-    std::vector<std::string>
-        dolbyVisionCodecString;  ///< Travels behind the words of `colorimetry`, with Dolby Vision only.
+    /// Written only with Dolby Vision, behind the words of `colorimetry`. Never read back from there; read from a list of
+    /// its own, which other peers may send.
+    std::vector<std::string> dolbyVisionCodecString;
 
     PlatformCapabilities();
     ~PlatformCapabilities() override;
@@ -169,6 +173,7 @@ public:
     const std::string& getModel() const { return model; }
     void setModel(const std::string& value) { model = value; }
     const std::string& getFriendlyName() const { return friendlyName; }
+    /// Changes nothing on the wire: the name is never written.
     void setFriendlyName(const std::string& value) { friendlyName = value; }
     int getVideoRefreshRate() const { return videoRefreshRate; }
     void setVideoRefreshRate(int value) { videoRefreshRate = value; }
@@ -190,6 +195,7 @@ public:
     void addDisplayLayer(DisplayLayer* layer);
     void addColorimetryType(ColorimetryType colorimetry);
     void addDynamicRangeType(DynamicRangeType dynamicRange);
+    /// A touchscreen is written, but read as unknown.
     void addInputDevices(InputDevices device);
     /// Appends `interface` and takes it; null is ignored.
     void addNetworkInterface(NetworkInterface* interface);

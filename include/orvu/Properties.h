@@ -46,7 +46,8 @@ public:
     /// The properties alone, without "HEADER" and names; formatted. The caller releases it with `free`.
     char* serializeProperties();
 
-    /// Formatted. Switches the header flag of every property off, for good.
+    /// Formatted. Switches the header flag of every property off, for good: call its serializeHeader(true) before you
+    /// send one alone.
     char* serialize() override;
     /// Appends the properties under "nodeProperties", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
@@ -73,7 +74,8 @@ public:
     /// The properties alone, without "HEADER" and names; formatted. The caller releases it with `free`.
     char* serializeProperties();
 
-    /// Formatted. Switches the header flag of every property off, for good.
+    /// Formatted. Switches the header flag of every property off, for good: call its serializeHeader(true) before you
+    /// send one alone.
     char* serialize() override;
     /// Appends the properties under "persistent", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
@@ -111,7 +113,7 @@ class ORVU_EXPORT PersistentVariableValue : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePersistentVariableValue;
 
-    std::string value;
+    std::string value;  ///< Never written.
 
     PersistentVariableValue();
     ~PersistentVariableValue() override;

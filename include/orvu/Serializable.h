@@ -7,7 +7,7 @@ namespace Orvu {
 /// The type of a message. On the wire it travels as a word (see Serializable::dataTypeString), never as the number.
 enum DataType : unsigned int {
     DataTypeUnknown = 0,
-    DataTypeEmptyData = 1,
+    DataTypeEmptyData = 1,  ///< Never read back from a "HEADER".
     DataTypeIllegalArgument = 2,
     DataTypePlatformUnavailable = 3,
     DataTypeFormatNotSupported = 4,
@@ -25,7 +25,7 @@ enum DataType : unsigned int {
     DataTypeTableNotFound = 16,
     DataTypeCannotConnectToServer = 17,
     DataTypeBounds = 18,
-    DataTypePos = 19,
+    DataTypePos = 19,  ///< Never read back from a "HEADER".
     DataTypeServiceComponent = 20,
     DataTypeComponents = 21,
     DataTypeServiceComponentTag = 22,
@@ -49,7 +49,7 @@ enum DataType : unsigned int {
     DataTypePlatformCapabilities = 40,
     DataTypeDrmSystem = 41,
     DataTypeDrms = 42,
-    DataTypeCodecsSupported = 43,
+    DataTypeCodecsSupported = 43,  ///< Never read back from a "HEADER".
     DataTypePlayer = 44,
     DataTypePlayers = 45,
     DataTypePlayerAction = 46,
@@ -57,7 +57,7 @@ enum DataType : unsigned int {
     DataTypeNodeProperties = 48,
     DataTypePersistent = 49,
     DataTypePersistProperty = 50,
-    DataTypePersistentVariableValue = 51,
+    DataTypePersistentVariableValue = 51,  ///< Never read back from a "HEADER".
     DataTypeFile = 52,
     DataTypeDirectory = 53,
     DataTypeGingaFileList = 54,
@@ -79,15 +79,15 @@ enum DataType : unsigned int {
     DataTypeDeepLink = 70,
     DataTypeEventInfo = 71,
     DataTypeEventInfoList = 72,
-    DataTypeContentDescription = 73,
-    DataTypeLinkageDescriptor = 74,
-    DataTypeHyperlinkDescriptor = 75,
-    DataTypeSeriesDescriptor = 76,
-    DataTypeEventGroupDescriptor = 77,
-    DataTypeEventGroup = 78,
-    DataTypeComponentGroup = 79,
-    DataTypeComponentGroupDescriptor = 80,
-    DataTypeCAUnit = 81,
+    DataTypeContentDescription = 73,        ///< Never read back from a "HEADER".
+    DataTypeLinkageDescriptor = 74,         ///< Never read back from a "HEADER".
+    DataTypeHyperlinkDescriptor = 75,       ///< Never read back from a "HEADER".
+    DataTypeSeriesDescriptor = 76,          ///< Never read back from a "HEADER".
+    DataTypeEventGroupDescriptor = 77,      ///< Never read back from a "HEADER".
+    DataTypeEventGroup = 78,                ///< Never read back from a "HEADER".
+    DataTypeComponentGroup = 79,            ///< Never read back from a "HEADER".
+    DataTypeComponentGroupDescriptor = 80,  ///< Never read back from a "HEADER".
+    DataTypeCAUnit = 81,                    ///< Never read back from a "HEADER".
     DataTypeServiceBindTokens = 82,
     DataTypeServiceBindTokensList = 83,
     DataTypeServiceBoundTokenList = 84,
@@ -134,7 +134,8 @@ public:
     DataType getDataType() const { return dataType_; }
 
     /// Whether serialize() writes the "HEADER" member. True at construction. Lists and containers ignore it for
-    /// themselves and switch it off, for good, in the messages that they carry.
+    /// themselves and switch it off, for good, in the messages that they carry: a message that was once written in a list
+    /// has no "HEADER" when it is sent alone, and its receiver cannot tell its type. Call serializeHeader(true) before.
     void serializeHeader(bool on) { headerFlag_ = on; }
 
     /// The wire name of a type, "" for a value outside the catalogue. Never null; the text is static.

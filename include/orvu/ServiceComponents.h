@@ -17,14 +17,14 @@ public:
     static constexpr DataType kDataType = DataTypeServiceComponent;
 
     int streamType = -1;    ///< stream_type of the PMT.
-    int componentTag = -1;  ///< Component tag; travels as hexadecimal text.
+    int componentTag = -1;  ///< Travels as hexadecimal text. That of -1 cannot be read: reading it throws.
     int pid = -1;           ///< PID of the stream.
     std::string state;
     int streamContent = -1;          ///< stream_content of the component descriptor; travels as hexadecimal text.
     int componentType = -1;          ///< component_type of the component descriptor; travels as hexadecimal text.
     int vol = -1;                    ///< Volume.
-    std::string ISO639languageCode;  ///< Written for audio and caption tags, 0x10 to 0x37.
-    Position* pos = nullptr;         ///< Owned, may be null. Written for video tags, 0x00 to 0x0F.
+    std::string ISO639languageCode;  ///< Written only for audio and caption tags, 0x10 to 0x37.
+    Position* pos = nullptr;         ///< Owned, may be null. Written only for video tags, 0x00 to 0x0F.
     int dataComponentId = -1;        ///< data_component_id.
 
     ServiceComponent();
@@ -56,7 +56,8 @@ public:
     /// Appends `component` and takes it; null is ignored.
     void addComponent(ServiceComponent* component);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every component off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every component off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the components under "components", which is required; those that cannot be read are left out. Throws
     /// what ServiceComponent throws.
@@ -89,7 +90,7 @@ public:
     int componentTag = 0;                   ///< Component tag; a plain number here.
     StatusType action = StatusTypeUnknown;  ///< Start, pause or stop.
     Position* pos = nullptr;                ///< Owned, may be null.
-    int vol = -1;                           ///< 0 to 100; -1 when not given.
+    int vol = -1;                           ///< 0 to 100; -1 when not given. Read only from a text without a position.
     bool localAssociatedAccess = false;
 
     ServiceCompTagAction();
@@ -170,8 +171,8 @@ public:
 
     std::string handle;  ///< As in the request.
     std::string streamUrl;
-    std::string mimeType = "video/mp2t";  ///< Written, never read back.
-    int error = 0;                        ///< Written while `success` is false.
+    std::string mimeType = "video/mp2t";  ///< Never read back: keeps its default.
+    int error = 0;                        ///< Written only while `success` is false.
     bool success = false;                 ///< Does not travel.
 
     StreamPidsResponse();

@@ -46,7 +46,8 @@ public:
     /// Appends `service` and takes it; null is ignored.
     void addService(Service* service);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the services under "serviceList", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;

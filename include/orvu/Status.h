@@ -32,8 +32,8 @@ enum StatusType : int {
     StatusTypeFree = 21,               ///< "free"
     StatusTypeOccurring = 22,          ///< "occurring"
     StatusTypeSleeping = 23,           ///< "sleeping"
-    StatusTypeUninstalled = 24,        ///< "uninstalled"
-    StatusTypeRequesting = 25,         ///< "requesting"
+    StatusTypeUninstalled = 24,        ///< "uninstalled". Never read back: comes back as unknown.
+    StatusTypeRequesting = 25,         ///< "requesting". Never read back: comes back as unknown.
 };
 
 /// The state of a component. No message carries it; applications on both sides do.
@@ -48,8 +48,8 @@ enum TargetStatusType : int {
     TargetStatusTypeUnknown = 0,      ///< "unknown"
     TargetStatusTypeStart = 1,        ///< "start"
     TargetStatusTypeStop = 2,         ///< "stop"
-    TargetStatusTypeUninstalled = 3,  ///< "uninstalled"
-    TargetStatusTypeRequesting = 4,   ///< "requesting"
+    TargetStatusTypeUninstalled = 3,  ///< "uninstalled". Never read back: comes back as unknown.
+    TargetStatusTypeRequesting = 4,   ///< "requesting". Never read back: comes back as unknown.
 };
 
 /// The words of StatusType. Pure functions over static texts; any thread.

@@ -51,15 +51,15 @@ public:
 
     std::string targetId;
     std::string displayName;
-    std::string canonicalName;              ///< Written only while `writeCanonicalName` is set.
-    std::vector<TargetAppFilter*> filters;  ///< Owned; deleted with the target.
-    bool running = false;                   ///< Written, like `priority`, only while `writeRunningState` is set.
-    PriorityType priority = PriorityTypeForeground;
-    bool writeCanonicalName = false;  ///< Never set by reading.
-    bool writeRunningState = false;   ///< Never set by reading.
-    bool targetIdRead = false;        ///< A text read had a "targetId".
-    bool displayNameRead = false;     ///< A text read had a "displayName".
-    bool canonicalNameRead = false;   ///< The last "canonicalName" read was not empty.
+    std::string canonicalName;                       ///< Written only while `writeCanonicalName` is set.
+    std::vector<TargetAppFilter*> filters;           ///< Owned; deleted with the target.
+    bool running = false;                            ///< Written only while `writeRunningState` is set.
+    PriorityType priority = PriorityTypeForeground;  ///< Written only while `writeRunningState` is set.
+    bool writeCanonicalName = false;                 ///< Does not travel, so reading never sets it.
+    bool writeRunningState = false;                  ///< Does not travel, so reading never sets it.
+    bool targetIdRead = false;                       ///< Set by reading a text with "targetId".
+    bool displayNameRead = false;                    ///< Set by reading a text with "displayName".
+    bool canonicalNameRead = false;                  ///< The last "canonicalName" read was not empty.
 
     TargetApp();
     ~TargetApp() override;
@@ -97,7 +97,8 @@ public:
     /// had.
     TargetApp* clone();
 
-    /// Formatted. Switches the header flag of every filter off, for good.
+    /// Formatted. Switches the header flag of every filter off, for good: call its serializeHeader(true) before you
+    /// send one alone.
     char* serialize() override;
     /// "filters" is required, and one filter at least held afterwards; what was read before stays. Filters are
     /// appended.
@@ -115,7 +116,7 @@ public:
 
     std::string targetId;
     std::vector<TargetApp*> targets;  ///< Owned; deleted with the list.
-    bool writeCanonicalNames = true;  ///< Given to every target when the list is written.
+    bool writeCanonicalNames = true;  ///< Given to every target when the list is written. Does not travel.
 
     TargetAppList();
     ~TargetAppList() override;
@@ -130,7 +131,8 @@ public:
     /// Appends `target` and takes it; null is ignored.
     void addTargetApp(TargetApp* target);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every target off, for good.
+    /// Formatted, always with "HEADER". Switches the header flag of every target off, for good: call its
+    /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends the targets under "targetApps", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
@@ -142,14 +144,14 @@ class ORVU_EXPORT TargetAppAction : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeTargetAppAction;
 
-    std::string url;  ///< With a URL nothing else is written.
-    std::string targetId;
-    TargetStatusType action = TargetStatusTypeUnknown;
-    PriorityType priority = PriorityTypeUnknown;  ///< Never written.
-    bool urlRead = false;                         ///< A text read had a "url".
-    bool targetIdRead = false;                    ///< A text read had a "targetId".
-    bool actionRead = false;                      ///< A text read had an "action".
-    bool priorityRead = false;                    ///< A text read had a "priority".
+    std::string url;                                    ///< With a URL nothing else is written.
+    std::string targetId;                               ///< Written only without a `url`.
+    TargetStatusType action = TargetStatusTypeUnknown;  ///< Written only without a `url`.
+    PriorityType priority = PriorityTypeUnknown;        ///< Never written.
+    bool urlRead = false;                               ///< Set by reading a text with "url".
+    bool targetIdRead = false;                          ///< Set by reading a text with "targetId".
+    bool actionRead = false;                            ///< Set by reading a text with "action".
+    bool priorityRead = false;                          ///< Set by reading a text with "priority".
 
     TargetAppAction();
     ~TargetAppAction() override;
@@ -187,9 +189,9 @@ public:
     TargetStatusType action = TargetStatusTypeUnknown;
     PriorityType priority = PriorityTypeForeground;
     std::string canonicalName;
-    bool actionRead = false;         ///< A text read had an "action".
-    bool priorityRead = false;       ///< A text read had a "priority".
-    bool canonicalNameRead = false;  ///< A text read had a "canonicalName".
+    bool actionRead = false;         ///< Set by reading a text with "action".
+    bool priorityRead = false;       ///< Set by reading a text with "priority".
+    bool canonicalNameRead = false;  ///< Set by reading a text with "canonicalName".
     std::string reservedText;        ///< Does not travel.
 
     TargetAppPerformAction();

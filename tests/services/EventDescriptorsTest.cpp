@@ -201,5 +201,77 @@ TEST(AFlatDescriptor, CanBeReadFromAnyJson)
     expectReadsAnything<ComponentGroupDescriptor>();
 }
 
+template <class Descriptor>
+class ADescriptor : public testing::Test {};
+
+using Descriptors = testing::Types<ContentDescriptor, LinkageDescriptor, HyperlinkDescriptor, SeriesDescriptor,
+                                   EventGroup, ComponentGroup>;
+TYPED_TEST_SUITE(ADescriptor, Descriptors, );
+
+TYPED_TEST(ADescriptor, IsEmptyWhenNew)
+{
+    EXPECT_TRUE(TypeParam().isEmpty());
+}
+
+TYPED_TEST(ADescriptor, IsEmptyAfterReadingNull)
+{
+    TypeParam descriptor;
+    descriptor.deserialize("null");
+    EXPECT_TRUE(descriptor.isEmpty());
+}
+
+/// Whether a descriptor that read `text` is empty.
+template <class Descriptor>
+bool isEmptyAfter(const std::string& text)
+{
+    Descriptor descriptor;
+    EXPECT_TRUE(descriptor.deserialize(text.c_str())) << text;
+    return descriptor.isEmpty();
+}
+
+/// That none of these numbers leaves a descriptor empty.
+template <class Descriptor>
+void expectNotEmptyWithAnyOf(const std::vector<std::string>& keys)
+{
+    for (const std::string& key : keys)
+        EXPECT_FALSE(isEmptyAfter<Descriptor>("{\"" + key + "\": 7}")) << key;
+}
+
+TEST(AContentDescriptor, IsNotEmptyWithAnyOfItsNumbers)
+{
+    for (const std::string numbers : {"7, 0, 0, 0", "0, 7, 0, 0", "0, 0, 7, 0", "0, 0, 0, 7"})
+        EXPECT_FALSE(isEmptyAfter<ContentDescriptor>("{\"contentDescription\": [" + numbers + "]}")) << numbers;
+}
+
+TEST(ALinkageDescriptor, IsNotEmptyWithAnyOfItsFields)
+{
+    expectNotEmptyWithAnyOf<LinkageDescriptor>({"tsId", "networkId", "serviceId", "type"});
+    LinkageDescriptor descriptor;
+    descriptor.data = "0x00";
+    EXPECT_FALSE(descriptor.isEmpty());
+}
+
+TEST(AHyperlinkDescriptor, IsNotEmptyWithAnyOfItsFields)
+{
+    expectNotEmptyWithAnyOf<HyperlinkDescriptor>({"type", "destinationType", "tsId", "networkId", "eventId",
+                                                  "componentTag", "moduleId", "serviceId", "contentId"});
+    EXPECT_FALSE(isEmptyAfter<HyperlinkDescriptor>(R"({"url": "http://example.com"})"));
+}
+
+TEST(ASeriesDescriptor, IsNotEmptyWithAnyOfItsFields)
+{
+    expectNotEmptyWithAnyOf<SeriesDescriptor>(
+        {"id", "url", "repeatLabel", "programPattern", "episodeNumber", "lastEpisodeNumber"});
+    EXPECT_FALSE(isEmptyAfter<SeriesDescriptor>(R"({"name": "Novela das Oito"})"));
+}
+
+TEST(AGroup, IsNotEmptyWithATypeOrAnItem)
+{
+    EXPECT_FALSE(isEmptyAfter<EventGroup>(R"({"type": 7, "eventGroupDescriptor": []})"));
+    EXPECT_FALSE(isEmptyAfter<EventGroup>(R"({"type": 0, "eventGroupDescriptor": [{}]})"));
+    EXPECT_FALSE(isEmptyAfter<ComponentGroup>(R"({"type": 7, "componentGroupDescriptor": []})"));
+    EXPECT_FALSE(isEmptyAfter<ComponentGroup>(R"({"type": 0, "componentGroupDescriptor": [{}]})"));
+}
+
 }  // namespace
 }  // namespace OrvuTests

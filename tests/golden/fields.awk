@@ -1,0 +1,71 @@
+# Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description in
+# the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text").
+
+function quoted(text)
+{
+    gsub(/\\/, "\\\\", text)
+    gsub(/"/, "\\\"", text)
+    gsub(/^ +| +$/, "", text)
+    return "\"" text "\""
+}
+
+# Writes the row that waits for the last line of its description.
+function flush()
+{
+    if (row != "") print row ", " quoted(text) ")"
+    row = ""
+    text = ""
+}
+
+function comment(line)
+{
+    if (line !~ /\/\/\/</) return ""
+    sub(/^.*\/\/\/< ?/, "", line)
+    return line
+}
+
+# The name that a declaration of a field gives.
+function nameIn(code)
+{
+    sub(/ = .*/, "", code)
+    sub(/;.*/, "", code)
+    sub(/\[[0-9]+\]$/, "", code)
+    sub(/^.*[ *]/, "", code)
+    return code
+}
+
+/^class ORVU_EXPORT .* : public Serializable/ { owner = $3; isMessage = 1; next }
+/^enum / { owner = $2; isEnumeration = 1; next }
+/^};/ || /^(private|protected):/ { flush(); isMessage = isEnumeration = 0; above = code = "" }
+
+/^ *\/\/\/</ { text = text " " comment($0); next }
+/^    \/\/\/ / { flush(); sub(/^ *\/\/\/ /, ""); above = above " " $0; next }
+
+isEnumeration && /^    [A-Za-z0-9]+ = [0-9]+,/ {
+    flush()
+    row = "ENUMERATOR(" owner ", " $1
+    text = comment($0)
+    next
+}
+
+isMessage && /^    char\* serialize\(\) override;/ {
+    flush()
+    row = "WRITER(" owner
+    text = above
+    above = ""
+    next
+}
+
+isMessage {
+    flush()
+    line = $0
+    sub(/ *\/\/.*/, "", line)
+    code = code line
+    if (code ~ /;$/ && code !~ /[(){}]|^ *(static|using|friend|virtual) / || code ~ /^[^()]* = \{\};$/) {
+        row = "FIELD(" owner ", " nameIn(code)
+        text = above " " comment($0)
+    }
+    if (code ~ /[;}{:]$/ || line ~ /^ *$/) code = above = ""
+}
+
+END { flush() }
