@@ -168,6 +168,7 @@ void Explainer::end()
     }
     const Frame frame = std::move(frames_.back());
     frames_.pop_back();
+    if (frame.isPart && frame.value.isNull()) return;  // as good as none
     if (frame.hasFailed) explainFault(frame);
     if (detail_ == FirstFault) return;
     if (frame.isMessage && !frame.hasFailed && !frame.value.isObject()) {

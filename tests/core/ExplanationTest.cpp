@@ -114,10 +114,17 @@ TEST(AnExplanation, TellsWhichItemsOfAListAreLeftOut)
 
 TEST(AnExplanation, TellsWhatReadsAsAnEmptyPart)
 {
-    EXPECT_THAT(explained(R"({"HEADER": "eventInfo", "linkage": null, "name": null})"),
-                ElementsAre("line 1, column 36: linkage: null where an object is expected, read as an empty one"));
+    EXPECT_THAT(explained(R"({"HEADER": "eventInfo", "linkage": 5, "contentDescription": [1, 2, 3, 4]})"),
+                ElementsAre("line 1, column 36: linkage: a number where an object is expected, read as an empty one",
+                            "line 1, column 61: contentDescription: a list where an object is required"));
     EXPECT_THAT(explained(R"({"HEADER": "serviceList", "serviceList": "none"})"),
                 ElementsAre("line 1, column 42: serviceList: a text where a list is expected, read as an empty one"));
+}
+
+TEST(AnExplanation, TakesNullForNothing)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "eventInfo", "linkage": null, "contentDescription": null, "name": null})"),
+                IsEmpty());
 }
 
 TEST(AnExplanation, KnowsWhatIsReadByItsPlace)

@@ -1,9 +1,8 @@
 #include <cstdlib>
+#include <map>
 #include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
-#include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "Commands.h"
@@ -12,6 +11,7 @@
 #include "JsonText.h"
 #include "Output.h"
 #include "Types.h"
+#include "orvu/Explanation.h"
 #include "orvu/JsonAccess.h"
 #include "orvu/Serializable.h"
 
@@ -19,111 +19,138 @@ namespace OrvuTool {
 namespace {
 
 using Orvu::DataType;
+using Orvu::Explanation;
+using Orvu::Finding;
 using Orvu::Serializable;
 
 struct CheckOptions {
     std::string file;
+    bool all = false;
 };
 
-/// A message, or why there is none.
-struct Made {
-    std::unique_ptr<Serializable> message;
-    std::string fault;
-};
-
-Made madeFrom(const cJSON* tree, const std::string& text)
+std::string typeLines(const std::string& text, const Explanation& explanation)
 {
-    const cJSON* header = cJSON_GetStringItem(tree, "HEADER");
-    if (header == nullptr) return {nullptr, "no text under \"HEADER\", so nothing tells the type"};
-    const std::optional<DataType> named = typeNamed(header->valuestring);
-    if (!named) return {nullptr, "the type is unknown"};
-    const DataType mapped = Serializable::deserializeHeader(text.c_str());
-    if (mapped != *named) return {nullptr, "no header is read as this type"};
-    std::unique_ptr<Serializable> message(Serializable::factory(mapped));
-    if (!message) return {nullptr, "no message is made from this type"};
-    return {std::move(message), ""};
-}
-
-/// Why `message` does not read `text`; empty when it does.
-std::string faultOfReading(Serializable& message, const std::string& text)
-{
-    try {
-        return message.deserialize(text.c_str()) ? "" : className(message) + " refuses the text";
-    } catch (const std::logic_error& error) {  // the number conversions that some messages let pass
-        return readableName(typeid(error).name()) + " from " + error.what();
-    }
-}
-
-std::string typeLines(const cJSON* tree, const Serializable* message)
-{
-    const cJSON* header = cJSON_GetStringItem(tree, "HEADER");
-    if (header == nullptr) return "type     none\n";
+    const ParsedText parsed = parseText(text);
+    const cJSON* header = cJSON_GetStringItem(parsed.tree.get(), "HEADER");
+    if (header == nullptr) return parsed.tree ? "type     none\n" : "";
     const std::string name = header->valuestring;
     const std::string line = "type     " + (typeNamed(name) ? name : quoted(name.c_str()));
-    if (message == nullptr) return line + "\n";
-    return line + " (" + std::to_string(message->getDataType()) + "), class " + className(*message) + "\nschema   " +
-           name + ".schema.json\n";
+    const bool isOfType = name == Serializable::dataTypeString(explanation.type);
+    const std::unique_ptr<Serializable> message(isOfType ? Serializable::factory(explanation.type) : nullptr);
+    if (!message) return line + "\n";
+    return line + " (" + std::to_string(explanation.type) + "), class " + className(*message) + "\nschema   " + name +
+           ".schema.json\n";
 }
 
-std::vector<std::string> allDifferences(const ParsedText& read, const std::string& written)
+/// A line about a place of a text.
+struct PlaceLine {
+    std::string path;
+    std::string line;
+};
+
+/// The path without the numbers of items.
+std::string patternOf(const std::string& path)
 {
-    std::vector<std::string> lines = differences(read.tree.get(), parseText(written).tree.get());
-    if (!read.rest.empty()) lines.push_back("(behind the JSON): " + quoted(read.rest.c_str()) + " is not read");
+    std::string pattern;
+    for (const char c : path) {
+        const bool isNumber =
+            c >= '0' && c <= '9' && !pattern.empty() && (pattern.back() == '[' || pattern.back() == '#');
+        if (!isNumber) pattern += c;
+        if (isNumber && pattern.back() == '[') pattern += '#';
+    }
+    return pattern;
+}
+
+/// One line for all places that differ only in the numbers of items, in the order of the first of each.
+std::string grouped(const std::vector<PlaceLine>& places)
+{
+    std::vector<std::pair<const PlaceLine*, std::size_t>> groups;
+    std::map<std::string, std::size_t> groupOf;
+    for (const PlaceLine& place : places) {
+        const auto [found, isNew] = groupOf.emplace(patternOf(place.path), groups.size());
+        if (isNew) groups.emplace_back(&place, 0);
+        ++groups[found->second].second;
+    }
+    std::string lines;
+    for (const auto& [first, count] : groups) {
+        const std::string others = count > 1 ? "  (" + std::to_string(count) + " such places)" : "";
+        lines += "\n  " + first->line + others;
+    }
     return lines;
 }
 
-int tellDifferences(const ParsedText& read, const std::string& written, Output& output)
+/// Whether the text reads, and what that meets.
+std::string readLines(const Explanation& explanation)
 {
-    const std::vector<std::string> lines = allDifferences(read, written);
-    if (lines.empty()) {
-        output.write("written  the same content, laid out differently\n");
-        return ExitOk;
-    }
-    std::string report =
-        "written  with " + std::to_string(lines.size()) + (lines.size() > 1 ? " differences" : " difference");
-    for (const std::string& line : lines)
-        report += "\n  " + line;
-    output.write(report + "\n\n" + written + "\n");
-    return ExitDiffers;
+    const std::vector<Finding>& findings = explanation.findings;
+    std::string lines = explanation.isRead ? "read     yes" : "read     no: " + toString(findings.front());
+    if (explanation.isRead && !findings.empty()) lines += ", but:";
+    std::vector<PlaceLine> others;
+    for (std::size_t i = explanation.isRead ? 0 : 1; i < findings.size(); ++i)
+        others.push_back({findings[i].path + "\n" + findings[i].message, toString(findings[i])});
+    lines += grouped(others);
+    if (explanation.further != 0) lines += "\n  and " + std::to_string(explanation.further) + " more";
+    return lines + "\n";
 }
 
-int tellWriting(Serializable& message, const ParsedText& read, const std::string& text, Output& output)
+std::string listOf(const std::string& title, const std::vector<Difference>& differences)
 {
-    char* const written = message.serialize();
+    if (differences.empty()) return "";
+    std::vector<PlaceLine> places;
+    for (const Difference& difference : differences)
+        places.push_back({difference.path, difference.path + ": " + difference.what});
+    return title + std::to_string(differences.size()) + grouped(places) + "\n";
+}
+
+std::string defaultsOf(const Differences& found, bool all)
+{
+    if (found.added.empty()) return "";
+    if (all) return listOf("added    ", found.added);
+    return "added    " + std::to_string(found.added.size()) + (found.added.size() == 1 ? " default" : " defaults") +
+           "; --all lists what was added\n";
+}
+
+int tellDifferences(const ParsedText& read, const std::string& written, bool all, Output& output)
+{
+    Differences found = differences(read.tree.get(), parseText(written).tree.get());
+    if (!read.rest.empty()) found.lost.push_back({"(behind the JSON)", quoted(read.rest.c_str())});
+    const bool isLess = !found.lost.empty() || !found.changed.empty();
+    std::string report = isLess                ? "written  not the same content\n"
+                         : found.added.empty() ? "written  the same content, laid out differently\n"
+                                               : "written  the same content, and more\n";
+    report += listOf("lost     ", found.lost) + listOf("changed  ", found.changed) + defaultsOf(found, all);
+    if (all) report += "\n" + written + "\n";
+    output.write(report);
+    return isLess ? ExitDiffers : ExitOk;
+}
+
+int tellWriting(const std::string& text, DataType type, bool all, Output& output)
+{
+    const std::unique_ptr<Serializable> message(Serializable::factory(type));
+    message->deserialize(text.c_str());
+    char* const written = message->serialize();
     if (written == nullptr) {
         output.write("written  no: the message cannot be written\n");
         return ExitDiffers;
     }
     const std::string copy = written;
     std::free(written);
-    if (copy != text) return tellDifferences(read, copy, output);
+    if (copy != text) return tellDifferences(parseText(text), copy, all, output);
     output.write("written  the same text\n");
     return ExitOk;
 }
 
-int refused(const std::string& fault, Output& output)
+int checkText(const std::string& text, bool all, Output& output)
 {
-    output.write("read     no: " + fault + "\n");
-    return ExitRefused;
-}
-
-int checkText(const std::string& text, Output& output)
-{
-    const ParsedText parsed = parseText(text);
-    if (!parsed.tree) return refused("the text " + parsed.fault, output);
-    const Made made = madeFrom(parsed.tree.get(), text);
-    output.write(typeLines(parsed.tree.get(), made.message.get()));
-    if (!made.message) return refused(made.fault, output);
-    const std::string fault = faultOfReading(*made.message, text);
-    if (!fault.empty()) return refused(fault, output);
-    output.write("read     yes\n");
-    return tellWriting(*made.message, parsed, text, output);
+    const Explanation explanation = Orvu::explain(text.c_str());
+    output.write(typeLines(text, explanation) + readLines(explanation));
+    return explanation.isRead ? tellWriting(text, explanation.type, all, output) : ExitRefused;
 }
 
 int check(const CheckOptions& options, Output& output)
 {
     const Input input = readInput(options.file);
-    if (input.fault.empty()) return checkText(input.text, output);
+    if (input.fault.empty()) return checkText(input.text, options.all, output);
     complain(options.file + ": " + input.fault);
     return ExitNoInput;
 }
@@ -137,14 +164,17 @@ void addCheck(CLI::App& app, Chosen& chosen)
     command->add_option("FILE", options->file, "The file with the text; - is standard input")
         ->required()
         ->type_name("");
+    command->add_flag("--all", options->all, "List the defaults, too, and print the text that is written");
     addLogOption(*command, chosen);
     command->footer(
-        "Prints the type with the name of its JSON Schema, whether the text reads, and what the message that was read\n"
-        "writes: the same text, the same content laid out differently, or each difference followed by the written "
-        "text.\n"
+        "Prints the type with the name of its JSON Schema; whether the text reads, why not, and what reading it meets, "
+        "each\n"
+        "with its line and column; then what the message that was read writes: what of the text is lost, what is "
+        "changed,\n"
+        "and how many defaults are added.\n"
         "Exit codes:\n"
-        "  0   the text reads, and what is written says the same\n"
-        "  1   the text reads, but what is written differs\n"
+        "  0   the text reads, and nothing of it is lost or changed\n"
+        "  1   the text reads, but something is lost or changed\n"
         "  2   the text does not read\n"
         "  64  wrong arguments\n"
         "  66  FILE cannot be read, or holds a NUL byte\n"

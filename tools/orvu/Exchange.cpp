@@ -64,7 +64,8 @@ std::size_t lossesIn(const std::string& received, const std::string& written)
 {
     const ParsedText came = parseText(received);
     const ParsedText kept = parseText(written);
-    return countLosses(came.tree.get(), kept.tree.get()) + (came.rest.empty() ? 0 : 1);
+    const Differences found = differences(came.tree.get(), kept.tree.get());
+    return found.lost.size() + found.changed.size() + (came.rest.empty() ? 0 : 1);
 }
 
 void tellLosses(const std::string& received, const std::string& written)

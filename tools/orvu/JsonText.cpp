@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 namespace OrvuTool {
 namespace {
@@ -48,6 +49,23 @@ std::string memberPath(const std::string& path, const char* key)
     return path.empty() ? key : path + "." + key;
 }
 
+/// Whether nothing is said: zero, an empty text, false, null, and what holds only such values.
+bool isEmpty(const cJSON* item)
+{
+    if (cJSON_IsNumber(item)) return item->valuedouble == 0;
+    if (cJSON_IsString(item)) return *item->valuestring == '\0';
+    if (cJSON_IsTrue(item)) return false;
+    for (const cJSON* child = item->child; child != nullptr; child = child->next)
+        if (!isEmpty(child)) return false;
+    return true;
+}
+
+/// Whether a null became an object that says nothing.
+bool isDefault(const cJSON* read, const cJSON* written)
+{
+    return cJSON_IsNull(read) && cJSON_IsObject(written) && isEmpty(written);
+}
+
 /// Walks two trees side by side and collects where they differ.
 class Comparison {
 public:
@@ -58,11 +76,11 @@ public:
         else if (cJSON_IsArray(read) && cJSON_IsArray(written))
             compareItems(path, read->child, written->child);
         else if (!cJSON_Compare(read, written, true))
-            add(path, compact(read) + " becomes " + compact(written));
+            add(isDefault(read, written) ? found.added : found.changed, path,
+                compact(read) + " becomes " + compact(written));
     }
 
-    std::vector<std::string> lines;
-    std::size_t additions = 0;  // among the lines
+    Differences found;
 
 private:
     void compareMembers(const std::string& path, const cJSON* read, const cJSON* written)
@@ -88,14 +106,12 @@ private:
     void compareOrMiss(const std::string& path, const cJSON* read, const cJSON* written)
     {
         if (read != nullptr && written != nullptr) return compare(path, read, written);
-        if (read != nullptr) return add(path, compact(read) + " is not written");
-        ++additions;
-        add(path, compact(written) + " is added");
+        read != nullptr ? add(found.lost, path, compact(read)) : add(found.added, path, compact(written));
     }
 
-    void add(const std::string& path, const std::string& what)
+    static void add(std::vector<Difference>& differences, const std::string& path, const std::string& what)
     {
-        lines.push_back((path.empty() ? "(the whole text)" : path) + ": " + what);
+        differences.push_back({path.empty() ? "(the whole text)" : path, what});
     }
 };
 
@@ -202,18 +218,11 @@ std::string pretty(const cJSON* tree)
     return out;
 }
 
-std::vector<std::string> differences(const cJSON* read, const cJSON* written)
+Differences differences(const cJSON* read, const cJSON* written)
 {
     Comparison comparison;
     comparison.compare("", read, written);
-    return comparison.lines;
-}
-
-std::size_t countLosses(const cJSON* read, const cJSON* written)
-{
-    Comparison comparison;
-    comparison.compare("", read, written);
-    return comparison.lines.size() - comparison.additions;
+    return std::move(comparison.found);
 }
 
 }  // namespace OrvuTool

@@ -30,11 +30,19 @@ std::string quoted(const char* text);
 /// The same JSON laid out for reading, two blanks a level, without a line feed at the end.
 std::string pretty(const cJSON* tree);
 
-/// How `written` differs from `read`, one line for each place, such as `services[2].serviceName: "A" becomes "B"`. The order
-/// of members does not count.
-std::vector<std::string> differences(const cJSON* read, const cJSON* written);
+/// A place where a text and what was written of it differ, such as "services[2].serviceName", and how, such as
+/// `"A" becomes "B"`.
+struct Difference {
+    std::string path;
+    std::string what;
+};
 
-/// How many of these places are lost or changed: what `written` only adds, such as a default, does not count.
-std::size_t countLosses(const cJSON* read, const cJSON* written);
+/// All of them; the order of members does not count.
+struct Differences {
+    std::vector<Difference> lost;     ///< In the text alone.
+    std::vector<Difference> changed;  ///< Other values.
+    std::vector<Difference> added;    ///< In what was written alone, or in the place of a null: defaults.
+};
+Differences differences(const cJSON* read, const cJSON* written);
 
 }  // namespace OrvuTool
