@@ -43,8 +43,10 @@ function scrollerOf(item) {
     return getComputedStyle(list).overflowY === "auto" ? list : document.scrollingElement;
 }
 
+// What stands fixed at the top of the page, over its messages, takes the page's scroll padding.
 function viewOf(scroller) {
-    return scroller === document.scrollingElement ? { top: 0, bottom: innerHeight } : scroller.getBoundingClientRect();
+    if (scroller !== document.scrollingElement) return scroller.getBoundingClientRect();
+    return { top: parseFloat(getComputedStyle(scroller).scrollPaddingTop) || 0, bottom: innerHeight };
 }
 
 function nextIn(direction) {
