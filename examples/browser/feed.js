@@ -121,11 +121,14 @@ export class Feed {
     }
 
     #showWhyEmpty(shown) {
-        const { empty } = this.#parts;
-        empty.hidden = shown > 0;
-        if (this.#isPaused && this.#waiting.length > 0) empty.textContent = "Paused. What came since then is not shown yet.";
-        else if (this.#filter.kind !== null) empty.textContent = `No message of the type ${this.#filter.kind} is left.`;
-        else empty.textContent = this.#wasCleared ? this.#why.cleared : this.#why.empty;
+        this.#parts.empty.hidden = shown > 0;
+        this.#parts.empty.textContent = this.#reasonToBeEmpty();
+    }
+
+    #reasonToBeEmpty() {
+        if (this.#isPaused && this.#waiting.length > 0) return "Paused. What came since then is not shown yet.";
+        if (this.#filter.kind !== null) return `No message of the type ${this.#filter.kind} is left.`;
+        return this.#wasCleared ? this.#why.cleared : this.#why.empty;
     }
 
     #showNewerCount(shown) {

@@ -1,5 +1,5 @@
-// The choice of one type of messages: a button that opens a row of buttons, one for each type that has come. No <select>:
-// its list takes the arrow keys of a remote control for itself.
+// The choice of one type of messages: a button that opens a row of buttons, one for each type that has come. It is not
+// a <select>, whose list takes the arrow keys of a remote control for itself.
 
 const kMostKinds = 100;
 

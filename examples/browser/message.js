@@ -40,7 +40,8 @@ function copyButton({ text }, copy) {
 
 function head(message, number) {
     const { header, size, time } = message;
-    const clock = made("time", "", `${time.toTimeString().slice(0, 8)}.${String(time.getMilliseconds()).padStart(3, "0")}`);
+    const milliseconds = String(time.getMilliseconds()).padStart(3, "0");
+    const clock = made("time", "", `${time.toTimeString().slice(0, 8)}.${milliseconds}`);
     clock.dateTime = time.toISOString();
     const bytes = made("span", "size", `${size.toLocaleString("en")} ${size === 1 ? "byte" : "bytes"}`);
     const kind = made("span", header ? "kind" : "kind none", kindOf(message));

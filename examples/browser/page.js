@@ -125,6 +125,6 @@ element("toggle").addEventListener("click", () => (push.state === "closed" ? ope
 element("send").addEventListener("input", showRoom);
 element("send").addEventListener("submit", sendText);
 setInterval(showCountdown, 250);
-moveFocusWithArrows();
+moveFocusWithArrows(element("newer"));
 feed.explain("Not attached: choose a receiver to see what it pushes.");
 attachAsAddressed();

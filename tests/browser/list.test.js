@@ -1,7 +1,8 @@
 import assert from "node:assert/strict";
 import { describe, it } from "node:test";
 
-import { body, context, focused, kTelephone, message, page, press, reopenOn, server, site } from "./stage.js";
+import { body, context, focused, kTelephone, kTelevision, message, page, press, reopenOn, server, site }
+    from "./stage.js";
 import { openPage, untilState } from "./support.js";
 
 const kSmall = { ...kTelephone, viewport: { width: 360, height: 740 } };
@@ -120,6 +121,18 @@ describe("A pause", () => {
         assert.deepEqual(await shownKinds(), ["first", "before"]);
     });
 
+    it("says so when the list was cleared meanwhile", async () => {
+        await push("before");
+        await untilReceived(1);
+        await button("Pause").click();
+        await button("Clear").click();
+        await push("first");
+        await untilNewer(1);
+        assert.equal(await words("empty"), "Paused. What came since then is not shown yet.");
+        await button("Go on").click();
+        assert.deepEqual(await shownKinds(), ["first"]);
+    });
+
     it("keeps the last 200", async () => {
         await push("before");
         await untilReceived(1);
@@ -232,4 +245,19 @@ describe("The arrow keys", () => {
         await press("ArrowLeft");
         assert.match(await focused(), /^second/);
     });
+
+    for (const [name, screen] of [["television", kTelevision], ["telephone", kSmall]]) {
+        it(`reach the newer messages from wherever the list is read, on a ${name}`, async () => {
+            await reopenOn(screen);
+            await push(...Array(30).fill("first"));
+            await untilReceived(30);
+            await message(25).locator("summary").focus();
+            await push("second");
+            await untilNewer(1);
+            await press("ArrowRight");
+            assert.equal(await focused(), "1 newer");
+            await press("Enter");
+            assert.match(await focused(), /^second/);
+        });
+    }
 });

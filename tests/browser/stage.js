@@ -1,5 +1,5 @@
-// What each test of the page has: a push server, and the page on a television, attached to it. Whoever imports this gets
-// it before each of its tests, and a failure where the page complained.
+// What each test of the page has: a push server, and the page on a television, attached to it. Tests that import this
+// get it anew each time, and fail where the page complained.
 import assert from "node:assert/strict";
 import { after, afterEach, before, beforeEach } from "node:test";
 
