@@ -62,7 +62,8 @@ def check_itself():
     """The search must find what there is to find, and nothing else."""
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        (folder / "a.md").write_text("# A *b* `c()`\n[1](b.md) `[2](no.md)` [3](#a-b-c) [4](#no) [5](b.md#b-1) [6](../)\n"
+        (folder / "a.md").write_text("# A *b* `c()`\n"
+                                     "[1](b.md) `[2](no.md)` [3](#a-b-c) [4](#no)\n[5](b.md#b-1) [6](../)\n"
                                      "```\n# No\n[7](no.md)\n```\n[8](https://example.org/x) [9](no.html)\n")
         (folder / "b.md").write_text("# B\n## B\n")
         (folder / "c.html").write_text('<a href="a.md"></a><script src="no.js"></script>')

@@ -1,5 +1,5 @@
-# Configures the preset install of the tree SOURCE in the folder BUILD, without every package that a build of the library
-# can do without, and looks at what would be built; then, WITH_CLI11, whether the tool is built, too.
+# Configures the preset install of the tree SOURCE in the folder BUILD, without every package that a build of the
+# library can do without, and looks at what would be built; then, WITH_CLI11, whether the tool is built, too.
 file(REMOVE_RECURSE ${BUILD})
 
 # configure(OPTIONS...): leaves in `said` what configuring prints, and in `steps` what would be done.

@@ -1,11 +1,11 @@
 #!/bin/sh
-# reference.sh HTML_FOLDER: whether the API reference opens with a table of the messages, and lists each reader of a message
-# once.
+# reference.sh HTML_FOLDER: whether the API reference opens with a table of the messages, and lists each reader of a
+# message once.
 set -eu
 cd "$1"
 
 # By two names of families and two of messages.
-for text in 'Service components' 'orvu/PairingScreens.h' 'classOrvu_1_1ServiceList.html' 'classOrvu_1_1PinScreen.html'; do
+for text in 'Service components' orvu/PairingScreens.h classOrvu_1_1ServiceList.html classOrvu_1_1PinScreen.html; do
     grep -qF "$text" index.html || { echo "The first page lacks $text"; exit 1; }
 done
 
