@@ -1,5 +1,5 @@
 # What `cmake --install` puts in place: the library, its headers, the CMake package, the pkg-config file, the
-# schemas and the papers.
+# schemas, the pages and the examples with the browser module. The tool installs itself.
 include(CMakePackageConfigHelpers)
 
 set(ORVU_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Orvu)
@@ -20,6 +20,8 @@ configure_file(cmake/orvu.pc.in orvu.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvu.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(DIRECTORY schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/orvu FILES_MATCHING PATTERN "*.schema.json")
-install(FILES LICENSE README.md CHANGELOG.md docs/protocol.md docs/messages.md docs/reliability.md
-              docs/shutting-down.md
-        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The pages link each other and the examples: they keep their places to each other.
+install(FILES LICENSE README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md" PATTERN reference.md EXCLUDE)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -16,6 +16,10 @@ function isPlain(line)
            line ~ ("^    (explicit )?" owner "\\([^()]*\\)(;| : .*\\{\\})$")
 }
 
+# Doxygen would copy the base's functions into the class and list them beside those that override them. An empty line
+# stays, so that the others keep their numbers.
+/^ +using Serializable::deserialize;/ { print ""; previous = ""; next }
+
 /^(class|struct) / {
     owner = $0
     sub(/( final)?( :.*|;| \{)$/, "", owner)

@@ -4,9 +4,12 @@ cd "$(dirname "$0")/.." || exit
 
 JOBS=$(nproc)
 
-# What the library, its tools and its tests are built with.
-BUILD_PACKAGES=(cmake ninja-build ccache g++ pkg-config binutils libcjson-dev libgtest-dev libgmock-dev libcli11-dev
-                libssl-dev android-liblog-dev doxygen)
+# What the library and its tool are built with.
+INSTALL_PACKAGES=(cmake ninja-build g++ libcjson-dev libcli11-dev)
+
+# What its tests are built with, too.
+BUILD_PACKAGES=("${INSTALL_PACKAGES[@]}" ccache pkg-config binutils libgtest-dev libgmock-dev libssl-dev
+                android-liblog-dev doxygen)
 
 # What the tests need beside it: the validator of the schemas, and a browser that a program drives.
 TEST_PACKAGES=(python3-jsonschema chromium)

@@ -6,14 +6,15 @@ const kDirections = { ArrowUp: "up", ArrowDown: "down", ArrowLeft: "left", Arrow
 // Where the focus was: what had it may since have been hidden.
 let place = null;
 
-export function moveFocusWithArrows() {
+/** To the left and right of everything lies `beside`, while it is shown: what floats over the page, for one. */
+export function moveFocusWithArrows(beside) {
     document.addEventListener("focusin", ({ target }) => (place = target.getBoundingClientRect()));
     document.addEventListener("keydown", (event) => {
         const direction = kDirections[event.key];
         if (!direction || event.altKey || event.ctrlKey || event.metaKey || event.shiftKey) return;
         if (isForTheCaret(event.target, direction)) return;
         event.preventDefault();
-        if (!scrollsOn(document.activeElement, direction)) nextIn(direction)?.focus();
+        if (!scrollsOn(document.activeElement, direction)) nextIn(direction, beside)?.focus();
     });
 }
 
@@ -43,17 +44,21 @@ function scrollerOf(item) {
     return getComputedStyle(list).overflowY === "auto" ? list : document.scrollingElement;
 }
 
+// What stands fixed at the top of the page, over its messages, takes the page's scroll padding.
 function viewOf(scroller) {
-    return scroller === document.scrollingElement ? { top: 0, bottom: innerHeight } : scroller.getBoundingClientRect();
+    if (scroller !== document.scrollingElement) return scroller.getBoundingClientRect();
+    return { top: parseFloat(getComputedStyle(scroller).scrollPaddingTop) || 0, bottom: innerHeight };
 }
 
-function nextIn(direction) {
+function nextIn(direction, beside) {
     const all = [...document.querySelectorAll(kFocusable)].filter(canHaveFocus);
     const active = document.activeElement;
     const from = all.includes(active) ? active.getBoundingClientRect() : place;
     if (!from) return all[0];
     const ways = all.map((one) => ({ one, way: wayTo(one.getBoundingClientRect(), from, direction) }));
-    return ways.filter(({ way }) => way < Infinity).sort((a, b) => a.way - b.way)[0]?.one;
+    const nearest = ways.filter(({ way }) => way < Infinity).sort((a, b) => a.way - b.way)[0]?.one;
+    const isUpright = direction === "up" || direction === "down";
+    return nearest ?? (!isUpright && canHaveFocus(beside) ? beside : undefined);
 }
 
 function canHaveFocus(one) {

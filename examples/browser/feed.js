@@ -1,102 +1,147 @@
 // The list of messages, the newest first. The newest stands open, the others as the reader left them.
+import { copyText } from "./clipboard.js";
+import { TypeFilter } from "./filter.js";
+import { entry, kindOf } from "./message.js";
 
 const kMostMessages = 200;
-const kMostCharacters = 20000;
 
-// What formatted JSON is coloured by: a text with what tells a key, a word, a number.
-const kTokens = /("(?:\\.|[^"\\])*")(\s*:)?|\b(?:true|false|null)\b|-?\d+(?:\.\d+)?(?:[eE][+-]?\d+)?/g;
+const numberOf = (item) => Number(item.dataset.number);
 
 export class Feed {
-    #list;
-    #empty;
-    #count;
-    #clear;
+    #parts;
+    #filter;
     #received = 0;
+    #isPaused = false;
+    #waiting = [];      // came during the pause: [message, number], the oldest first
+    #seen = 0;          // the number of the newest message that was in sight
+    #opened = null;     // the newest message, while it stands open only because it is the newest
+    #why = { empty: "", cleared: "" };
+    #wasCleared = false;
 
-    /** Fills `list`; shows `empty` while nothing is in it, how much came in `count`; `clear` empties it. */
-    constructor(list, empty, count, clear) {
-        this.#list = list;
-        this.#empty = empty;
-        this.#count = count;
-        this.#clear = clear;
-        clear.addEventListener("click", () => this.#removeAll());
+    /** `parts` are the page's elements: list, empty, count, newer, filter, types, pause and clear. */
+    constructor(parts) {
+        this.#parts = parts;
+        this.#filter = new TypeFilter(parts.filter, parts.types, () => this.#applyFilter());
+        parts.clear.addEventListener("click", () => this.#removeAll());
+        parts.pause.addEventListener("click", () => this.#pause(!this.#isPaused));
+        parts.newer.addEventListener("click", () => this.#showNewer());
+        for (const scroller of [parts.list, document]) scroller.addEventListener("scroll", () => this.#show());
     }
 
     add(message) {
-        const before = this.#list.firstElementChild?.firstElementChild;
-        if (before && !before.dataset.chosen) before.open = false;
-        this.#list.prepend(entry(message));
-        if (this.#list.childElementCount > kMostMessages) this.#list.lastElementChild.remove();
         this.#received += 1;
-        this.#showCount();
+        this.#filter.offer(kindOf(message));
+        if (this.#isPaused) this.#keep(message, this.#received);
+        else this.#insert(message, this.#received);
+        this.#show();
+    }
+
+    /** Why the list is empty; once the reader has cleared it, `cleared` is shown instead. */
+    explain(empty, cleared = empty) {
+        this.#why = { empty, cleared };
+        this.#show();
+    }
+
+    #keep(message, number) {
+        this.#waiting.push([message, number]);
+        if (this.#waiting.length > kMostMessages) this.#waiting.shift();
+    }
+
+    #insert(message, number) {
+        const { list } = this.#parts;
+        const item = entry(message, number, copyText);
+        item.hidden = !this.#filter.lets(item.dataset.kind);
+        if (!item.hidden) this.#openInstead(item.firstElementChild);
+        list.prepend(item);
+        if (list.childElementCount > kMostMessages) list.lastElementChild.remove();
+    }
+
+    #openInstead(details) {
+        if (this.#opened && !this.#opened.dataset.chosen) this.#opened.open = false;
+        this.#opened = details;
+        details.open = true;
+    }
+
+    #insertWaiting() {
+        for (const [message, number] of this.#waiting.splice(0)) this.#insert(message, number);
+    }
+
+    #pause(isPaused) {
+        this.#isPaused = isPaused;
+        this.#parts.pause.textContent = isPaused ? "Go on" : "Pause";
+        if (!isPaused) this.#insertWaiting();
+        this.#show();
+    }
+
+    // What is shown during a pause stays: the pause goes on.
+    #showNewer() {
+        this.#insertWaiting();
+        const first = this.#shown()[0];
+        first?.scrollIntoView({ block: "start" });
+        first?.querySelector("summary").focus({ preventScroll: true });
+        this.#show();
+    }
+
+    #applyFilter() {
+        for (const item of this.#parts.list.children) item.hidden = !this.#filter.lets(item.dataset.kind);
+        const first = this.#shown()[0];
+        if (first) this.#openInstead(first.firstElementChild);
+        this.#show();
     }
 
     #removeAll() {
-        this.#list.replaceChildren();
+        this.#parts.list.replaceChildren();
+        this.#waiting = [];
         this.#received = 0;
-        this.#showCount();
+        this.#seen = 0;
+        this.#opened = null;
+        this.#wasCleared = true;
+        this.#filter.forget();
+        this.#show();
     }
 
-    #showCount() {
-        const shown = this.#list.childElementCount;
-        this.#empty.hidden = shown > 0;
-        this.#clear.hidden = shown === 0;
-        const rest = this.#received > shown ? ` received, the last ${shown} shown` : " received";
-        this.#count.textContent = shown > 0 ? this.#received.toLocaleString("en") + rest : "";
+    #shown() {
+        return [...this.#parts.list.children].filter((item) => !item.hidden);
     }
-}
 
-function entry(message) {
-    const details = made("details");
-    const body = made("pre", "body");
-    const summary = made("summary", "", head(message), made("span", "preview", preview(message)));
-    summary.addEventListener("click", () => (details.dataset.chosen = "yes"));
-    details.append(summary, body);
-    // Written out when it is first seen: most messages of a busy receiver never are.
-    details.addEventListener("toggle", () => details.open && !body.firstChild && body.append(...written(message)));
-    details.open = true;
-    return made("li", "", details);
-}
-
-function head({ header, json, size, time }) {
-    const kind = header ?? (json === undefined ? "text" : "JSON");
-    const clock = made("time", "", time.toTimeString().slice(0, 8));
-    clock.dateTime = time.toISOString();
-    const bytes = made("span", "size", `${size.toLocaleString("en")} ${size === 1 ? "byte" : "bytes"}`);
-    return made("span", "head", made("span", header ? "kind" : "kind none", kind), bytes, clock);
-}
-
-// One line: the content without the type, which stands above it.
-function preview({ header, json, text }) {
-    const { HEADER, ...rest } = header === undefined ? {} : json;
-    const words = header === undefined ? text : JSON.stringify(rest);
-    return words.slice(0, 400).replace(/\s+/g, " ") || "(empty)";
-}
-
-function written({ text, json }) {
-    const whole = json === undefined ? text : JSON.stringify(json, null, 2);
-    const shown = whole.slice(0, kMostCharacters);
-    const parts = json === undefined ? [shown] : coloured(shown);
-    const left = whole.length - shown.length;
-    if (left > 0) parts.push(made("span", "rest", `\n… ${left} more characters`));
-    return parts;
-}
-
-function coloured(text) {
-    const parts = [];
-    let end = 0;
-    for (const match of text.matchAll(kTokens)) {
-        const [whole, words, colon = ""] = match;
-        const kind = words ? (colon ? "key" : "words") : "value";
-        parts.push(text.slice(end, match.index), made("span", kind, words ?? whole), colon);
-        end = match.index + whole.length;
+    #show() {
+        const shown = this.#shown();
+        this.#showCount(shown.length);
+        this.#showWhyEmpty(shown.length);
+        this.#showNewerCount(shown);
+        this.#parts.clear.hidden = this.#received === 0;
+        this.#parts.pause.hidden = this.#received === 0 && !this.#isPaused;
     }
-    return [...parts, text.slice(end)];
-}
 
-function made(tag, className, ...children) {
-    const element = document.createElement(tag);
-    if (className) element.className = className;
-    element.append(...children);
-    return element;
+    #showCount(shown) {
+        const received = `${this.#isPaused ? "Paused: " : ""}${this.#received.toLocaleString("en")} received`;
+        const isCut = this.#filter.kind === null && !this.#isPaused;
+        const rest = isCut ? `, the last ${shown} shown` : `, ${shown} shown`;
+        this.#parts.count.textContent = this.#received === 0 ? "" : received + (shown < this.#received ? rest : "");
+    }
+
+    #showWhyEmpty(shown) {
+        this.#parts.empty.hidden = shown > 0;
+        this.#parts.empty.textContent = this.#reasonToBeEmpty();
+    }
+
+    #reasonToBeEmpty() {
+        if (this.#isPaused && this.#waiting.length > 0) return "Paused. What came since then is not shown yet.";
+        if (this.#filter.kind !== null) return `No message of the type ${this.#filter.kind} is left.`;
+        return this.#wasCleared ? this.#why.cleared : this.#why.empty;
+    }
+
+    #showNewerCount(shown) {
+        if (shown.length > 0 && this.#isInSight(shown[0])) this.#seen = Math.max(this.#seen, numberOf(shown[0]));
+        const unseen = shown.filter((item) => numberOf(item) > this.#seen).length;
+        const count = unseen + this.#waiting.filter(([message]) => this.#filter.lets(kindOf(message))).length;
+        this.#parts.newer.hidden = count === 0;
+        this.#parts.newer.textContent = `${count} newer`;
+    }
+
+    #isInSight(item) {
+        const { top, bottom } = item.getBoundingClientRect();
+        const list = this.#parts.list.getBoundingClientRect();
+        return bottom > Math.max(0, list.top) && top < Math.min(innerHeight, list.bottom);
+    }
 }

@@ -11,12 +11,33 @@ const kStateNames = {
     lost: "Connection lost",
 };
 
+// What an empty list means: before anything came, and after the reader has cleared it.
+const kWhyEmpty = {
+    closed: ["This page is detached: what the receiver pushes does not arrive here."],
+    connecting: ["Connecting to the receiver. Nothing can arrive yet."],
+    attached: [
+        "Attached, but the receiver has pushed nothing yet. What it pushes appears here, the newest first.",
+        "You cleared the list. What the receiver pushes next appears here.",
+    ],
+    "refused-or-unreachable": ["Nothing can arrive: the receiver refuses this page, or cannot be reached."],
+    lost: ["Nothing can arrive: the connection is lost."],
+};
+
 const kToggleNames = { closed: "Attach", attached: "Detach" };
 
 const element = (id) => document.getElementById(id);
 const textField = element("send").elements.namedItem("text");
 const sendButton = element("send").querySelector("button");
-const feed = new Feed(element("messages"), element("empty"), element("count"), element("clear"));
+const feed = new Feed({
+    list: element("messages"),
+    empty: element("empty"),
+    count: element("count"),
+    newer: element("newer"),
+    filter: element("filter"),
+    types: element("types"),
+    pause: element("pause"),
+    clear: element("clear"),
+});
 let push = null;
 
 function attachAsAddressed() {
@@ -49,6 +70,9 @@ function open() {
 function showState({ state, description }) {
     element("status").dataset.state = state;
     element("state").textContent = kStateNames[state];
+    element("state-brief").textContent = kStateNames[state];
+    document.body.dataset.state = state;
+    feed.explain(...kWhyEmpty[state]);
     element("said").textContent = description;
     document.title = `${kStateNames[state]} – Orvu push`;
     element("detail").textContent = "";
@@ -101,5 +125,6 @@ element("toggle").addEventListener("click", () => (push.state === "closed" ? ope
 element("send").addEventListener("input", showRoom);
 element("send").addEventListener("submit", sendText);
 setInterval(showCountdown, 250);
-moveFocusWithArrows();
+moveFocusWithArrows(element("newer"));
+feed.explain("Not attached: choose a receiver to see what it pushes.");
 attachAsAddressed();

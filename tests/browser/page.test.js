@@ -1,64 +1,19 @@
 import assert from "node:assert/strict";
-import { after, afterEach, before, beforeEach, describe, it } from "node:test";
+import { describe, it } from "node:test";
 
-import { PushServer, examples, openAttachedPage, servePage, startBrowser, untilState } from "./support.js";
-
-const kTelevision = { viewport: { width: 1920, height: 1080 } };
-const kTelephone = { viewport: { width: 390, height: 844 }, isMobile: true, hasTouch: true };
-
-let site;
-let browser;
-let context;
-let server;
-let page;
-let complaints;
-
-async function openOn(screen) {
-    context = await browser.newContext({ timezoneId: "America/Sao_Paulo", reducedMotion: "reduce", ...screen });
-    page = await openAttachedPage(context, site, server);
-    page.on("console", (message) => isComplaint(message) && complaints.push(message.text()));
-    page.on("pageerror", (error) => complaints.push(error.message));
-}
-
-// The browser itself tells of every attempt that failed.
-const isComplaint = (message) => message.type() === "error" && !message.text().startsWith("WebSocket connection to");
-const message = (number) => page.locator("#messages li").nth(number);
-const body = (number) => message(number).locator(".body");
-const press = (...keys) => keys.reduce((before, key) => before.then(() => page.keyboard.press(key)), Promise.resolve());
-const focused = () => page.evaluate(() => {
-    const { activeElement } = document;
-    return (activeElement.closest("li") ?? activeElement).innerText;
-});
-
-before(async () => {
-    site = await servePage();
-    browser = await startBrowser();
-});
-
-after(async () => {
-    await browser?.close();
-    site?.close();
-});
-
-beforeEach(async () => {
-    complaints = [];
-    server = await PushServer.start();
-    await openOn(kTelevision);
-});
-
-afterEach(async () => {
-    await context.close();
-    assert.equal(await server.quit(), 0);
-    assert.deepEqual(complaints, []);
-});
+import { body, complaints, focused, kTelephone, kTelevision, message, page, press, reopenOn, server, site }
+    from "./stage.js";
+import { examples, untilState } from "./support.js";
 
 describe("A pushed message on the page", () => {
-    it("appears with its type, size, time and content", async () => {
+    it("appears with its name, type, number, size, time and content", async () => {
         await server.push('{"HEADER":"currentService","serviceName":"Televisão","serviceId":7,"free":true}');
         await body(0).locator(".key").nth(3).waitFor();
         assert.equal(await message(0).locator(".kind").innerText(), "currentService");
+        assert.equal(await message(0).locator(".name").innerText(), "Televisão");
+        assert.equal(await message(0).locator(".number").innerText(), "#1");
         assert.equal(await message(0).locator(".size").innerText(), "80 bytes");
-        assert.match(await message(0).locator("time").innerText(), /^\d\d:\d\d:\d\d$/);
+        assert.match(await message(0).locator("time").innerText(), /^\d\d:\d\d:\d\d\.\d\d\d$/);
         assert.ok(Math.abs(Date.parse(await message(0).locator("time").getAttribute("datetime")) - Date.now()) < 60000);
         assert.equal(await body(0).innerText(),
             '{\n  "HEADER": "currentService",\n  "serviceName": "Televisão",\n  "serviceId": 7,\n  "free": true\n}');
@@ -242,15 +197,13 @@ describe("The page", () => {
     it("opened as a file says what it needs", async () => {
         await page.goto(new URL("index.html", examples).href);
         await page.locator("#no-script", { hasText: "serve this folder" }).waitFor();
-        complaints = [];
+        complaints.length = 0;
     });
 
     for (const [name, screen] of [["television", kTelevision], ["telephone", kTelephone],
         ["small telephone", { ...kTelephone, viewport: { width: 320, height: 640 } }]]) {
         it(`fits the width of a ${name}`, async () => {
-            await context.close();
-            await server.restart();
-            await openOn(screen);
+            await reopenOn(screen);
             await server.push({ HEADER: "rtkChangeComponentStatus", aKeyWithoutAnyBlank: "x".repeat(500) });
             await body(0).filter({ hasText: "aKeyWithoutAnyBlank" }).waitFor();
             const [content, window] = await page.evaluate(() => [document.documentElement.scrollWidth, innerWidth]);
@@ -272,9 +225,7 @@ describe("The page", () => {
         const television = await sizes();
         isAtLeast(television, { type: 24, control: 64 });
         assert.equal(television.columns, 2);
-        await context.close();
-        await server.restart();
-        await openOn(kTelephone);
+        await reopenOn(kTelephone);
         const telephone = await sizes();
         isAtLeast(telephone, { type: 16, control: 44 });
         assert.equal(telephone.columns, 1);
@@ -290,7 +241,7 @@ describe("The page", () => {
         assert.match(await focused(), /^first/);
         await press("Enter");
         await body(1).filter({ hasText: '"first"' }).waitFor();
-        await press("ArrowUp", "ArrowUp");
+        await press("ArrowUp", "ArrowUp", "ArrowRight", "ArrowRight");
         assert.equal(await focused(), "Clear");
         await press("Enter");
         await page.locator("#empty").waitFor();

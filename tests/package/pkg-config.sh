@@ -9,7 +9,7 @@ pc=$(dirname "$(find "$prefix" -name orvu.pc)")
 export PKG_CONFIG_PATH="$pc"
 folder=$sources/build-pkg-config
 mkdir -p "$folder"
-for program in receiver client; do
+for program in receiver client publisher; do
     # shellcheck disable=SC2046 # words, as pkg-config means them
     "$compiler" -std=c++17 "$@" "$sources/$program.cpp" -o "$folder/$program" $(pkg-config --cflags --libs orvu)
 done
