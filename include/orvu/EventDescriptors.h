@@ -17,7 +17,7 @@ public:
     ContentDescriptor();
     ~ContentDescriptor() override;
 
-    /// Whether every field has its default, as in one that an EventInfo read from null.
+    /// Whether every field has its default, as in a descriptor that was read from null.
     bool isEmpty() const { return content[0] == 0 && content[1] == 0 && content[2] == 0 && content[3] == 0; }
 
     /// Compact, never with "HEADER".
@@ -41,7 +41,7 @@ public:
     LinkageDescriptor();
     ~LinkageDescriptor() override;
 
-    /// Whether every field has its default, as in one that an EventInfo read from null.
+    /// Whether every field has its default, as in a descriptor that was read from null.
     bool isEmpty() const { return tsId == 0 && networkId == 0 && serviceId == 0 && type == 0 && data.empty(); }
 
     /// Compact, never with "HEADER".
@@ -70,7 +70,7 @@ public:
     HyperlinkDescriptor();
     ~HyperlinkDescriptor() override;
 
-    /// Whether every field has its default, as in one that an EventInfo read from null.
+    /// Whether every field has its default, as in a descriptor that was read from null.
     bool isEmpty() const
     {
         return type == 0 && destinationType == 0 && tsId == 0 && networkId == 0 && eventId == 0 && componentTag == 0 &&
@@ -100,7 +100,7 @@ public:
     SeriesDescriptor();
     ~SeriesDescriptor() override;
 
-    /// Whether every field has its default, as in one that an EventInfo read from null.
+    /// Whether every field has its default, as in a descriptor that was read from null.
     bool isEmpty() const
     {
         return id == 0 && url == 0 && repeatLabel == 0 && programPattern == 0 && episodeNumber == 0 &&
@@ -147,7 +147,7 @@ public:
     EventGroup(const EventGroup&) = delete;
     EventGroup& operator=(const EventGroup&) = delete;
 
-    /// Whether every field has its default, as in one that an EventInfo read from null.
+    /// Whether every field has its default, as in a descriptor that was read from null.
     bool isEmpty() const { return type == 0 && descriptors.empty(); }
 
     /// Appends `descriptor` and takes it; null is ignored.
@@ -218,7 +218,7 @@ public:
     ComponentGroup(const ComponentGroup&) = delete;
     ComponentGroup& operator=(const ComponentGroup&) = delete;
 
-    /// Whether every field has its default, as in one that an EventInfo read from null.
+    /// Whether every field has its default, as in a descriptor that was read from null.
     bool isEmpty() const { return type == 0 && components.empty(); }
 
     /// Appends `component` and takes it; null is ignored.

@@ -73,7 +73,7 @@ public:
     std::string logoURI;
     /// Owned, may be null. Comes back as four zeros, whatever it was: it is written as a list and read as an object.
     ContentDescriptor* contentDescription = nullptr;
-    /// Owned, may be null. Comes back as an empty descriptor when it is null, as the other descriptors do: ask isEmpty().
+    /// Owned, may be null. Comes back as an empty descriptor when it is null, as the next four do: ask isEmpty().
     LinkageDescriptor* linkage = nullptr;
     HyperlinkDescriptor* hyperlink = nullptr;  ///< Owned, may be null. Comes back as an empty one when it is null.
     SeriesDescriptor* series = nullptr;        ///< Owned, may be null. Comes back as an empty one when it is null.
@@ -101,8 +101,8 @@ public:
     std::string serviceContextId;    ///< Locator of the service.
     EventInfo* present = nullptr;    ///< Owned, may be null.
     EventInfo* following = nullptr;  ///< Owned, may be null.
-    /// Owned, sorted by `startTime`; deleted with the list. The applications decide whether the present and the following
-    /// event are among them.
+    /// Owned, sorted by `startTime`; deleted with the list. The applications decide whether `present` and `following` are
+    /// in it, too.
     std::vector<EventInfo*> schedule;
     std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 

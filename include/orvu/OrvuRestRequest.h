@@ -13,7 +13,7 @@ class Socket;
 /// One received request: the message, and the connection on which it is answered, once.
 ///
 /// The application owns it from the callback on: it answers with sendResponse(), from any thread and whenever it likes, and
-/// deletes the request. A request that it kept can be answered after OrvuRestInterface::destroyInstance(), too. Answering
+/// deletes the request. It can answer a request that it kept after OrvuRestInterface::destroyInstance(), too. Answering
 /// and deleting from different threads do not interleave.
 class ORVU_EXPORT OrvuRestRequest {
 public:

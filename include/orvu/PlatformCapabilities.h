@@ -72,8 +72,8 @@ public:
     int getH() const { return h; }
     void setH(int value) { h = value; }
 
-    /// Crosswise: the second argument becomes the width, the first the height. setValues(1920, 1080) makes a screen of 1080
-    /// by 1920; the constructor, setW() and setH() do not exchange them.
+    /// Crosswise: the second argument becomes the width, the first the height. setValues(1920, 1080) makes bounds of
+    /// 1080 by 1920. The constructor, setW() and setH() do not exchange them.
     void setValues(int h, int w);
     /// Crosswise: the width of `src` becomes the height, and the other way round; null is ignored.
     void copyValues(Bounds* src);
@@ -154,13 +154,13 @@ public:
     int videoRefreshRate = 0;                  ///< Hz.
     std::string reservedText;                  ///< Does not travel.
     std::vector<DisplayLayer*> displayLayers;  ///< Owned; deleted with the message.
-    /// Comes back with an unknown more for each of `dolbyVisionCodecString`, with Dolby Vision.
+    /// Comes back with one more unknown for each `dolbyVisionCodecString` that was written.
     std::vector<ColorimetryType> colorimetry;
     std::vector<DynamicRangeType> dynamicRange;
     std::vector<InputDevices> inputDevices;            ///< Comes back with unknown in place of touchscreen.
     std::vector<NetworkInterface*> networkInterfaces;  ///< Owned; deleted with the message.
-    /// Written only with Dolby Vision, behind the words of `colorimetry`. Never read back from there; read from a list of
-    /// its own, which other peers may send.
+    /// Written only with Dolby Vision, after the words of `colorimetry`. Never read back from there, but from a list of its
+    /// own, which other peers may send.
     std::vector<std::string> dolbyVisionCodecString;
 
     PlatformCapabilities();

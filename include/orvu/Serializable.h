@@ -134,8 +134,8 @@ public:
     DataType getDataType() const { return dataType_; }
 
     /// Whether serialize() writes the "HEADER" member. True at construction. Lists and containers ignore it for
-    /// themselves and switch it off, for good, in the messages that they carry: a message that was once written in a list
-    /// has no "HEADER" when it is sent alone, and its receiver cannot tell its type. Call serializeHeader(true) before.
+    /// themselves and switch it off, for good, in the messages that they carry: a message that was once written in a
+    /// list has no "HEADER" when you send it alone, and its receiver cannot tell its type. Switch it on again before.
     void serializeHeader(bool on) { headerFlag_ = on; }
 
     /// The wire name of a type, "" for a value outside the catalogue. Never null; the text is static.

@@ -9,8 +9,8 @@ namespace Orvu {
 /// Service locators: the dotted text that messages carry as "serviceContextId", such as "1840.1840.01", or one of the
 /// keywords "current-service" and "all-services". Pure functions; any thread.
 ///
-/// A locator is `firstId`, a dot, `secondId`, a dot, and the service's two digits: its type (0, 8, 16 or 24) and its number
-/// (1 to 8). The applications decide what the two ids are; we recommend the original network id and the transport stream id.
+/// A locator is `firstId`, a dot, `secondId`, a dot, the service's type (0, 8, 16 or 24) and its number (1 to 8). The
+/// applications decide what the two ids are; the examples use the original network id and the transport stream id.
 class ORVU_EXPORT ServiceContext {
 public:
     /// What a locator says. All numbers are 0 unless `valid` is set and the text was no keyword.
@@ -25,8 +25,8 @@ public:
     };
 
     /// The locator of a service. Its third part is made of `serviceId`: bits 3 and 4, not shifted, followed without a
-    /// separator by bits 0 to 2 plus one. 58880 gives "01", 58881 "02", 58889 "82" and 58904 "241". parse() accepts only
-    /// the first three: a service whose bits 3 and 4 are 16 or 24 has a third part of three digits.
+    /// separator by bits 0 to 2 plus one. 58880 gives "01", 58881 "02", 58889 "82" and 58904 "241". parse() does not
+    /// accept the last one: a service of type 16 or 24 has a third part of three digits.
     static std::string generateStringId(unsigned firstId, unsigned secondId, unsigned serviceId);
 
     /// Reads a locator or keyword. Numbers are read as `atoi` reads them (saturating at the ends of 32 bits); what is not

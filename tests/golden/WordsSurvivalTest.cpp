@@ -6,7 +6,8 @@
 #include "golden/Marks.h"
 #include "orvu/Orvu.h"
 
-/// The words that the library writes and does not read back: their values must say so in their descriptions in the headers.
+/// The words that the library writes and does not read back: their values must say so in their descriptions in the
+/// headers.
 
 namespace OrvuTests {
 namespace {

@@ -1,5 +1,5 @@
-# Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description in
-# the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text").
+# Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description
+# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text").
 
 function quoted(text)
 {
