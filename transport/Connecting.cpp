@@ -36,6 +36,10 @@ std::optional<in_addr> resolved(const std::string& host, int& error)
 {
     in_addr address;
     if (inet_pton(AF_INET, host.c_str(), &address) == 1) return address;
+    if (isIPv6(host)) {  // which some systems would ask a name server for
+        error = EAFNOSUPPORT;
+        return std::nullopt;
+    }
     std::vector<char> room(1024);
     hostent entry;
     hostent* found = nullptr;
@@ -43,7 +47,7 @@ std::optional<in_addr> resolved(const std::string& host, int& error)
     while (gethostbyname_r(host.c_str(), &entry, room.data(), room.size(), &found, &reason) == ERANGE)
         room.resize(2 * room.size());
     if (!found || found->h_addrtype != AF_INET || !found->h_addr_list[0]) {
-        error = isIPv6(host) ? EAFNOSUPPORT : errorOfLookup(found ? NO_DATA : reason);
+        error = errorOfLookup(found ? NO_DATA : reason);
         return std::nullopt;
     }
     std::memcpy(&address, found->h_addr_list[0], sizeof address);

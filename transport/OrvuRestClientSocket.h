@@ -54,7 +54,7 @@ public:
     /// The same with an empty request of `type`. Null as well for a type that the factory cannot make.
     Serializable* sendRequest(DataType type);
 
-    /// The same two, which fill `report`; a report that is smaller than its first version is not touched.
+    /// Both with a report, which is filled unless it is smaller than its first version.
     Serializable* sendRequest(Serializable* request, ExchangeReport& report);
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 

@@ -97,10 +97,13 @@ public:
     /// cannot make.
     Serializable* sendRequest(DataType type);
 
-    /// The same two functions, which also fill `report` (see orvu/ExchangeReport.h): where the exchange ended and why,
-    /// whether the request may have arrived, how long each step took, and what came back. They fill it whatever they
-    /// return. When its `size` is too small, they write a log line, do not touch the report, and send all the same.
+    /// Sends one request as sendRequest(Serializable*) does, and fills `report` (see orvu/ExchangeReport.h): where the
+    /// exchange ended and why, whether the request may have arrived, how long each step took, and what came back. It
+    /// fills it whatever it returns. When its `size` is too small, it writes a log line, does not touch the report, and
+    /// sends all the same.
     Serializable* sendRequest(Serializable* request, ExchangeReport& report);
+
+    /// The same with an empty request of `type`.
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 
     /// Wakes every exchange of sendRequest() and configureClient() in flight, on whichever thread: it ends as when the

@@ -51,7 +51,9 @@ void expectTruth(const ExchangeReport& report, bool isConfigured, const std::str
 {
     const ExchangePhase phase = report.phase;
     EXPECT_EQ(phase == ExchangePhaseAnswered, answer == "serviceSelection");
-    EXPECT_EQ(phase >= ExchangePhaseNoPeer && phase <= ExchangePhaseNotConnected, answer == "cannotConnectToServer");
+    if (answer == "cannotConnectToServer") {
+        EXPECT_TRUE(phase >= ExchangePhaseNoPeer && phase <= ExchangePhaseNotConnected) << "phase " << phase;
+    }
     EXPECT_EQ(phase >= ExchangePhaseNoAnswer, report.sentBytes == 4 + kRequest.size());
     EXPECT_EQ(report.mayHaveArrived, report.sentBytes > 0);
     const bool isOfMessages = phase == ExchangePhaseNothingToSend || phase == ExchangePhaseAnswerNotUnderstood;
