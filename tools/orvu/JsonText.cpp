@@ -56,11 +56,11 @@ public:
         else if (cJSON_IsArray(read) && cJSON_IsArray(written))
             compareItems(path, read->child, written->child);
         else if (!cJSON_Compare(read, written, true))
-            add(path, compact(read) + " becomes " + compact(written));
+            lose(path, read, " becomes " + compact(written));
     }
 
     std::vector<std::string> lines;
-    std::size_t additions = 0;  // among the lines
+    std::size_t losses = 0;  // among the lines
 
 private:
     void compareMembers(const std::string& path, const cJSON* read, const cJSON* written)
@@ -86,9 +86,14 @@ private:
     void compareOrMiss(const std::string& path, const cJSON* read, const cJSON* written)
     {
         if (read != nullptr && written != nullptr) return compare(path, read, written);
-        if (read != nullptr) return add(path, compact(read) + " is not written");
-        ++additions;
+        if (read != nullptr) return lose(path, read, " is not written");
         add(path, compact(written) + " is added");
+    }
+
+    void lose(const std::string& path, const cJSON* read, const std::string& how)
+    {
+        if (!cJSON_IsNull(read)) ++losses;  // there is nothing in a null
+        add(path, compact(read) + how);
     }
 
     void add(const std::string& path, const std::string& what)
@@ -135,7 +140,7 @@ std::size_t countLosses(const cJSON* read, const cJSON* written)
 {
     Comparison comparison;
     comparison.compare("", read, written);
-    return comparison.lines.size() - comparison.additions;
+    return comparison.losses;
 }
 
 }  // namespace OrvuTool

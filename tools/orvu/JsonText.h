@@ -34,7 +34,8 @@ std::string pretty(const cJSON* tree);
 /// of members does not count.
 std::vector<std::string> differences(const cJSON* read, const cJSON* written);
 
-/// How many of these places are lost or changed: what `written` only adds, such as a default, does not count.
+/// How many of these places are lost or changed. What `written` only adds does not count, such as a default, or an
+/// object in the place of a null.
 std::size_t countLosses(const cJSON* read, const cJSON* written);
 
 }  // namespace OrvuTool
