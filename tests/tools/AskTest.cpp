@@ -91,7 +91,7 @@ TEST(Asking, PrintsExactlyTheTextThatCameWhenTheWireIsToBeShown)
 
 TEST(Asking, SaysHowMuchWasLostInReading)
 {
-    const std::string service = R"({"HEADER":"currentService","serviceName":7,"serviceId":1,"more":null,"other":[{}]})";
+    const std::string service = R"({"HEADER":"currentService","serviceName":7,"serviceId":1,"more":true,"other":[{}]})";
     Peer peer([&] { return frame(service); });
     const Ended ended = run(asking("currentService", peer.portText()));
     EXPECT_EQ(ended.err, "orvu: 3 things were lost in reading; --wire shows the text that came\n");

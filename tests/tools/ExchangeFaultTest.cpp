@@ -132,5 +132,11 @@ TEST(Losses, AreNotWhatIsAdded)
     EXPECT_EQ(losses(R"({"a":[],"e":1})", R"({"b":0,"a":[{}],"c":{"d":null}})"), 1U);
 }
 
+TEST(Losses, AreNotWhatTakesThePlaceOfANull)
+{
+    EXPECT_EQ(losses(R"({"a":null,"b":null})", R"({"a":{"c":0}})"), 0U);
+    EXPECT_EQ(losses(R"({"a":{"c":0}})", R"({"a":null})"), 1U);
+}
+
 }  // namespace
 }  // namespace OrvuTests

@@ -6,8 +6,8 @@
 
 namespace OrvuTool {
 
-/// Why an exchange with `host`:`port` did not come to an answer, in one line. Empty when it did. The report has the text
-/// that came.
+/// Why an exchange with `host`:`port` did not come to an answer, in one line; empty when it did. The report needs a
+/// `receivedText`.
 std::string faultOfExchange(const Orvu::ExchangeReport& report, const std::string& host, int port);
 
 /// Whether the request never got as far as a connection.
