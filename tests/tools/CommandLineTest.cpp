@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
                     Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
                     Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"},
-                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--answers", "/"},
+                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--port", "9000"},
                     Words{"serve", "-1", "--answers", "/"}, Words{"serve", "65536", "--answers", "/"},
                     Words{"serve", "web", "--answers", "/"}, Words{"serve", "9000", "--answers"},
                     Words{"serve", "9000", "--answers", "/", "--listen"}, Words{"push"}, Words{"push", "tcp"},
@@ -80,7 +80,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"push", "tcp", "--ports", "9000-9010", "more"}, Words{"watch"}, Words{"watch", "localhost"},
                     Words{"watch", "localhost", "0"}, Words{"watch", "localhost", "65536"},
                     Words{"watch", "localhost", "web"}, Words{"watch", "localhost", "9000", "more"},
-                    Words{"watch", "localhost", "9000", "--every", "1"}));
+                    Words{"watch", "localhost", "9000", "--every", "1"},
+                    Words{"serve", "9000", "--port", "9000", "--answers", "/"},
+                    Words{"serve", "9000", "--answers", "/", "--delay", "-1"},
+                    Words{"serve", "9000", "--answers", "/", "--close", "-1"},
+                    Words{"serve", "9000", "--answers", "/", "--close", "101"},
+                    Words{"serve", "9000", "--answers", "/", "--cut", "half"},
+                    Words{"serve", "9000", "--answers", "/", "--cut", "51", "--close", "50"},
+                    Words{"serve", "9000", "--answers", "/", "--seed", "x"}));
 
 using Unknown = std::pair<Words, const char*>;
 

@@ -32,6 +32,9 @@ inline void addLogOption(CLI::App& app, Chosen& chosen)
         ->type_name("none|stderr|syslog");
 }
 
+/// Whom the commands talk to when no host is named.
+constexpr char kThisDevice[] = "127.0.0.1";
+
 /// A TCP port that can be asked for; without a remark of its own in the help.
 inline CLI::Validator isPort()
 {
@@ -48,7 +51,7 @@ inline std::string faultOfAddress(const std::string& text)
 /// For the commands that listen. `address` stays empty without the option.
 inline void addListenOption(CLI::App& app, std::string& address)
 {
-    app.add_option("--listen", address, "The address of this device to listen on (default: every interface)")
+    app.add_option("--listen,--host", address, "The address of this device to listen on (default: every interface)")
         ->type_name("ADDRESS")
         ->check(CLI::Validator(faultOfAddress, ""));
 }

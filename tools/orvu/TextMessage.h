@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -8,6 +9,15 @@
 #include "orvu/Serializable.h"
 
 namespace OrvuTool {
+
+/// The text that `message` writes; empty when it cannot be written.
+inline std::string writtenText(Orvu::Serializable& message)
+{
+    char* const text = message.serialize();
+    const std::string copy = text != nullptr ? text : "";
+    std::free(text);
+    return copy;
+}
 
 /// A message that goes out as a text given beforehand, byte for byte.
 class TextMessage : public Orvu::Serializable {
