@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "ExitCode.h"
 #include "LineSource.h"
 #include "Output.h"
+#include "Port.h"
 #include "orvu/OrvuRestInterface.h"
 
 namespace OrvuTool {
@@ -38,30 +38,20 @@ struct PortRange {
     int last;
 };
 
-std::optional<int> portIn(const std::string& text)
-{
-    int port = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, port);
-    if (error != std::errc() || rest != end || port < 0 || port > 65535) return std::nullopt;
-    return port;
-}
-
 std::optional<PortRange> rangeIn(const std::string& text)
 {
     const std::size_t hyphen = text.find('-');
-    if (hyphen == std::string::npos) return std::nullopt;
     const std::optional<int> first = portIn(text.substr(0, hyphen));
-    const std::optional<int> last = portIn(text.substr(hyphen + 1));
+    const std::optional<int> last = hyphen == std::string::npos ? first : portIn(text.substr(hyphen + 1));
     if (!first || !last || *first > *last) return std::nullopt;
     if (*first == 0 && *last != 0) return std::nullopt;  // no other one would ever be tried
     return PortRange{*first, *last};
 }
 
-/// Why `text` is no range of ports; empty when it is one.
+/// Why `text` is neither a port nor a range of ports; empty when it is.
 std::string faultOfRange(const std::string& text)
 {
-    return rangeIn(text) ? "" : text + " is no range of ports from 1 to 65535, such as 9000-9010";
+    return rangeIn(text) ? "" : text + " is not a port or a range of ports from 1 to 65535, such as 9000 or 9000-9010";
 }
 
 /// A push server, and where its results are told.
@@ -114,7 +104,9 @@ std::unique_ptr<SocketServerInfo> opened(const PushOptions& options)
     library.setSocketsPortsRange(ports.first, ports.last);
     std::unique_ptr<SocketServerInfo> server(library.createServer(options.protocol));
     if (server && server->error == 0) return server;
-    complain("no port of " + options.ports + " is available" + onAddress(options.address));
+    const bool isRange = options.ports.find('-') != std::string::npos;
+    complain((isRange ? "no port of " + options.ports + " is" : "port " + options.ports + " is not") + " available" +
+             onAddress(options.address));
     return nullptr;
 }
 
@@ -165,10 +157,10 @@ void addPush(CLI::App& app, Chosen& chosen)
         ->type_name("")
         ->check(CLI::IsMember({"tcp", "websocket"}).description(""));
     command
-        ->add_option("--ports", options->ports,
-                     "The server gets the first of these that is free; 0-0 is one of the system's choice")
+        ->add_option("--ports,--port", options->ports,
+                     "The port, or a range of which the first free one is taken; 0 for one of the system's choice")
         ->required()
-        ->type_name("MIN-MAX")
+        ->type_name("PORT|MIN-MAX")
         ->check(CLI::Validator(faultOfRange, ""));
     addListenOption(*command, options->address);
     command->add_option("--file", options->file, "Where the lines come from, instead of standard input")
@@ -184,7 +176,7 @@ void addPush(CLI::App& app, Chosen& chosen)
         "  0   all lines were pushed, or Ctrl-C, SIGTERM or SIGHUP came\n"
         "  64  wrong arguments\n"
         "  66  FILE cannot be read, has a line above 64 MiB, or with --every holds no line\n"
-        "  69  no port of the range is available, or ADDRESS is not this device's\n"
+        "  69  no port of those named is available, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (lines were pushed all the same)");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return push(*options, output); }; });
