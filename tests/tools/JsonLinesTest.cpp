@@ -238,5 +238,26 @@ TEST(AnyStream, LosesNothingButWhiteSpace)
     }
 }
 
+TEST(JsonLinesWithABeginning, PutItBeforeEachLine)
+{
+    JsonLines lines(16);
+    std::string shown;
+    lines.startLinesWith("1> ");
+    lines.add("{ }[1] hello", shown);
+    lines.startLinesWith("2> ");
+    lines.add(", world\n[\"", shown);
+    lines.startLinesWith("3> ");
+    lines.add("a\"]", shown);
+    lines.add("\"longer than sixteen bytes\" 1", shown);
+    lines.finish(shown);
+    EXPECT_EQ(shown,
+              "1> {}\n"
+              "1> [1]\n"
+              "1>  hello, world\n"
+              "3> [\"a\"]\n"
+              "3> \"longer than sixteen bytes\"\n"
+              "3> 1\n");
+}
+
 }  // namespace
 }  // namespace OrvuTests

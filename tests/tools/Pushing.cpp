@@ -140,6 +140,16 @@ std::vector<std::string> watching(int port, const std::string& protocol, const s
     return orvu(arguments);
 }
 
+std::string watchingLine(int port)
+{
+    return "orvu: watching 127.0.0.1:" + std::to_string(port) + ", until Ctrl-C\n";
+}
+
+std::string closedLine(int port)
+{
+    return "orvu: 127.0.0.1:" + std::to_string(port) + " closed the connection\n";
+}
+
 std::string shownAfterwards(const std::string& out)
 {
     std::size_t at = 0;

@@ -69,6 +69,11 @@ private:
 /// The arguments of `orvu watch` for a port of this machine and a protocol.
 std::vector<std::string> watching(int port, const std::string& protocol, const std::vector<std::string>& options = {});
 
+/// What a watcher over TCP or a WebSocket says on standard error once it is connected to a port of this machine.
+std::string watchingLine(int port);
+/// What it says when the publisher has pushed something and then closes the connection.
+std::string closedLine(int port);
+
 /// What a watcher showed behind the lines "[]" that it was waited for with.
 std::string shownAfterwards(const std::string& out);
 

@@ -56,7 +56,7 @@ TEST_F(AWebSocketWatcher, ReadsAnswerAndFramesWhereverTheyAreCut)
     const Ended ended = watcher_.wait();
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, "{\"a\":1}\n12\n34\n{\"b\":2}\n");
-    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.err, watchingLine(server_.port()) + closedLine(server_.port()));
 }
 
 TEST_F(AWebSocketWatcher, ReadsFramesThatComeWithTheAnswer)
@@ -101,7 +101,7 @@ TEST_F(AWebSocketWatcher, AnswersTheServersGoodBye)
     const Ended ended = watcher_.wait();
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, "1\n");
-    EXPECT_EQ(ended.err, "");
+    EXPECT_EQ(ended.err, watchingLine(server_.port()) + closedLine(server_.port()));
 }
 
 TEST_F(AWebSocketWatcher, EndsAtCtrlCDuringTheHandshake)
@@ -120,7 +120,8 @@ TEST_F(AWebSocketWatcher, SaysWhenAServerClosesTheConnection)
     const Ended ended = watcher_.wait();
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err, fault(server_, "it closes the connection, perhaps since somebody else watches"));
+    EXPECT_EQ(ended.err,
+              fault(server_, "it closes the connection; perhaps somebody else watches, or it is not a WebSocket port"));
 }
 
 TEST_F(AWebSocketWatcher, SaysWhenAServerAnswersOtherwise)
@@ -168,7 +169,8 @@ TEST_F(AWebSocketWatcher, SaysWhenAServerSendsWhatIsNoFrame)
     const Ended ended = watcher_.wait();
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "[1]\n");
-    EXPECT_EQ(ended.err, fault(server_, "it sends what is no frame of a WebSocket"));
+    EXPECT_EQ(ended.err,
+              watchingLine(server_.port()) + fault(server_, "it sends something that is not a WebSocket frame"));
 }
 
 TEST(AWebSocketPublisher, RefusesASecondWatcher)
@@ -180,7 +182,8 @@ TEST(AWebSocketPublisher, RefusesASecondWatcher)
     EXPECT_EQ(second.code, 3);
     EXPECT_EQ(second.out, "");
     EXPECT_EQ(second.err, "orvu: 127.0.0.1:" + publisher.portText() +
-                              " cannot be watched: it closes the connection, perhaps since somebody else watches\n");
+                              " cannot be watched: it closes the connection; perhaps somebody else watches, or it is "
+                              "not a WebSocket port\n");
     publisher.push("{\"n\":1}");
     EXPECT_TRUE(first.waitForOutput("{\"n\":1}\n"));
 }

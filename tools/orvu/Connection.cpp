@@ -10,6 +10,15 @@ namespace {
 
 constexpr std::chrono::seconds kConnectTime(5);
 
+addrinfo* resolved(const std::string& host, const char* port, int family)
+{
+    addrinfo hints{};
+    hints.ai_family = family;
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    return getaddrinfo(host.c_str(), port, &hints, &found) == 0 ? found : nullptr;
+}
+
 int pendingError(int fd)
 {
     int error = 0;
@@ -17,18 +26,31 @@ int pendingError(int fd)
     return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
 }
 
+std::string faultOfConnecting(int error)
+{
+    if (error == ECONNREFUSED) return "refused, nobody listens there";
+    if (error == ETIMEDOUT) return "no answer within " + std::to_string(kConnectTime.count()) + " s";
+    return std::strerror(error);
+}
+
 }  // namespace
 
 std::optional<sockaddr_in> addressOf(const std::string& host, int port)
 {
-    addrinfo hints{};
-    hints.ai_family = AF_INET;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    if (getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) return std::nullopt;
+    addrinfo* const found = resolved(host, std::to_string(port).c_str(), AF_INET);
+    if (found == nullptr) return std::nullopt;
     const sockaddr_in address = *reinterpret_cast<const sockaddr_in*>(found->ai_addr);
     freeaddrinfo(found);
     return address;
+}
+
+std::string faultOfHost(const std::string& host)
+{
+    if (host.empty()) return "the host is empty";
+    addrinfo* const found = resolved(host, nullptr, AF_INET6);
+    if (found == nullptr) return "cannot resolve " + host;
+    freeaddrinfo(found);
+    return "orvu uses IPv4 only, and " + host + " has no IPv4 address";
 }
 
 bool Connection::isReady(short events, Clock::time_point until)
@@ -41,7 +63,11 @@ bool Connection::connectTo(const sockaddr_in& server)
 {
     socket_ = Descriptor(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     if (connect(socket_.fd(), reinterpret_cast<const sockaddr*>(&server), sizeof server) == 0) return true;
-    return errno == EINPROGRESS && isReady(POLLOUT, Clock::now() + kConnectTime) && pendingError(socket_.fd()) == 0;
+    int error = errno;
+    if (error == EINPROGRESS)
+        error = isReady(POLLOUT, Clock::now() + kConnectTime) ? pendingError(socket_.fd()) : ETIMEDOUT;
+    if (error != 0) fault_ = faultOfConnecting(error);
+    return error == 0;
 }
 
 bool Connection::send(std::string_view bytes, Clock::time_point until)

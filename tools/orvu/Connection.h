@@ -10,8 +10,12 @@
 
 namespace OrvuTool {
 
-/// The first IPv4 address of `host`, with `port`; none when it cannot be found. Blocks, whatever signals come.
+/// The first IPv4 address of `host`, with `port`; none when there is none. Blocks, whatever signals come.
 std::optional<sockaddr_in> addressOf(const std::string& host, int port);
+
+/// Why addressOf() finds no address of `host`: it cannot be resolved, or has IPv6 addresses alone. Blocks as
+/// addressOf() does.
+std::string faultOfHost(const std::string& host);
 
 /// A connection to a server. All its waits end when a signal does. `ending` outlives it.
 class Connection {
@@ -26,7 +30,7 @@ public:
 
     explicit Connection(Ending& ending) : ending_(ending) {}
 
-    /// Connects within 5 s.
+    /// Connects within 5 s. When it returns false, fault() tells why, unless a signal came.
     bool connectTo(const sockaddr_in& server);
 
     /// Sends all of `bytes`, waiting for room until then.
@@ -38,6 +42,7 @@ public:
     /// Waits for the next bytes, which take the place of `bytes`. `reader` is the descriptor of a pipe that somebody reads.
     Came receive(std::string& bytes, int reader, Clock::time_point until = kNever);
 
+    /// Why connectTo() or receive() failed.
     const std::string& fault() const { return fault_; }
 
 private:

@@ -86,8 +86,8 @@ void JsonLines::endValue(std::string& shown)
 {
     if (!isTooLong_) {
         endLine(shown);
+        startLine(shown);
         appendCompact(held_, shown);
-        isLineBegun_ = true;
     }
     endLine(shown);
     held_.clear();
@@ -106,8 +106,16 @@ void JsonLines::giveUp(std::string& shown)
 
 void JsonLines::show(std::string_view bytes, std::string& shown)
 {
+    if (bytes.empty()) return;
+    startLine(shown);
     shown += bytes;
-    if (!bytes.empty()) isLineBegun_ = bytes.back() != '\n';
+    isLineBegun_ = bytes.back() != '\n';
+}
+
+void JsonLines::startLine(std::string& shown)
+{
+    if (!isLineBegun_) shown += start_;
+    isLineBegun_ = true;
 }
 
 void JsonLines::endLine(std::string& shown)

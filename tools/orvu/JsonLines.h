@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "JsonScanner.h"
 
@@ -20,6 +21,9 @@ public:
 
     explicit JsonLines(std::size_t longestValue = kLongestValue) : longest_(longestValue) {}
 
+    /// Puts `start` before each line that begins from now on.
+    void startLinesWith(std::string start) { start_ = std::move(start); }
+
     /// Takes the next bytes of the stream and appends to `shown` what they let be told. Numbers, `true`, `false` and `null`
     /// are whole only when something follows them.
     void add(std::string_view bytes, std::string& shown);
@@ -35,9 +39,11 @@ private:
     void endValue(std::string& shown);
     void giveUp(std::string& shown);
     void show(std::string_view bytes, std::string& shown);
+    void startLine(std::string& shown);
     void endLine(std::string& shown);
 
     std::size_t longest_;
+    std::string start_;  // of each line
     JsonScanner scanner_;
     std::string held_;          // the value that began, and the blanks before it
     bool began_ = false;        // a value

@@ -91,4 +91,9 @@ void complain(const std::string& text)
     if (::write(STDERR_FILENO, line.data(), line.size()) < 0) return;  // there is nowhere left to say so
 }
 
+void note(const std::string& text)
+{
+    complain(text);
+}
+
 }  // namespace OrvuTool

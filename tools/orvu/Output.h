@@ -46,4 +46,7 @@ private:
 /// Writes "orvu: `text`" and a line feed to standard error.
 void complain(const std::string& text);
 
+/// The same for what is not an error.
+void note(const std::string& text);
+
 }  // namespace OrvuTool

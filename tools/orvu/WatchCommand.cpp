@@ -1,214 +1,124 @@
-#include <array>
+#include <chrono>
 #include <memory>
+#include <netinet/in.h>
 #include <optional>
 #include <string>
-#include <sys/random.h>
-#include <utility>
 
 #include "Commands.h"
-#include "Connection.h"
 #include "Ending.h"
 #include "ExitCode.h"
-#include "JsonLines.h"
+#include "GrowingPause.h"
 #include "Output.h"
-#include "WebSocketClient.h"
+#include "Port.h"
+#include "RandomBytes.h"
+#include "Watch.h"
 
 namespace OrvuTool {
 namespace {
 
-using Came = Connection::Came;
+using Server = std::optional<sockaddr_in>;
 
-constexpr std::chrono::seconds kHandshakeTime(5);
-constexpr std::size_t kLongestAnswer = 16384;  // bytes
-
-struct WatchOptions {
-    std::string host;
-    int port = 0;
-    bool webSocket = false;
-    bool raw = false;
-
-    std::string publisher() const { return host + ":" + std::to_string(port); }
+struct WatchArguments {
+    std::optional<std::string> host;  // or the port, when nothing else names it
+    std::optional<int> port;
+    WatchOptions options;
 };
 
-template <std::size_t Size>
-std::array<unsigned char, Size> randomBytes()
+/// Tells host and port apart: one word alone is the port.
+void settlePublisher(WatchArguments& arguments)
 {
-    std::array<unsigned char, Size> bytes{};
-    if (getrandom(bytes.data(), bytes.size(), 0) < 0) bytes.fill(0);  // good enough: nothing secret depends on it
-    return bytes;
+    const std::optional<int> firstWord = arguments.host ? portIn(*arguments.host) : std::nullopt;
+    if (arguments.port && firstWord)
+        throw CLI::ValidationError("PORT", *arguments.host + " is no host, and the port is given already");
+    if (!arguments.port && !firstWord)
+        throw CLI::ValidationError("PORT", "missing; write orvu watch PORT, or orvu watch HOST PORT");
+    if (firstWord == 0) throw CLI::ValidationError("PORT", "0 is no port to connect to");
+    arguments.options.port = arguments.port ? *arguments.port : *firstWord;
+    arguments.options.host = firstWord ? kThisDevice : arguments.host.value_or(kThisDevice);
 }
 
-/// Watches one publisher until it ends, a signal comes, or whoever reads the output leaves.
-class Watch {
-public:
-    Watch(const WatchOptions& options, Connection& connection, Ending& ending, Output& output)
-        : options_(options), connection_(connection), ending_(ending), output_(output)
-    {}
-
-    /// Returns the exit code.
-    int run();
-
-private:
-    using ExitCodeAtEnd = std::optional<int>;
-
-    ExitCodeAtEnd shakeHands();
-    ExitCodeAtEnd readAnswer(const std::string& key);
-    ExitCodeAtEnd watchOn();
-    ExitCodeAtEnd show(std::string_view bytes);
-    ExitCodeAtEnd showMessages(std::string_view bytes);
-    void addPayload(std::string_view payload);
-    ExitCodeAtEnd writeShown(ExitCodeAtEnd end);
-    int leave();
-    int refused(const std::string& fault) const;
-
-    const WatchOptions& options_;
-    Connection& connection_;
-    Ending& ending_;
-    Output& output_;
-    FrameReader frames_;
-    JsonLines lines_;
-    std::string shown_;  // not written yet
-};
-
-int Watch::run()
+/// Waits until the next attempt; false when watching is to stop.
+bool waitOut(std::chrono::milliseconds pause, Ending& ending, const Output& output)
 {
-    ExitCodeAtEnd end = options_.webSocket ? shakeHands() : std::nullopt;
-    while (!end)
-        end = watchOn();
-    if (!options_.raw) lines_.finish(shown_);
-    output_.write(shown_, ending_);
-    return *end;
+    pollfd reader{output.descriptor(), 0, 0};
+    return ending.waitFor({&reader}, Clock::now() + pause) == Ending::Awaited::TimeOver;
 }
 
-int Watch::refused(const std::string& fault) const
+std::string inWholeSeconds(std::chrono::milliseconds pause)
 {
-    complain(options_.publisher() + " cannot be watched: " + fault);
+    return std::to_string((pause.count() + 999) / 1000) + " s";
+}
+
+int watchOnce(const WatchOptions& options, const Server& server, Ending& ending, Output& output)
+{
+    const WatchEnd end = Watch(options, ending, output).run(server);
+    if (end.kind == WatchEnd::Kind::Closed) note(end.reason);
+    if (end.kind != WatchEnd::Kind::Failed) return ExitOk;
+    complain(end.reason);
     return ExitNoServer;
 }
 
-Watch::ExitCodeAtEnd Watch::shakeHands()
+int watchAgainAndAgain(const WatchOptions& options, Server server, Ending& ending, Output& output)
 {
-    const std::string key = webSocketKey(randomBytes<16>());
-    connection_.send(openingRequest(options_.host, options_.port, key), Clock::now() + kHandshakeTime);
-    return readAnswer(key);  // also when not all went out: the answer, or that there is none, says why
-}
-
-Watch::ExitCodeAtEnd Watch::readAnswer(const std::string& key)
-{
-    const Clock::time_point until = Clock::now() + kHandshakeTime;
-    std::string answer;
-    std::string bytes;
-    std::size_t blankLine;
-    while ((blankLine = answer.find("\r\n\r\n")) == std::string::npos) {
-        const Came came = connection_.receive(bytes, output_.descriptor(), until);
-        if (came == Came::Stop) return ExitOk;
-        if (came == Came::End) return refused("it closes the connection, perhaps since somebody else watches");
-        if (came != Came::Bytes || answer.size() > kLongestAnswer) return refused("it does not answer as a WebSocket");
-        answer += bytes;
-    }
-    const std::string fault = faultOfAnswer(answer.substr(0, blankLine), key);
-    return fault.empty() ? show(std::string_view(answer).substr(blankLine + 4)) : refused(fault);
-}
-
-Watch::ExitCodeAtEnd Watch::watchOn()
-{
-    std::string bytes;
-    switch (connection_.receive(bytes, output_.descriptor())) {
-        case Came::Bytes:
-            return show(bytes);
-        case Came::Stop:
-            return leave();
-        case Came::End:
-            return ExitOk;
-        default:
-            return refused(connection_.fault());
-    }
-}
-
-/// Says good-bye where the protocol has a word for it.
-int Watch::leave()
-{
-    if (options_.webSocket) connection_.sendAtOnce(closeFrame(randomBytes<4>()));
-    return ExitOk;
-}
-
-Watch::ExitCodeAtEnd Watch::show(std::string_view bytes)
-{
-    if (options_.webSocket) return writeShown(showMessages(bytes));
-    addPayload(bytes);
-    return writeShown(std::nullopt);
-}
-
-Watch::ExitCodeAtEnd Watch::showMessages(std::string_view bytes)
-{
+    GrowingPause pauses;
     while (true) {
-        const FrameReader::Part part = frames_.next(bytes);
-        switch (part.kind) {
-            case FrameReader::Kind::Nothing:
-                return std::nullopt;
-            case FrameReader::Kind::Payload:
-                addPayload(part.payload);
-                break;
-            case FrameReader::Kind::MessageEnd:
-                if (!options_.raw) lines_.finish(shown_);
-                break;
-            case FrameReader::Kind::Close:
-                return leave();
-            default:
-                return refused("it sends what is no frame of a WebSocket");
-        }
+        Watch watch(options, ending, output);
+        const WatchEnd end = watch.run(server);
+        if (end.kind == WatchEnd::Kind::Stopped) return ExitOk;
+        if (watch.isAttached()) pauses.reset();
+        const std::chrono::milliseconds pause = pauses.next(randomBytes<1>()[0] / 255.0);
+        note(end.reason + "; trying again in " + inWholeSeconds(pause));
+        if (!waitOut(pause, ending, output)) return ExitOk;
+        server = addressOf(options.host, options.port);
     }
-}
-
-void Watch::addPayload(std::string_view payload)
-{
-    if (options_.raw)
-        shown_ += payload;
-    else
-        lines_.add(payload, shown_);
-}
-
-/// `end`, or that of a command whose output is not taken.
-Watch::ExitCodeAtEnd Watch::writeShown(ExitCodeAtEnd end)
-{
-    const std::string text = std::exchange(shown_, "");
-    if (output_.write(text, ending_) || end) return end;
-    return leave();
 }
 
 int watch(const WatchOptions& options, Output& output)
 {
-    const std::optional<sockaddr_in> server = addressOf(options.host, options.port);
+    const Server server =
+        addressOf(options.host, options.port);  // before signals wait for `ending`: this may take long
     Ending ending;
-    Connection connection(ending);
-    if (server && connection.connectTo(*server)) return Watch(options, connection, ending, output).run();
-    if (ending.hasCome()) return ExitOk;
-    complain("cannot connect to " + options.publisher());
-    return ExitNoServer;
+    return options.again ? watchAgainAndAgain(options, server, ending, output)
+                         : watchOnce(options, server, ending, output);
+}
+
+void addWatchOptions(CLI::App& command, WatchArguments& arguments)
+{
+    WatchOptions& options = arguments.options;
+    command.add_option("HOST,--host", arguments.host, "The publisher's name or IPv4 address (default: 127.0.0.1)")
+        ->type_name("");
+    command.add_option("PORT,--port", arguments.port, "Its TCP port; one word alone is the port")
+        ->type_name("")
+        ->check(isPort());
+    command.add_flag("--websocket", options.webSocket, "The publisher is one for WebSockets");
+    command.add_flag("--raw", options.raw, "Print the bytes as they come, nothing added and nothing left out");
+    command.add_flag("--time", options.time, "Print the local date and time before each value");
+    command.add_flag("--again", options.again,
+                     "Connect again when connecting fails and when the connection ends, until Ctrl-C");
 }
 
 }  // namespace
 
 void addWatch(CLI::App& app, Chosen& chosen)
 {
-    const auto options = std::make_shared<WatchOptions>();
+    const auto arguments = std::make_shared<WatchArguments>();
     CLI::App* command = app.add_subcommand("watch", "Show what a publisher pushes, until it ends or Ctrl-C");
-    command->add_option("HOST", options->host, "The publisher's name or IPv4 address")->required()->type_name("");
-    command->add_option("PORT", options->port, "Its TCP port")->required()->type_name("")->check(isPort());
-    command->add_flag("--websocket", options->webSocket, "The publisher is one for WebSockets");
-    command->add_flag("--raw", options->raw, "Print the bytes as they come, nothing added and nothing left out");
+    addWatchOptions(*command, *arguments);
     addLogOption(*command, chosen);
     command->footer(
-        "Each JSON value that is pushed is one line, compact; what is no JSON is shown as it comes. Values above 64 "
-        "MiB\n"
-        "are, too.\n"
+        "Each pushed JSON value is printed compactly on a line of its own. Text that is not JSON, and values above\n"
+        "64 MiB, are printed as they come. Standard error says when watching begins and why it ends, and what the\n"
+        "reason may be when nothing comes for 5 s. With --again the pauses grow from 1 s to 30 s.\n"
         "Exit codes:\n"
         "  0   the publisher ended, or Ctrl-C, SIGTERM or SIGHUP came\n"
-        "  3   the publisher cannot be reached or refuses to be watched, or the connection broke\n"
+        "  3   the publisher cannot be reached or refuses to be watched, or the connection broke (never with --again)\n"
         "  64  wrong arguments\n"
         "  74  standard output cannot be written");
-    command->callback(
-        [options, &chosen] { chosen.run = [options](Output& output) { return watch(*options, output); }; });
+    command->callback([arguments, &chosen] {
+        if (arguments->options.time && arguments->options.raw) throw CLI::ExcludesError("--time", "--raw");
+        settlePublisher(*arguments);
+        chosen.run = [arguments](Output& output) { return watch(arguments->options, output); };
+    });
 }
 
 }  // namespace OrvuTool
