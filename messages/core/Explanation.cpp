@@ -52,13 +52,19 @@ std::string whereItEnds(char closer)
     }
 }
 
+/// Behind the last byte that is not white space.
+std::size_t endOf(std::string_view text)
+{
+    return text.find_last_not_of(" \t\r\n") + 1;
+}
+
 std::string whyNoJson(std::string_view text, std::size_t offset)
 {
     const OpenAt open = openAt(text, offset);
     if (offset >= text.size()) return whereItEnds(open.closer);
     const bool isTooDeep = open.depth == kMaxDepth && (text[offset] == '{' || text[offset] == '[');
     if (isTooDeep) return "nests deeper than " + std::to_string(kMaxDepth) + " levels";
-    return "is no JSON from here on: " + quoted(text.substr(offset));
+    return "is not JSON from here on: " + quoted(text.substr(offset));
 }
 
 Finding faultAt(std::string_view text, std::size_t offset, std::string message)
@@ -76,7 +82,8 @@ Finding refusal(const CheckedText& checked)
         case CheckedText::Refusal::TooLarge:
             return faultAt(checked.text(), 0, "holds more objects and lists, or bytes, than are read");
         default:
-            return faultAt(checked.text(), checked.refusedAt(), whyNoJson(checked.text(), checked.refusedAt()));
+            return faultAt(checked.text(), std::min(checked.refusedAt(), endOf(checked.text())),
+                           whyNoJson(checked.text(), checked.refusedAt()));
     }
 }
 

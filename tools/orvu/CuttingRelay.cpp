@@ -11,6 +11,7 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <system_error>
 #include <utility>
 
 namespace OrvuTool {
@@ -117,11 +118,21 @@ void CuttingRelay::accept()
             std::this_thread::sleep_for(kPauseWithoutDescriptors);
             continue;
         }
-        countPeer(1);
+        serveOnAThread(std::move(peer));
+    }
+}
+
+/// Without a thread the peer's connection closes.
+void CuttingRelay::serveOnAThread(Descriptor peer)
+{
+    countPeer(1);
+    try {
         std::thread([this, peer = std::move(peer)]() mutable {
             serve(std::move(peer));
             countPeer(-1);
         }).detach();
+    } catch (const std::system_error&) {
+        countPeer(-1);
     }
 }
 

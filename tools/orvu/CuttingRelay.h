@@ -37,6 +37,7 @@ private:
     static constexpr char kMark = '\x01';
 
     void accept();
+    void serveOnAThread(Descriptor peer);
     void serve(Descriptor peer);
     static std::string frameToPass(const std::string& frame);
     void countPeer(int change);

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "orvu/Explanation.h"
+
 namespace OrvuTool {
 namespace {
 
@@ -49,23 +51,6 @@ std::string memberPath(const std::string& path, const char* key)
     return path.empty() ? key : path + "." + key;
 }
 
-/// Whether nothing is said: zero, an empty text, false, null, and what holds only such values.
-bool isEmpty(const cJSON* item)
-{
-    if (cJSON_IsNumber(item)) return item->valuedouble == 0;
-    if (cJSON_IsString(item)) return *item->valuestring == '\0';
-    if (cJSON_IsTrue(item)) return false;
-    for (const cJSON* child = item->child; child != nullptr; child = child->next)
-        if (!isEmpty(child)) return false;
-    return true;
-}
-
-/// Whether a null became an object that says nothing.
-bool isDefault(const cJSON* read, const cJSON* written)
-{
-    return cJSON_IsNull(read) && cJSON_IsObject(written) && isEmpty(written);
-}
-
 /// Walks two trees side by side and collects where they differ.
 class Comparison {
 public:
@@ -76,8 +61,7 @@ public:
         else if (cJSON_IsArray(read) && cJSON_IsArray(written))
             compareItems(path, read->child, written->child);
         else if (!cJSON_Compare(read, written, true))
-            add(isDefault(read, written) ? found.added : found.changed, path,
-                compact(read) + " becomes " + compact(written));
+            add(cJSON_IsNull(read) ? found.added : found.changed, path, compact(read) + " becomes " + compact(written));
     }
 
     Differences found;
@@ -106,7 +90,8 @@ private:
     void compareOrMiss(const std::string& path, const cJSON* read, const cJSON* written)
     {
         if (read != nullptr && written != nullptr) return compare(path, read, written);
-        read != nullptr ? add(found.lost, path, compact(read)) : add(found.added, path, compact(written));
+        if (read == nullptr) return add(found.added, path, compact(written));
+        if (!cJSON_IsNull(read)) add(found.lost, path, compact(read));  // null says nothing
     }
 
     static void add(std::vector<Difference>& differences, const std::string& path, const std::string& what)
@@ -115,80 +100,10 @@ private:
     }
 };
 
-/// A place in a text as a reader counts, both from 1 on; a column is a character of UTF-8.
-std::string placeIn(const std::string& text, size_t at)
+std::string faultOf(const Orvu::Finding& finding)
 {
-    const size_t lineFeed = at > 0 ? text.rfind('\n', at - 1) : std::string::npos;
-    const size_t lineBegin = lineFeed == std::string::npos ? 0 : lineFeed + 1;
-    const auto begin = text.begin();
-    const auto line = std::count(begin, begin + static_cast<std::ptrdiff_t>(lineBegin), '\n') + 1;
-    const auto characters =
-        std::count_if(begin + static_cast<std::ptrdiff_t>(lineBegin), begin + static_cast<std::ptrdiff_t>(at),
-                      [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0) != 0x80; });
-    return "line " + std::to_string(line) + ", column " + std::to_string(characters + 1);
-}
-
-/// Follows brackets and quotes only, whatever stands between them.
-class OpenParts {
-public:
-    void take(std::string_view bytes)
-    {
-        for (const char byte : bytes)
-            take(byte);
-    }
-
-    bool isInString() const { return inString_; }
-
-    /// The innermost part that has not ended.
-    std::string innermost() const
-    {
-        if (inString_) return "a string";
-        if (open_.empty()) return "a value";
-        return open_.back() == '{' ? "an object" : "a list";
-    }
-
-private:
-    void take(char byte)
-    {
-        if (isEscaped_ || (inString_ && byte != '"')) {
-            isEscaped_ = !isEscaped_ && byte == '\\';
-        } else if (byte == '"') {
-            inString_ = !inString_;
-        } else if (byte == '{' || byte == '[') {
-            open_ += byte;
-        } else if ((byte == '}' || byte == ']') && !open_.empty()) {
-            open_.pop_back();
-        }
-    }
-
-    std::string open_;  // the brackets without an end
-    bool inString_ = false;
-    bool isEscaped_ = false;
-};
-
-/// Whether a string that began before `bytes` ends in them.
-bool endsString(std::string_view bytes)
-{
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] == '"') return true;
-        if (bytes[i] == '\\') ++i;
-    }
-    return false;
-}
-
-constexpr char kWhite[] = " \t\r\n";
-
-/// Why `text` is not JSON, of which the parser read the first `at` bytes.
-std::string faultOfText(const std::string& text, std::size_t at)
-{
-    const std::size_t end = text.find_last_not_of(kWhite) + 1;  // 0 without anything else
-    if (end == 0) return "is empty";
-    OpenParts parts;
-    parts.take(std::string_view(text).substr(0, at));
-    // A string without an end stops the parser where it begins.
-    if (parts.isInString() && !endsString(std::string_view(text).substr(at))) at = text.size();
-    if (at < end) return "is not JSON from " + placeIn(text, at) + " on";
-    return "ends inside " + parts.innermost() + ", " + placeIn(text, end);
+    return finding.message + " (line " + std::to_string(finding.line) + ", column " + std::to_string(finding.column) +
+           ")";
 }
 
 }  // namespace
@@ -203,11 +118,10 @@ ParsedText parseText(const std::string& text)
 {
     const char* end = nullptr;
     ParsedText parsed{JsonTree(cJSON_ParseWithOpts(text.c_str(), &end, false)), "", ""};
-    const size_t at = end != nullptr ? static_cast<size_t>(end - text.c_str()) : 0;
     if (parsed.tree)
-        parsed.rest = text.substr(std::min(text.find_first_not_of(kWhite, at), text.size()));
+        parsed.rest = text.substr(std::min(text.find_first_not_of(" \t\r\n", end - text.c_str()), text.size()));
     else
-        parsed.fault = faultOfText(text, at);
+        parsed.fault = faultOf(Orvu::explain(text.c_str()).findings.front());
     return parsed;
 }
 

@@ -48,7 +48,9 @@ struct Receiver {
     std::chrono::milliseconds delay;
     Output& output;
 };
-Receiver* receiver = nullptr;  // set before the first request; never deleted, since a late one may outlive main()
+// Set before the first request; never deleted, since a late one may outlive main().
+Receiver* receiver = nullptr;
+CuttingRelay* relay = nullptr;  // only when answers are cut
 
 std::string bytesSent(int bytes)
 {
@@ -111,8 +113,8 @@ std::optional<int> listenOn(const std::string& address, int port)
     return library.requestPort();
 }
 
-/// The same, with a relay that can cut answers; it is never deleted, since its threads may outlive main().
-std::optional<int> listenThroughRelay(const ServeOptions& options, CuttingRelay*& relay)
+/// The same, with a relay before it that can cut answers.
+std::optional<int> listenThroughRelay(const ServeOptions& options)
 {
     const std::optional<int> inner = listenOn(kThisDevice, 0);
     if (!inner) return std::nullopt;
@@ -130,9 +132,8 @@ int serve(const ServeOptions& options, Output& output)
         return ExitNoInput;
     }
     Ending ending;
-    CuttingRelay* relay = nullptr;
     const std::optional<int> port =
-        options.cutPercent > 0 ? listenThroughRelay(options, relay) : listenOn(options.address, options.port);
+        options.cutPercent > 0 ? listenThroughRelay(options) : listenOn(options.address, options.port);
     if (!port) {
         complain("port " + std::to_string(options.port) + " is not available" + onAddress(options.address));
         return ExitNoPort;
