@@ -151,7 +151,7 @@ Explanation explain(const char* text)
     if (!checked) return refused(refusal(checked));
     const JsonValue header = MemberFinder(checked.value()).find("HEADER");
     const CatalogueEntry* const entry = header.isText() ? entryNamed(header.text()) : nullptr;
-    const bool isReceived = entry && entry->isFromHeader && entry->isMade;
+    const bool isReceived = entry && entry->isMade && (entry->isFromHeader || entry->type == DataTypeUnknown);
     return isReceived ? explainAs(checked, *entry) : explainHeader(checked, header, entry);
 }
 

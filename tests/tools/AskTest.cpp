@@ -10,6 +10,7 @@
 namespace OrvuTests {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -89,6 +90,25 @@ TEST(Asking, PrintsExactlyTheTextThatCameWhenTheWireIsToBeShown)
     EXPECT_EQ(ended.code, 0);
 }
 
+TEST(Asking, SendsTheFieldsThatAreGiven)
+{
+    Peer peer([] { return frame(R"({"HEADER":"success"})"); });
+    const Ended ended = run(orvu({"ask", "serviceSelection", "serviceContextId=1.2.01", "--port", peer.portText()}));
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_THAT(peer.frames(),
+                ElementsAre(frame("{\n\t\"HEADER\":\t\"serviceSelection\",\n\t\"serviceContextId\":\t\"1.2.01\"\n}")));
+}
+
+TEST(Asking, SendsNothingWhenAFieldIsWrong)
+{
+    const Ended wrong = run(orvu({"ask", "serviceTime", "tme=20:30"}));
+    EXPECT_EQ(wrong.code, 64);
+    EXPECT_EQ(wrong.err, "orvu: tme: there is no key \"tme\"; did you mean \"time\"?\n");
+    const Ended missing = run(orvu({"ask", "qrCodeScreen", "displayName=Ana"}));
+    EXPECT_EQ(missing.code, 64);
+    EXPECT_EQ(missing.err, "orvu: qrCodeScreen: qrCodeData: required, missing\n");
+}
+
 TEST(Asking, SaysHowMuchWasLostInReading)
 {
     const std::string service = R"({"HEADER":"currentService","serviceName":7,"serviceId":1,"more":true,"other":[{}]})";
@@ -154,7 +174,8 @@ TEST(Asking, TakesAnAnswerThatCannotBeUnderstoodAsUnknown)
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"unknown\"\n}\n");
     EXPECT_EQ(ended.err,
-              "orvu: answered, but not understood: no message can be read from it; what came: \"{\\n\\t\\\"HEADER\\\":"
+              "orvu: answered, but not understood: line 2, column 12: HEADER: \"pos\" is no type that a text is read "
+              "as; what came: \"{\\n\\t\\\"HEADER\\\":"
               "\\t\\\"pos\\\"\\n}\"\n");
 }
 
@@ -178,7 +199,8 @@ TEST(Asking, PrintsWhatCameOnTheWireThoughItIsNoAnswer)
 {
     const Broken all[] = {
         {frame("no JSON"), "no JSON",
-         "answered, but not understood: the text is no JSON: stuck at byte 0 of 7; what came: \"no JSON\""},
+         "answered, but not understood: line 1, column 1: is not JSON from here on: \"no JSON\"; what came: \"no "
+         "JSON\""},
         {frame("{\"HEADER\"").substr(0, 7), "{\"H",
          R"(answered, but cut: 3 of 9 bytes came (the server closed the connection); what came: "{\"H")"},
         {std::string(4, '\xFF') + "\r\n", "\r\n",

@@ -1,16 +1,19 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "tools/Tool.h"
 
 namespace OrvuTests {
 namespace {
 
-Ended check(const std::string& text)
+Ended check(const std::string& text, std::vector<std::string> options = {})
 {
     ProcessOptions how;
     how.input = text;
-    return run(orvu({"check", "-"}), how);
+    options.insert(options.begin(), {"check", "-"});
+    return run(orvu(options), how);
 }
 
 void expect(const Ended& ended, int code, const std::string& out)
@@ -40,94 +43,121 @@ TEST(Checking, SaysWhenOnlyTheLayoutDiffers)
            "written  the same content, laid out differently\n");
 }
 
-TEST(Checking, ListsTheDifferences)
+const char* const kOddList =
+    R"({"HEADER":"serviceList","serviceList":[{"serviceName":"A","serviceId":"5","odd key":[1]},7]})";
+
+const std::string kOddListFound =
+    "type     serviceList (9), class ServiceList\n"
+    "schema   serviceList.schema.json\n"
+    "read     yes, but:\n"
+    "  line 1, column 71: serviceList[0].serviceId: a text where a number is expected, ignored\n"
+    "  line 1, column 75: serviceList[0][\"odd key\"]: not read\n"
+    "  line 1, column 90: serviceList[1]: a number where an object is expected, read as an empty one\n"
+    "written  not the same content\n"
+    "lost     1\n"
+    "  serviceList[0][\"odd key\"]: [1]\n"
+    "changed  2\n"
+    "  serviceList[0].serviceId: \"5\" becomes 0\n"
+    "  serviceList[1]: 7 becomes {\"serviceContextId\":\"\",\"serviceName\":\"\",\"transportStreamId\":0,"
+    "\"originalNetworkId\":0,\"serviceId\":0}\n";
+
+TEST(Checking, TellsApartWhatIsLostWhatIsChangedAndWhatAreDefaults)
 {
-    expect(check(R"({"HEADER":"serviceList","serviceList":[{"serviceName":"A","serviceId":"5","odd key":[1]},7]})"), 1,
-           "type     serviceList (9), class ServiceList\n"
-           "schema   serviceList.schema.json\n"
-           "read     yes\n"
-           "written  with 6 differences\n"
-           "  serviceList[0].serviceId: \"5\" becomes 0\n"
-           "  serviceList[0][\"odd key\"]: [1] is not written\n"
-           "  serviceList[0].serviceContextId: \"\" is added\n"
-           "  serviceList[0].transportStreamId: 0 is added\n"
-           "  serviceList[0].originalNetworkId: 0 is added\n"
-           "  serviceList[1]: 7 becomes {\"serviceContextId\":\"\",\"serviceName\":\"\",\"transportStreamId\":0,"
-           "\"originalNetworkId\":0,\"serviceId\":0}\n"
-           "\n"
-           "{\n"
-           "\t\"HEADER\":\t\"serviceList\",\n"
-           "\t\"serviceList\":\t[{\n"
-           "\t\t\t\"serviceContextId\":\t\"\",\n"
-           "\t\t\t\"serviceName\":\t\"A\",\n"
-           "\t\t\t\"transportStreamId\":\t0,\n"
-           "\t\t\t\"originalNetworkId\":\t0,\n"
-           "\t\t\t\"serviceId\":\t0\n"
-           "\t\t}, {\n"
-           "\t\t\t\"serviceContextId\":\t\"\",\n"
-           "\t\t\t\"serviceName\":\t\"\",\n"
-           "\t\t\t\"transportStreamId\":\t0,\n"
-           "\t\t\t\"originalNetworkId\":\t0,\n"
-           "\t\t\t\"serviceId\":\t0\n"
-           "\t\t}]\n"
-           "}\n");
+    expect(check(kOddList), 1, kOddListFound + "added    3 defaults; --all lists what was added\n");
 }
 
-TEST(Checking, SaysWhatOfAListIsLost)
+TEST(Checking, ListsTheDefaultsAndTheTextWhenAsked)
 {
-    expect(check(R"({"HEADER":"screenDescription","screen_items":[null]})"), 1,
+    expect(check(kOddList, {"--all"}), 1,
+           kOddListFound +
+               "added    3\n"
+               "  serviceList[0].serviceContextId: \"\"\n"
+               "  serviceList[0].transportStreamId: 0\n"
+               "  serviceList[0].originalNetworkId: 0\n"
+               "\n"
+               "{\n"
+               "\t\"HEADER\":\t\"serviceList\",\n"
+               "\t\"serviceList\":\t[{\n"
+               "\t\t\t\"serviceContextId\":\t\"\",\n"
+               "\t\t\t\"serviceName\":\t\"A\",\n"
+               "\t\t\t\"transportStreamId\":\t0,\n"
+               "\t\t\t\"originalNetworkId\":\t0,\n"
+               "\t\t\t\"serviceId\":\t0\n"
+               "\t\t}, {\n"
+               "\t\t\t\"serviceContextId\":\t\"\",\n"
+               "\t\t\t\"serviceName\":\t\"\",\n"
+               "\t\t\t\"transportStreamId\":\t0,\n"
+               "\t\t\t\"originalNetworkId\":\t0,\n"
+               "\t\t\t\"serviceId\":\t0\n"
+               "\t\t}]\n"
+               "}\n");
+}
+
+TEST(Checking, DoesNotCountDefaultsAsADifference)
+{
+    expect(check(R"({"HEADER":"currentService","serviceName":"A"})"), 0,
+           "type     currentService (8), class Service\n"
+           "schema   currentService.schema.json\n"
+           "read     yes\n"
+           "written  the same content, and more\n"
+           "added    4 defaults; --all lists what was added\n");
+}
+
+TEST(Checking, TakesWhatStandsForANullAsADefault)
+{
+    expect(check(R"({"HEADER":"screenDescription","screen_items":[null]})"), 0,
            "type     screenDescription (89), class ScreenDescription\n"
            "schema   screenDescription.schema.json\n"
            "read     yes\n"
-           "written  with 1 difference\n"
-           "  screen_items[0]: null becomes "
-           "{\"type\":\"\",\"visible\":false,\"enabled\":false,\"focused\":false,\"contentList\":[]}\n"
-           "\n"
-           "{\n"
-           "\t\"HEADER\":\t\"screenDescription\",\n"
-           "\t\"screen_items\":\t[{\n"
-           "\t\t\t\"type\":\t\"\",\n"
-           "\t\t\t\"visible\":\tfalse,\n"
-           "\t\t\t\"enabled\":\tfalse,\n"
-           "\t\t\t\"focused\":\tfalse,\n"
-           "\t\t\t\"contentList\":\t[]\n"
-           "\t\t}]\n"
-           "}\n");
+           "written  the same content, and more\n"
+           "added    1 default; --all lists what was added\n");
 }
 
-TEST(Checking, CountsTextBehindTheJsonAsADifference)
+TEST(Checking, PutsPlacesThatDifferInNumbersAloneIntoOneLine)
+{
+    const std::string out =
+        check(R"({"HEADER":"serviceList","serviceList":[{"nme":1},{"serviceId":[]},{"nme":2},{"nme":3}]})").out;
+    EXPECT_THAT(out, testing::HasSubstr("\n  line 1, column 41: serviceList[0].nme: not read  (3 such places)\n"));
+    EXPECT_THAT(out, testing::HasSubstr("\nlost     3\n  serviceList[0].nme: 1  (3 such places)\n"));
+}
+
+TEST(Checking, CountsTextBehindTheJsonAsLost)
 {
     expect(check("{\"HEADER\":\"success\"} }\n"), 1,
            "type     success (7), class SuccessResponse\n"
            "schema   success.schema.json\n"
-           "read     yes\n"
-           "written  with 1 difference\n"
-           "  (behind the JSON): \"}\\n\" is not read\n"
-           "\n"
-           "{\n\t\"HEADER\":\t\"success\"\n}\n");
+           "read     yes, but:\n"
+           "  line 1, column 22: text behind the JSON is not read\n"
+           "written  not the same content\n"
+           "lost     1\n"
+           "  (behind the JSON): \"}\\n\"\n");
 }
 
 TEST(Checking, SaysWhenTheTextIsNoJson)
 {
-    expect(check(""), 2, "read     no: the text is empty\n");
-    expect(check("{\"HEADER\": success}"), 2, "read     no: the text is not JSON from line 1, column 12 on\n");
+    expect(check(""), 2, "read     no: line 1, column 1: is empty\n");
+    expect(check("{\"HEADER\": success}"), 2,
+           "read     no: line 1, column 12: is not JSON from here on: \"success}\"\n");
 }
 
 TEST(Checking, SaysWhenNothingTellsTheType)
 {
-    const std::string expected =
-        "type     none\n"
-        "read     no: no text under \"HEADER\", so nothing tells the type\n";
-    expect(check("{}"), 2, expected);
-    expect(check("5"), 2, expected);
-    expect(check(R"({"HEADER":8})"), 2, expected);
+    expect(check("{}"), 2,
+           "type     none\n"
+           "read     no: line 1, column 1: HEADER: required, missing: nothing tells the type\n");
+    expect(check("5"), 2,
+           "type     none\n"
+           "read     no: line 1, column 1: HEADER: missing, since the text is no object\n");
+    expect(check(R"({"HEADER":8})"), 2,
+           "type     none\n"
+           "read     no: line 1, column 11: HEADER: 8 is no text that names a type\n");
 }
 
 TEST(Checking, SaysWhenTheTypeIsUnknown)
 {
     expect(check(R"({"HEADER":"service\u001bList"})"), 2,
            "type     \"service\\u001bList\"\n"
-           "read     no: the type is unknown\n");
+           "read     no: line 1, column 11: HEADER: \"service List\" names no type; the nearest is \"serviceList\"\n");
 }
 
 TEST(Checking, ReadsTheTypeUnknownItself)
@@ -139,26 +169,22 @@ TEST(Checking, ReadsTheTypeUnknownItself)
            "written  the same text\n");
 }
 
-TEST(Checking, SaysWhenNoHeaderIsReadAsTheType)
+TEST(Checking, SaysWhenNoTextIsReadAsTheType)
 {
-    expect(check(R"({"HEADER":"pos"})"), 2,
-           "type     pos\n"
-           "read     no: no header is read as this type\n");
+    for (const std::string type : {"pos", "siCacheUnavailable"}) {
+        expect(check(R"({"HEADER":")" + type + R"("})"), 2,
+               "type     " + type + "\nread     no: line 1, column 11: HEADER: \"" + type +
+                   "\" is no type that a text is read as\n");
+    }
 }
 
-TEST(Checking, SaysWhenNoMessageIsMadeFromTheType)
+TEST(Checking, SaysWhyTheTextIsRefused)
 {
-    expect(check(R"({"HEADER":"siCacheUnavailable"})"), 2,
-           "type     siCacheUnavailable\n"
-           "read     no: no message is made from this type\n");
-}
-
-TEST(Checking, SaysWhenTheMessageRefusesTheText)
-{
-    expect(check(R"({"HEADER":"qrCodeScreen","displayName":"Celular da Ana"})"), 2,
+    expect(check(R"({"HEADER":"qrCodeScreen","displayName":"Celular da Ana","qrCodData":"x"})"), 2,
            "type     qrCodeScreen (27), class QrCodeScreen\n"
            "schema   qrCodeScreen.schema.json\n"
-           "read     no: QrCodeScreen refuses the text\n");
+           "read     no: line 1, column 1: qrCodeData: required, missing; there is \"qrCodData\"\n"
+           "  line 1, column 57: qrCodData: not read; the nearest is \"qrCodeData\"\n");
 }
 
 TEST(Checking, SaysWhenANumberCannotBeConverted)
@@ -166,11 +192,11 @@ TEST(Checking, SaysWhenANumberCannotBeConverted)
     expect(check(R"({"HEADER":"serviceComponent","componentTag":"0xffffffff"})"), 2,
            "type     serviceComponent (20), class ServiceComponent\n"
            "schema   serviceComponent.schema.json\n"
-           "read     no: std::out_of_range from stoi\n");
+           "read     no: line 1, column 45: componentTag: \"0xffffffff\" is a number that does not fit 32 bits\n");
     expect(check(R"({"HEADER":"serviceComponent","componentTag":"0x"})"), 2,
            "type     serviceComponent (20), class ServiceComponent\n"
            "schema   serviceComponent.schema.json\n"
-           "read     no: std::invalid_argument from stoi\n");
+           "read     no: line 1, column 45: componentTag: \"0x\" holds no number\n");
 }
 
 TEST(Checking, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
@@ -181,20 +207,9 @@ TEST(Checking, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
            "type     serviceCompTagAction (23), class ServiceCompTagAction\n"
            "schema   serviceCompTagAction.schema.json\n"
            "read     yes\n"
-           "written  with 1 difference\n"
-           "  pos.h: \"50%\" becomes 360\n"
-           "\n"
-           "{\n"
-           "\t\"HEADER\":\t\"serviceCompTagAction\",\n"
-           "\t\"componentTag\":\t1,\n"
-           "\t\"localAssociatedAccess\":\tfalse,\n"
-           "\t\"pos\":\t{\n"
-           "\t\t\"x\":\t0,\n"
-           "\t\t\"y\":\t0,\n"
-           "\t\t\"w\":\t640,\n"
-           "\t\t\"h\":\t360\n"
-           "\t}\n"
-           "}\n");
+           "written  not the same content\n"
+           "changed  1\n"
+           "  pos.h: \"50%\" becomes 360\n");
 }
 
 TEST(Checking, SaysWhenTheFileCannotBeRead)

@@ -54,18 +54,17 @@ TEST_P(WrongArguments, AreRefused)
 using Words = std::vector<std::string>;
 INSTANTIATE_TEST_SUITE_P(
     TheTool, WrongArguments,
-    testing::Values(Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "more"}, Words{"types", "check", "-"},
-                    Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"},
-                    Words{"ask", "serviceList", "more"}, Words{"ask", "serviceList", "--port", "0"},
-                    Words{"ask", "serviceList", "--port", "65536"}, Words{"ask", "serviceList", "--port", "web"},
-                    Words{"ask", "serviceList", "--host"}, Words{"send"}, Words{"send", "-", "--port", "-1"},
-                    Words{"check"}, Words{"serve"}, Words{"serve", "9000"}, Words{"serve", "--port", "9000"},
-                    Words{"serve", "-1", "--answers", "/"}, Words{"serve", "65536", "--answers", "/"},
-                    Words{"serve", "web", "--answers", "/"}, Words{"serve", "9000", "--answers"},
-                    Words{"serve", "9000", "--answers", "/", "--listen"}, Words{"push"}, Words{"push", "tcp"},
-                    Words{"push", "--ports", "9000-9010"}, Words{"push", "udp", "--ports", "9000-9010"},
-                    Words{"push", "TCP", "--ports", "9000-9010"}, Words{"push", "tcp", "--ports"},
-                    Words{"push", "tcp", "--ports", "9000", "--port", "9000"},
+    testing::Values(Words{}, Words{"fetch"}, Words{"--loud"}, Words{"types", "--more"}, Words{"types", "check", "-"},
+                    Words{"types", "--log", "paper"}, Words{"--log", "paper", "types"}, Words{"ask"}, Words{"new"},
+                    Words{"ask", "serviceList", "--port", "0"}, Words{"ask", "serviceList", "--port", "65536"},
+                    Words{"ask", "serviceList", "--port", "web"}, Words{"ask", "serviceList", "--host"}, Words{"send"},
+                    Words{"send", "-", "--port", "-1"}, Words{"check"}, Words{"serve"}, Words{"serve", "9000"},
+                    Words{"serve", "--port", "9000"}, Words{"serve", "-1", "--answers", "/"},
+                    Words{"serve", "65536", "--answers", "/"}, Words{"serve", "web", "--answers", "/"},
+                    Words{"serve", "9000", "--answers"}, Words{"serve", "9000", "--answers", "/", "--listen"},
+                    Words{"push"}, Words{"push", "tcp"}, Words{"push", "--ports", "9000-9010"},
+                    Words{"push", "udp", "--ports", "9000-9010"}, Words{"push", "TCP", "--ports", "9000-9010"},
+                    Words{"push", "tcp", "--ports"}, Words{"push", "tcp", "--ports", "9000", "--port", "9000"},
                     Words{"push", "tcp", "--ports", "9010-9000"}, Words{"push", "tcp", "--ports", "0-9000"},
                     Words{"push", "tcp", "--ports", "9000-65536"}, Words{"push", "tcp", "--ports", "9000-"},
                     Words{"push", "tcp", "--ports", "-9000"}, Words{"push", "tcp", "--ports", "a-b"},
@@ -113,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
         Unknown{{"ask", "--prot=9000", "serviceList"}, "--prot: ask has no such option; did you mean \"--port\"?"},
         Unknown{{"push", "tcp", "--prots", "9000"}, "--prots: push has no such option; did you mean \"--ports\"?"},
         Unknown{{"ask", "serviceList", "--loud"}, "--loud: ask has no such option"},
-        Unknown{{"types", "check", "-"}, "check: types does not take this argument"}));
+        Unknown{{"types", "check", "-"}, "-: types does not take this argument"}));
 
 class WhatIsNoAddress : public testing::TestWithParam<const char*> {};
 

@@ -102,8 +102,7 @@ TEST(TheReceiver, ReportsAtTheStartWhichNumberedFilesAnswerNothing)
     EXPECT_THAT(err, HasSubstr(report("serviceTime.4.json", ": there is no serviceTime.3.json")));
     EXPECT_THAT(err,
                 HasSubstr(report("serviceTimes.1.json", R"(: no type has this name; did you mean "serviceTime"?)")));
-    EXPECT_THAT(err,
-                HasSubstr(report("serviceTime.01.json", R"(: no type has this name; did you mean "serviceTime"?)")));
+    EXPECT_THAT(err, HasSubstr(report("serviceTime.01.json", ": no type has this name")));
     EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 4);
 }
 

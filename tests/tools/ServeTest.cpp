@@ -105,7 +105,7 @@ TEST_P(ABrokenAnswer, IsReportedAndAnsweredResourceUnavailable)
 INSTANTIATE_TEST_SUITE_P(
     Serve, ABrokenAnswer,
     testing::Values(Broken{"Empty", "", "is empty"},
-                    Broken{"CutShort", R"({"HEADER":"currentService")", "ends inside an object, line 1, column 27"},
+                    Broken{"CutShort", R"({"HEADER":"currentService")", "ends inside an object (line 1, column 27)"},
                     Broken{"WithTextBehind", R"({"HEADER":"currentService"} }})", R"(has text behind the JSON: "}}")"},
                     Broken{"WithoutHeader", "{}", R"(names no type: there is no text under "HEADER")"},
                     Broken{"NoObject", "[]", R"(names no type: there is no text under "HEADER")"},
@@ -293,7 +293,7 @@ TEST(TheReceiver, ReportsAtTheStartWhatCouldNeverBeAnAnswer)
     const std::string err = process.wait().err;
     EXPECT_THAT(err,
                 HasSubstr("servicelist.json: answers nothing: no type has this name; did you mean \"serviceList\"?\n"));
-    EXPECT_THAT(err, HasSubstr("serviceTime.json: ends inside an object, line 1, column 2\n"));
+    EXPECT_THAT(err, HasSubstr("serviceTime.json: ends inside an object (line 1, column 2)\n"));
     EXPECT_THAT(err, Not(HasSubstr("currentService.json")));
     EXPECT_THAT(err, Not(HasSubstr("notes.txt")));
 }

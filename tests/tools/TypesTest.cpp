@@ -125,5 +125,40 @@ TEST(TheTypes, SayTheSameInBothForms)
     }
 }
 
+TEST(AType, TellsItsKeys)
+{
+    EXPECT_EQ(run(orvu({"types", "eventGroup"})).out,
+              "eventGroup (78), class EventGroup\n"
+              "  type                                    number\n"
+              "  (the list behind it)                    list of objects\n"
+              "    id                                    number\n"
+              "    tsId                                  number\n"
+              "    networkId                             number\n"
+              "    serviceId                             number\n");
+    EXPECT_EQ(run(orvu({"types", "targetAppPerformAction"})).out,
+              "targetAppPerformAction (69), class TargetAppPerformAction\n"
+              "  canonicalName                           text\n"
+              "  action                                  word: start, stop\n"
+              "  priority                                word: foreground, background\n");
+    EXPECT_EQ(run(orvu({"types", "serviceTime"})).out,
+              "serviceTime (24), class ServiceTime\n"
+              "  time                          required  text\n");
+    EXPECT_EQ(run(orvu({"types", "success"})).out, "success (7), class SuccessResponse\n  reads no keys\n");
+}
+
+TEST(AType, TellsItsKeysAsJsonWhenAsked)
+{
+    EXPECT_EQ(run(orvu({"types", "serviceTime", "--json"})).out,
+              "[\n  {\n    \"key\": \"time\",\n    \"kind\": \"text\",\n    \"required\": true,\n    \"words\": [],\n"
+              "    \"keys\": []\n  }\n]\n");
+}
+
+TEST(AType, ThatIsNotKnownIsNamedWithTheNearest)
+{
+    const Ended ended = run(orvu({"types", "eventgroup"}));
+    EXPECT_EQ(ended.code, 64);
+    EXPECT_EQ(ended.err, "orvu: eventgroup: no such type; did you mean \"eventGroup\"?\n");
+}
+
 }  // namespace
 }  // namespace OrvuTests

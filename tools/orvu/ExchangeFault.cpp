@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "JsonText.h"
+#include "orvu/Explanation.h"
 
 namespace OrvuTool {
 namespace {
@@ -76,8 +77,8 @@ std::string faultOfLength(const ExchangeReport& report)
 std::string faultOfText(const std::string& text)
 {
     if (text.empty()) return "it has no text";
-    const ParsedText parsed = parseText(text);
-    return parsed.tree ? "no message can be read from it" : "the text " + parsed.fault;
+    const Orvu::Explanation explanation = Orvu::explain(text.c_str());
+    return explanation.isRead ? "no message can be made from it" : toString(explanation.findings.front());
 }
 
 std::string faultOfAnswer(const ExchangeReport& report)

@@ -102,6 +102,7 @@ private:
 
 std::string faultOf(const Orvu::Finding& finding)
 {
+    if (finding.offset == 0) return finding.message;
     return finding.message + " (line " + std::to_string(finding.line) + ", column " + std::to_string(finding.column) +
            ")";
 }

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "messages/core/Nearest.h"
 #include "Types.h"
+#include "messages/core/Nearest.h"
 
 namespace OrvuTool {
 namespace {
