@@ -16,6 +16,7 @@
 #include "transport/ExchangeNotes.h"
 #include "transport/Frame.h"
 #include "transport/MessageCalls.h"
+#include "transport/Refusal.h"
 #include "transport/Threads.h"
 
 namespace Orvu {
@@ -104,9 +105,11 @@ std::optional<FrameText> readResponse(int fd, Seconds patience, ExchangeNotes& n
     return std::nullopt;
 }
 
-Serializable* answerIn(const FrameText& text, ExchangeNotes& notes)
+/// `peerName` names the peer when the answer is refused.
+template <class PeerName>
+Serializable* answerIn(const FrameText& text, ExchangeNotes& notes, PeerName peerName)
 {
-    const CheckedText checked(text.c_str());
+    CheckedText checked(text.c_str());
     requireMemory(checked);
     const HeaderTypes types = headerTypes(checked);
     std::unique_ptr<Serializable> answer(Serializable::factory(types.mapped));
@@ -117,6 +120,8 @@ Serializable* answerIn(const FrameText& text, ExchangeNotes& notes)
     }
     if (!isFilled(*answer, checked, text.c_str())) {
         logLine("OrvuRestClientSocket::send: ERROR cannot deserialize response!");
+        answer.reset();  // what it holds would be held twice
+        logRefusal("OrvuRestClientSocket::send", peerName(), checked, types.mapped);
         return make<UnknowRequest>();
     }
     // What names no message is an UnknowRequest as well; that is not what the peer said.
@@ -328,7 +333,11 @@ Serializable* OrvuRestClientSocket::exchange(Serializable* request, int timeoutS
     const std::optional<FrameText> response = readResponse(connection.fd(), patience, notes);
     if (!response && !connection.isWanted()) notes.cancel();
     connection.close();
-    return response ? answerIn(*response, notes) : make<EmptyData>();
+    const auto peerName = [this] {
+        const Peer peer = this->peer();
+        return peer.host + ":" + std::to_string(peer.port);
+    };
+    return response ? answerIn(*response, notes, peerName) : make<EmptyData>();
 }
 
 Serializable* OrvuRestClientSocket::sendRequest(Serializable* request)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "support/RawPeer.h"
 #include "tools/Pushing.h"
@@ -41,6 +42,20 @@ TEST_P(EachChannel, IsShownAsOneValueALine)
               "{\"HEADER\":\"serviceTime\",\"time\":\"20:30\"}\n"
               "[1,2.50,\"a  b\"]\n"
               "\"text\"\n");
+}
+
+TEST_P(EachChannel, IsCheckedWhenAsked)
+{
+    Publisher publisher(GetParam());
+    std::vector<std::string> words = watching(publisher.port(), GetParam());
+    words.insert(words.end(), {"--check", "--time"});
+    Process watcher(words);
+    publisher.waitFor(watcher);
+    publisher.push(R"({"HEADER":"serviceTime","times":"20:30"})");
+    publisher.endInput();
+    EXPECT_THAT(watcher.wait().err,
+                testing::HasSubstr("orvu: not read: serviceTime: time: required, missing; there is \"times\"\n"
+                                   "orvu: serviceTime: times: not read; the nearest is \"time\"\n"));
 }
 
 TEST_P(EachChannel, IsShownAtOnce)

@@ -22,7 +22,11 @@ constexpr char kOtherPorts[] = "a WebSocket port (try --websocket) or a port for
 }  // namespace
 
 Watch::Watch(const WatchOptions& options, Ending& ending, Output& output)
-    : options_(options), ending_(ending), output_(output), connection_(ending)
+    : options_(options),
+      ending_(ending),
+      output_(output),
+      connection_(ending),
+      check_(options.time ? localTime().size() + 1 : 0)
 {}
 
 WatchEnd Watch::run(const std::optional<sockaddr_in>& server)
@@ -170,8 +174,12 @@ void Watch::addPayload(std::string_view payload)
 Watch::End Watch::writeShown(End end)
 {
     const std::string text = std::exchange(shown_, "");
-    if (output_.write(text, ending_) || end) return end;
-    return leave();
+    if (!output_.write(text, ending_) && !end) return leave();
+    if (options_.check) {
+        for (const std::string& found : check_.add(text))
+            complain(found);
+    }
+    return end;
 }
 
 }  // namespace OrvuTool

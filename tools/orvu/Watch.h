@@ -6,6 +6,7 @@
 
 #include "Connection.h"
 #include "JsonLines.h"
+#include "LineCheck.h"
 #include "WebSocketClient.h"
 
 namespace OrvuTool {
@@ -19,6 +20,7 @@ struct WatchOptions {
     bool webSocket = false;
     bool raw = false;
     bool time = false;   // before each value
+    bool check = false;  // whether the library reads it
     bool again = false;  // connect anew
 
     std::string publisher() const { return host + ":" + std::to_string(port); }
@@ -70,6 +72,7 @@ private:
     Connection connection_;
     FrameReader frames_;
     JsonLines lines_;
+    LineCheck check_;
     std::string shown_;  // not written yet
     bool isAttached_ = false;
     bool hasCome_ = false;                // something, since it is attached

@@ -91,8 +91,11 @@ void addWatchOptions(CLI::App& command, WatchArguments& arguments)
         ->type_name("")
         ->check(isPort());
     command.add_flag("--websocket", options.webSocket, "The publisher is one for WebSockets");
-    command.add_flag("--raw", options.raw, "Print the bytes as they come, nothing added and nothing left out");
+    CLI::Option* raw =
+        command.add_flag("--raw", options.raw, "Print the bytes as they come, nothing added and nothing left out");
     command.add_flag("--time", options.time, "Print the local date and time before each value");
+    command.add_flag("--check", options.check, "Say on standard error what the library does not read of each message")
+        ->excludes(raw);
     command.add_flag("--again", options.again,
                      "Connect again when connecting fails and when the connection ends, until Ctrl-C");
 }
