@@ -38,7 +38,7 @@ struct Explanation {
 };
 
 /// Explains a text as a received one, by the type that its "HEADER" names. `text` ends with a NUL; null counts as empty.
-/// It takes about three times as long as reading the message. Throws std::bad_alloc. Any thread.
+/// It takes a few times as long as reading the message. Throws std::bad_alloc. Any thread.
 ORVU_EXPORT Explanation explain(const char* text);
 
 /// The same by a type, whatever the "HEADER", also for types that are never received by themselves.

@@ -204,10 +204,12 @@ void Explainer::explainFault(const Frame& frame)
 
 void Explainer::explainMissing(const Frame& frame, const Asked& asked)
 {
+    constexpr std::size_t kMostKeys = 1000;  // that anybody compares
     std::vector<std::string> keys;
     for (const JsonMember& member : frame.value.members()) {
         std::string key = member.key.text();
         if (!isRead(frame, member, key)) keys.push_back(std::move(key));
+        if (keys.size() == kMostKeys) break;
     }
     const std::string_view near = nearest(asked.key, {keys.begin(), keys.end()});
     add(frame.isPart ? Finding::PartFault : Finding::Fault, frame.value,
@@ -263,7 +265,7 @@ void Explainer::explainWord(const WordTable& words, JsonValue word)
         return add(Finding::Ignored, word, std::string(nameOf(word)) + " where a text is expected, ignored");
     const std::string text = word.text();
     const std::vector<std::string_view> known = words.words();
-    if (std::find(known.begin(), known.end(), text) != known.end()) return;
+    if (std::find(known.begin(), known.end(), text) != known.end() || !hasRoom(Finding::Ignored)) return;
     add(Finding::Ignored, word, quoted(text) + " is no word that is read here" + nearestHint(text, known));
 }
 
@@ -282,14 +284,13 @@ void Explainer::explainUnread(const Frame& frame)
     };
     for (const JsonMember& member : frame.value.members()) {
         const std::string key = member.key.text();
-        if (isRead(frame, member, key)) continue;
-        if (isAsked(key)) {
-            addKey(member, "comes a second time, not read");
-        } else if (!isKnown(key)) {
-            addKey(member, "not read" + nearestHint(key, absent));
-        } else if (!frame.hasFailed) {  // a contract that fails may not get as far
-            addKey(member, "not read in this text");
-        }
+        if (isRead(frame, member, key) || (frame.hasFailed && isKnown(key))) continue;  // it may not have got as far
+        if (!hasRoom(Finding::NotRead)) continue;
+        const char* const why = isAsked(key)   ? "comes a second time, not read"
+                                : isKnown(key) ? "not read in this text"
+                                               : nullptr;
+        const std::string message = why ? why : "not read" + nearestHint(key, absent);
+        put(Finding::NotRead, member.key.offset(), pathOf(checked_.value(), member.value.offset()), message);
     }
 }
 
@@ -324,13 +325,6 @@ void Explainer::add(Finding::Kind kind, JsonValue at, std::string message, const
 void Explainer::addAt(Finding::Kind kind, std::size_t offset, std::string message)
 {
     if (hasRoom(kind)) put(kind, offset, "", std::move(message));
-}
-
-void Explainer::addKey(const JsonMember& member, const std::string& message)
-{
-    if (hasRoom(Finding::NotRead)) {
-        put(Finding::NotRead, member.key.offset(), pathOf(checked_.value(), member.value.offset()), message);
-    }
 }
 
 /// There always is for the fault that decides.

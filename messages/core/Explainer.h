@@ -68,7 +68,6 @@ private:
     bool isRead(const Frame& frame, const JsonMember& member, std::string_view key) const;
     bool isFault(const Frame& frame, const Asked& asked) const;
     std::string expectedUnder(const Frame& frame, const char* key) const;
-    void addKey(const JsonMember& member, const std::string& message);
     bool hasRoom(Finding::Kind kind);
     void put(Finding::Kind kind, std::size_t offset, std::string path, std::string message);
 

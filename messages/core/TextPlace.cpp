@@ -17,7 +17,7 @@ bool isPlainKey(std::string_view key)
     const auto isPlain = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
     };
-    return !key.empty() && std::all_of(key.begin(), key.end(), isPlain);
+    return !key.empty() && key.size() <= kMostShown && std::all_of(key.begin(), key.end(), isPlain);
 }
 
 std::string harmless(std::string_view text)

@@ -163,6 +163,12 @@ TEST(AnExplanation, KeepsControlCharactersAndLengthOutOfItsLines)
                 ElementsAre("line 1, column 12: HEADER: \" [31m" + std::string(35, 'x') + "...\" names no type"));
 }
 
+TEST(AnExplanation, ShortensKeys)
+{
+    EXPECT_THAT(explained(R"({"HEADER": "success", ")" + std::string(100, 'k') + R"(": 1})"),
+                ElementsAre("line 1, column 23: [\"" + std::string(40, 'k') + "...\"]: not read"));
+}
+
 struct NoMessage {
     const char* text;
     const char* line;
