@@ -76,13 +76,14 @@ bool accepts(Expected::Kind kind, JsonValue value)
     }
 }
 
+}  // namespace
+
 std::string nearestHint(std::string_view word, const std::vector<std::string_view>& words)
 {
     const std::string_view near = nearest(word, words);
-    return near.empty() ? "" : "; the nearest is " + quoted(near);
+    if (near.empty()) return "";
+    return joined({"; the nearest is ", quoted(near)});
 }
-
-}  // namespace
 
 Explainer::Explainer(CheckedText& checked, Detail detail)
     : ReadingWitness(detail == Everything ? AfterFault::GoesOn : AfterFault::Stops), checked_(checked), detail_(detail)
@@ -173,7 +174,7 @@ void Explainer::end()
     if (detail_ == FirstFault) return;
     if (frame.isMessage && !frame.hasFailed && !frame.value.isObject()) {
         add(Finding::Ignored, frame.value,
-            std::string(nameOf(frame.value)) + " where an object is expected, read as an empty one");
+            joined({nameOf(frame.value), " where an object is expected, read as an empty one"}));
     }
     explainValues(frame);
     explainUnread(frame);
@@ -184,22 +185,20 @@ void Explainer::explainException(const char* why)
 {
     if (hasFailed()) return;
     const JsonValue at = last_.found ? last_.found : checked_.value();
-    add(Finding::Fault, at, excerptOf(at) + " " + why);
+    add(Finding::Fault, at, joined({excerptOf(at), " ", why}));
 }
 
 void Explainer::explainFault(const Frame& frame)
 {
     const Finding::Kind kind = frame.isPart ? Finding::PartFault : Finding::Fault;
     if (!frame.value.isObject()) {
-        return add(kind, frame.value, std::string(nameOf(frame.value)) + " where an object is required");
+        return add(kind, frame.value, joined({nameOf(frame.value), " where an object is required"}));
     }
     if (frame.faultAt == 0) return add(kind, frame.value, "is refused");
     const Asked& asked = frame.asked[frame.faultAt - 1];
     if (!asked.found) return explainMissing(frame, asked);
-    const std::string what =
-        frame.why ? excerptOf(asked.found) + " " + frame.why
-                  : std::string(nameOf(asked.found)) + " where " + expectedUnder(frame, asked.key) + " is required";
-    add(kind, asked.found, what);
+    if (frame.why) return add(kind, asked.found, joined({excerptOf(asked.found), " ", frame.why}));
+    add(kind, asked.found, joined({nameOf(asked.found), " where ", expectedUnder(frame, asked.key), " is required"}));
 }
 
 void Explainer::explainMissing(const Frame& frame, const Asked& asked)
@@ -213,7 +212,7 @@ void Explainer::explainMissing(const Frame& frame, const Asked& asked)
     }
     const std::string_view near = nearest(asked.key, {keys.begin(), keys.end()});
     add(frame.isPart ? Finding::PartFault : Finding::Fault, frame.value,
-        near.empty() ? "required, missing" : "required, missing; there is " + quoted(near), asked.key);
+        joined({"required, missing", near.empty() ? "" : "; there is ", near.empty() ? "" : quoted(near)}), asked.key);
 }
 
 bool Explainer::isFault(const Frame& frame, const Asked& asked) const
@@ -245,10 +244,11 @@ void Explainer::explainValue(const Frame& frame, const Asked& asked)
     const bool isNullField = asked.found.isNull() && !isList(kind);  // as the library writes fields that hold nothing
     if (kind == Expected::Child || isNullField) return;              // a child tells of itself
     if (isFaulty(asked.found) || std::any_of(frame.asked.begin(), frame.asked.end(), isElsewhere)) return;
-    std::string what = std::string(nameOf(asked.found)) + " where " + expectedUnder(frame, asked.key) + " is expected";
-    if (!isList(kind)) what += ", ignored";
-    if (isList(kind)) what += asked.found.isObject() ? ": its values are read" : ", read as an empty one";
-    add(Finding::Ignored, asked.found, what);
+    const char* const sequel = !isList(kind)            ? ", ignored"
+                               : asked.found.isObject() ? ": its values are read"
+                                                        : ", read as an empty one";
+    add(Finding::Ignored, asked.found,
+        joined({nameOf(asked.found), " where ", expectedUnder(frame, asked.key), " is expected", sequel}));
 }
 
 /// Whether a fault was found in the value itself.
@@ -262,11 +262,11 @@ bool Explainer::isFaulty(JsonValue value) const
 void Explainer::explainWord(const WordTable& words, JsonValue word)
 {
     if (!word.isText())
-        return add(Finding::Ignored, word, std::string(nameOf(word)) + " where a text is expected, ignored");
+        return add(Finding::Ignored, word, joined({nameOf(word), " where a text is expected, ignored"}));
     const std::string text = word.text();
     const std::vector<std::string_view> known = words.words();
     if (std::find(known.begin(), known.end(), text) != known.end() || !hasRoom(Finding::Ignored)) return;
-    add(Finding::Ignored, word, quoted(text) + " is no word that is read here" + nearestHint(text, known));
+    add(Finding::Ignored, word, joined({quoted(text), " is no word that is read here", nearestHint(text, known)}));
 }
 
 void Explainer::explainUnread(const Frame& frame)
@@ -286,10 +286,12 @@ void Explainer::explainUnread(const Frame& frame)
         const std::string key = member.key.text();
         if (isRead(frame, member, key) || (frame.hasFailed && isKnown(key))) continue;  // it may not have got as far
         if (!hasRoom(Finding::NotRead)) continue;
-        const char* const why = isAsked(key)   ? "comes a second time, not read"
-                                : isKnown(key) ? "not read in this text"
-                                               : nullptr;
-        const std::string message = why ? why : "not read" + nearestHint(key, absent);
+        std::string message = "not read";
+        if (isAsked(key)) {
+            message = "comes a second time, not read";
+        } else {
+            message += isKnown(key) ? " in this text" : nearestHint(key, absent);
+        }
         put(Finding::NotRead, member.key.offset(), pathOf(checked_.value(), member.value.offset()), message);
     }
 }
@@ -308,9 +310,11 @@ std::string Explainer::expectedUnder(const Frame& frame, const char* key) const
 {
     std::string names;
     for (const Asked& asked : frame.asked) {
-        const std::string name = nameOf(asked.expected.kind);
+        const char* const name = nameOf(asked.expected.kind);
         if (std::strcmp(asked.key, key) != 0 || asked.expected.kind == Expected::Anything) continue;
-        if (names.find(name) == names.npos) names += (names.empty() ? "" : " or ") + name;
+        if (names.find(name) != names.npos) continue;
+        if (!names.empty()) names += " or ";
+        names += name;
     }
     return names;
 }

@@ -8,6 +8,9 @@
 
 namespace Orvu {
 
+/// What a report says of a wrong word: `; the nearest is "word"`, or nothing when none is near.
+std::string nearestHint(std::string_view word, const std::vector<std::string_view>& words);
+
 /// Finds out what reading a text meets, by reading it once more.
 class Explainer final : private ReadingWitness {
 public:

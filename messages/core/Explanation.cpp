@@ -10,7 +10,6 @@
 #include "messages/core/JsonScan.h"
 #include "messages/core/KeyLister.h"
 #include "messages/core/MemberFinder.h"
-#include "messages/core/Nearest.h"
 #include "messages/core/TextPlace.h"
 
 namespace Orvu {
@@ -31,7 +30,8 @@ OpenAt openAt(std::string_view text, std::size_t offset)
         if (c == '"') isText = !isText;
         if (isText && c == '\\') ++i;
         if (isText) continue;
-        if (c == '{' || c == '[') closers += c == '{' ? '}' : ']';
+        if (c == '{') closers += '}';
+        if (c == '[') closers += ']';
         if (c == '}' || c == ']') closers.pop_back();
     }
     const char closer = closers.empty() ? '\0' : closers.back();
@@ -63,8 +63,8 @@ std::string whyNoJson(std::string_view text, std::size_t offset)
     const OpenAt open = openAt(text, offset);
     if (offset >= text.size()) return whereItEnds(open.closer);
     const bool isTooDeep = open.depth == kMaxDepth && (text[offset] == '{' || text[offset] == '[');
-    if (isTooDeep) return "nests deeper than " + std::to_string(kMaxDepth) + " levels";
-    return "is not JSON from here on: " + quoted(text.substr(offset));
+    if (isTooDeep) return joined({"nests deeper than ", std::to_string(kMaxDepth), " levels"});
+    return joined({"is not JSON from here on: ", quoted(text.substr(offset))});
 }
 
 Finding faultAt(std::string_view text, std::size_t offset, std::string message)
@@ -131,14 +131,12 @@ Explanation explainHeader(CheckedText& checked, JsonValue header, const Catalogu
                                                             : "missing, since the text is no object";
         explainer.add(Finding::Fault, checked.value(), what, "HEADER");
     } else if (!header.isText()) {
-        explainer.add(Finding::Fault, header, excerptOf(header) + " is no text that names a type");
+        explainer.add(Finding::Fault, header, joined({excerptOf(header), " is no text that names a type"}));
     } else if (!entry) {
         const std::string name = header.text();
-        const std::string_view near = nearest(name, wireNames());
-        explainer.add(Finding::Fault, header,
-                      quoted(name) + " names no type" + (near.empty() ? "" : "; the nearest is " + quoted(near)));
+        explainer.add(Finding::Fault, header, joined({quoted(name), " names no type", nearestHint(name, wireNames())}));
     } else {
-        explainer.add(Finding::Fault, header, quoted(entry->wireName) + " is no type that a text is read as");
+        explainer.add(Finding::Fault, header, joined({quoted(entry->wireName), " is no type that a text is read as"}));
     }
     return explainer.take();
 }
@@ -166,8 +164,8 @@ Explanation explain(const char* text, DataType type)
 
 std::string toString(const Finding& finding)
 {
-    const std::string place = "line " + std::to_string(finding.line) + ", column " + std::to_string(finding.column);
-    return place + ": " + (finding.path.empty() ? "" : finding.path + ": ") + finding.message;
+    return joined({"line ", std::to_string(finding.line), ", column ", std::to_string(finding.column), ": ",
+                   finding.path, finding.path.empty() ? "" : ": ", finding.message});
 }
 
 std::vector<KeyDescription> keysOf(DataType type)
@@ -184,7 +182,8 @@ std::string firstFault(CheckedText& checked, DataType type)
     Explainer explainer(checked, Explainer::FirstFault);
     explainer.read(entry->contract(), *scratch, {});
     const Explanation explanation = explainer.take();
-    return explanation.findings.empty() ? "refused" : toString(explanation.findings.front());
+    if (explanation.isRead) return "refused";  // memory was short then
+    return toString(explanation.findings.front());
 }
 
 }  // namespace Orvu

@@ -1,9 +1,9 @@
 #include "messages/core/KeyLister.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "messages/core/JsonReader.h"
+#include "messages/core/TextPlace.h"
 #include "messages/core/Vocabulary.h"
 
 namespace Orvu {
@@ -13,7 +13,7 @@ KeyDescription::Kind kindOf(Expected::Kind expected)
 {
     switch (expected) {
         case Expected::Anything:
-            return KeyDescription::Anything;
+            break;
         case Expected::Nothing:
             return KeyDescription::Nothing;
         case Expected::Text:
@@ -72,7 +72,7 @@ std::string objectWith(const std::vector<KeyDescription>& keys, unsigned round)
         const auto variants = static_cast<unsigned>(std::count_if(keys.begin(), keys.end(), isSame));
         const auto before = static_cast<unsigned>(std::count_if(keys.begin(), keys.begin() + i, isSame));
         if (round % variants != before) continue;
-        text += (text.empty() ? "\"" : ",\"") + keys[i].key + "\":" + valueOf(keys[i], round);
+        text += joined({text.empty() ? "" : ",", "\"", keys[i].key, "\":", valueOf(keys[i], round)});
     }
     return '{' + text + '}';
 }
@@ -97,13 +97,9 @@ void KeyLister::readOnce(const CatalogueEntry& entry, const std::string& text)
     const std::unique_ptr<Serializable> scratch(entry.make(entry.type));
     JsonReader json(checked.value());
     objects_.clear();
-    try {
-        json.begin(&entry.contract());
-        entry.contract().read(json, *scratch);
-        json.end();
-    } catch (const std::logic_error&) {
-        // a number text without a number: what was asked for until then counts
-    }
+    json.begin(&entry.contract());
+    entry.contract().read(json, *scratch);
+    json.end();
 }
 
 void KeyLister::begin(JsonValue, const Contract* contract)

@@ -28,7 +28,8 @@ std::string harmless(std::string_view text)
     std::string shown(text.substr(0, size));
     std::replace_if(
         shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
-    return size < text.size() ? shown + "..." : shown;
+    if (size < text.size()) shown += "...";
+    return shown;
 }
 
 bool isInside(JsonValue value, std::size_t offset)
@@ -37,6 +38,14 @@ bool isInside(JsonValue value, std::size_t offset)
 }
 
 }  // namespace
+
+std::string joined(std::initializer_list<std::string_view> pieces)
+{
+    std::string text;
+    for (const std::string_view piece : pieces)
+        text += piece;
+    return text;
+}
 
 TextPlace placeOf(std::string_view text, std::size_t offset)
 {
@@ -51,8 +60,8 @@ TextPlace placeOf(std::string_view text, std::size_t offset)
 
 std::string memberPath(const std::string& path, std::string_view key)
 {
-    if (!isPlainKey(key)) return path + "[" + quoted(key) + "]";
-    return path.empty() ? std::string(key) : path + "." + std::string(key);
+    if (!isPlainKey(key)) return joined({path, "[", quoted(key), "]"});
+    return joined({path, path.empty() ? "" : ".", key});
 }
 
 std::string pathOf(JsonValue root, std::size_t offset)
@@ -71,7 +80,7 @@ std::string pathOf(JsonValue root, std::size_t offset)
             for (const JsonValue item : value.items()) {
                 if (isInside(item, offset)) {
                     inner = item;
-                    step = path + "[" + std::to_string(index) + "]";
+                    step = joined({path, "[", std::to_string(index), "]"});
                 }
                 ++index;
             }
@@ -89,7 +98,7 @@ std::string excerptOf(JsonValue value)
 
 std::string quoted(std::string_view text)
 {
-    return '"' + harmless(text) + '"';
+    return joined({"\"", harmless(text), "\""});
 }
 
 }  // namespace Orvu

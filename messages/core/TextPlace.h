@@ -1,10 +1,15 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "messages/core/JsonValue.h"
 
 namespace Orvu {
+
+/// Pieces of text, one behind the other.
+std::string joined(std::initializer_list<std::string_view> pieces);
 
 /// A place in a text as people count it, each from 1.
 struct TextPlace {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <gmock/gmock.h>
 #include <memory>
 #include <stdexcept>
@@ -58,6 +59,95 @@ TEST(AnExplanation, TellsWhichKindIsRequired)
 {
     EXPECT_THAT(explained("{\"HEADER\": \"serviceTime\",\n\n  \"time\": 2030}"),
                 ElementsAre("line 3, column 11: time: a number where a text is required"));
+}
+
+struct WrongKind {
+    const char* value;
+    const char* name;
+};
+class AValueOfTheWrongKind : public testing::TestWithParam<WrongKind> {};
+
+TEST_P(AValueOfTheWrongKind, IsNamed)
+{
+    const std::string value = GetParam().value;
+    EXPECT_THAT(explained(R"({"HEADER": "serviceTime", "time": )" + value + "}"),
+                ElementsAre(std::string("line 1, column 35: time: ") + GetParam().name + " where a text is required"));
+}
+
+INSTANTIATE_TEST_SUITE_P(ForAText, AValueOfTheWrongKind,
+                         testing::Values(WrongKind{"-1", "a number"}, WrongKind{"true", "a boolean"},
+                                         WrongKind{"null", "null"}, WrongKind{"[]", "a list"},
+                                         WrongKind{"{}", "an object"}));
+
+struct WantedKind {
+    const char* text;
+    const char* line;
+};
+class AWantedKind : public testing::TestWithParam<WantedKind> {};
+
+TEST_P(AWantedKind, IsNamed)
+{
+    EXPECT_THAT(explained(GetParam().text), ElementsAre(GetParam().line));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, AWantedKind,
+    testing::Values(WantedKind{R"({"HEADER": "currentService", "serviceId": "1"})",
+                               "line 1, column 43: serviceId: a text where a number is expected, ignored"},
+                    WantedKind{R"({"HEADER": "serviceComponent", "componentTag": []})",
+                               "line 1, column 48: componentTag: a list where a number or a text is expected, ignored"},
+                    WantedKind{R"({"HEADER": "gingaEditCommand", "elementId": 5})",
+                               "line 1, column 45: elementId: a number where a text or an object is expected, ignored"},
+                    WantedKind{R"({"HEADER": "streamPidsRequest", "pids": 5})",
+                               "line 1, column 41: pids: a number where a list is required"},
+                    WantedKind{
+                        R"({"HEADER": "serviceList", "serviceList": {"a": {}, "b": {}}})",
+                        "line 1, column 42: serviceList: an object where a list is expected: its values are read"},
+                    WantedKind{R"({"HEADER": "targetAppAction", "action": "start", "priority": 1})",
+                               "line 1, column 62: priority: a number where a text is required"},
+                    WantedKind{R"({"HEADER": "drmSystem", "formatsSupported": ["hls", 5]})",
+                               "line 1, column 53: formatsSupported[1]: a number where a text is expected, ignored"},
+                    WantedKind{R"({"HEADER": "platformCapabilities", "platformCapabilities": 5})",
+                               "line 1, column 60: platformCapabilities: a number where an object is required"},
+                    WantedKind{R"({"HEADER": "eventInfo", "eventGroup": {"type": 1}})",
+                               "line 1, column 48: eventGroup.type: 1 has no list behind it"},
+                    WantedKind{R"({"HEADER": "streamPidsResponse", "mimeType": "video/mp4"})",
+                               "line 1, column 46: mimeType: has no effect when it is read"}));
+
+TEST(AnExplanation, TellsThatAMessageOfNoObjectIsEmpty)
+{
+    EXPECT_THAT(linesOf(explain("5", DataTypeCurrentService)),
+                ElementsAre("line 1, column 1: a number where an object is expected, read as an empty one"));
+    EXPECT_THAT(linesOf(explain("[]", DataTypeServiceTime)),
+                ElementsAre("line 1, column 1: a list where an object is required"));
+    EXPECT_THAT(linesOf(explain("[]", DataTypeTargetAppAction)),
+                ElementsAre("line 1, column 1: a list where an object is required"));
+}
+
+TEST(AnExplanation, TellsWhenATextMakesTooManyObjects)
+{
+    std::string items = "{}";
+    for (int i = 0; i < 300000; ++i)
+        items += ",{}";
+    const Explanation explanation = explain((R"({"HEADER": "eventInfoList", "schedule": [)" + items + "]}").c_str());
+    EXPECT_FALSE(explanation.isRead);
+    EXPECT_THAT(toString(explanation.findings.front()),
+                testing::EndsWith("makes more objects than a text of this size may"));
+}
+
+TEST(AnExplanation, TellsWhenATextHasTooManyParts)
+{
+    std::string items = "[]";
+    for (std::uint32_t i = 0; i < CheckedText::kMaxContainers; ++i)
+        items += ",[]";
+    EXPECT_THAT(explained("[" + items + "]"),
+                ElementsAre("line 1, column 1: holds more objects and lists, or bytes, than are read"));
+}
+
+TEST(AnExplanation, KeepsCharactersWholeWhereItCutsThem)
+{
+    EXPECT_THAT(explained("{\"HEADER\": \"" + std::string(39, 'x') + "é\"}"),
+                ElementsAre("line 1, column 12: HEADER: \"" + std::string(39, 'x') + "...\" names no type"));
 }
 
 TEST(AnExplanation, TellsWhatIsIgnoredBecauseOfItsKind)
@@ -245,6 +335,19 @@ TEST(TheFirstFault, OfARefusedTextIsOneLine)
     CheckedText checked(R"({"components": [{"pos": {"x": []}}], "components2": 1, "HEADER": "components"})");
     EXPECT_EQ(firstFault(checked, DataTypeServiceTime), "line 1, column 1: time: required, missing");
     EXPECT_EQ(firstFault(checked, DataTypeServiceComponentTag), "line 1, column 1: componentTag: required, missing");
+}
+
+TEST(TheFirstFault, IsNotOneOfThePartsBeforeIt)
+{
+    CheckedText checked(R"({"present": {"eventGroup": {"type": 1}, "linkage": {}}})");
+    EXPECT_EQ(firstFault(checked, DataTypeEventInfoList), "line 1, column 1: schedule: required, missing");
+}
+
+TEST(TheFirstFault, IsNamedAsFarAsItIsKnown)
+{
+    CheckedText checked("{}");
+    EXPECT_EQ(firstFault(checked, DataTypeSuccess), "refused");
+    EXPECT_EQ(firstFault(checked, static_cast<DataType>(9999)), "the type has no message");
 }
 
 TEST(TheFirstFault, OfANumberInAPartIsFoundToo)

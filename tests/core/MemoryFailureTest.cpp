@@ -1,6 +1,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
+#include <new>
+#include <optional>
 #include <string>
 
 #include "core/TestMessages.h"
@@ -61,6 +63,32 @@ TEST(WithoutMemory, AMessageIsWrittenWholeOrNotAtAll)
     expectWholeOrNothing(*serviceList());
     expectWholeOrNothing(*screenDescription());
     expectWholeOrNothing(*std::make_unique<Holder>(service.clone()));
+}
+
+/// What `explained` makes, none when it throws for want of memory, and how often it did.
+template <class Explain>
+int timesWithoutMemory(Explain explained)
+{
+    using Explained = std::optional<decltype(explained())>;
+    return withMemoryRefused(
+        [&]() -> Explained {
+            try {
+                return explained();
+            } catch (const std::bad_alloc&) {
+                return std::nullopt;
+            }
+        },
+        [](const Explained& whole, bool refused) { EXPECT_EQ(whole.has_value(), !refused); });
+}
+
+TEST(WithoutMemory, ATextIsExplainedWholeOrNotAtAll)
+{
+    const std::string odd =
+        R"({"HEADER": "eventInfoList", "present": {"linkage": 5}, "scedule": [{"nme": ")" + kLong + "\"}]}";
+    EXPECT_GT(timesWithoutMemory([&] { return explain(odd.c_str()); }), 0);
+    EXPECT_GT(timesWithoutMemory([&] { return explain((odd + "{").c_str() + odd.size()); }), 0);
+    EXPECT_GT(timesWithoutMemory([] { return explain(R"({"HEADER": "servicetime"})"); }), 0);
+    EXPECT_GT(timesWithoutMemory([] { return keysOf(DataTypeEventInfoList); }), 0);
 }
 
 TEST(WithoutMemory, AResultIsWrittenWholeOrNotAtAll)
