@@ -1,6 +1,7 @@
 #include "messages/core/KeyLister.h"
 
 #include <algorithm>
+#include <new>
 
 #include "messages/core/JsonReader.h"
 #include "messages/core/TextPlace.h"
@@ -93,6 +94,7 @@ std::vector<KeyDescription> KeyLister::keysOf(const CatalogueEntry& entry)
 void KeyLister::readOnce(const CatalogueEntry& entry, const std::string& text)
 {
     CheckedText checked(text.c_str());
+    if (!checked) throw std::bad_alloc();
     checked.setWitness(this);
     const std::unique_ptr<Serializable> scratch(entry.make(entry.type));
     JsonReader json(checked.value());
