@@ -211,8 +211,9 @@ void Explainer::explainMissing(const Frame& frame, const Asked& asked)
         if (keys.size() == kMostKeys) break;
     }
     const std::string_view near = nearest(asked.key, {keys.begin(), keys.end()});
-    add(frame.isPart ? Finding::PartFault : Finding::Fault, frame.value,
-        joined({"required, missing", near.empty() ? "" : "; there is ", near.empty() ? "" : quoted(near)}), asked.key);
+    const Finding::Kind kind = frame.isPart ? Finding::PartFault : Finding::Fault;
+    if (near.empty()) return add(kind, frame.value, "required, missing", asked.key);
+    add(kind, frame.value, joined({"required, missing; there is ", quoted(near)}), asked.key);
 }
 
 bool Explainer::isFault(const Frame& frame, const Asked& asked) const

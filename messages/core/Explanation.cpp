@@ -171,7 +171,8 @@ std::string toString(const Finding& finding)
 std::vector<KeyDescription> keysOf(DataType type)
 {
     const CatalogueEntry* const entry = entryOf(type);
-    return entry && entry->make ? KeyLister().keysOf(*entry) : std::vector<KeyDescription>();
+    if (!entry || !entry->make) return {};
+    return KeyLister().keysOf(*entry);
 }
 
 std::string firstFault(CheckedText& checked, DataType type)

@@ -51,7 +51,7 @@ std::string valueOf(const KeyDescription& key, unsigned round)
         case KeyDescription::Text:
             return R"("")";
         case KeyDescription::Word:
-            return key.words.empty() ? R"("")" : '"' + key.words[round % key.words.size()] + '"';
+            return joined({"\"", key.words[round % key.words.size()], "\""});
         case KeyDescription::Object:
             return objectWith(key.keys, round);
         case KeyDescription::Objects:

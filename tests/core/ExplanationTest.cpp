@@ -103,6 +103,8 @@ INSTANTIATE_TEST_SUITE_P(
                     WantedKind{
                         R"({"HEADER": "serviceList", "serviceList": {"a": {}, "b": {}}})",
                         "line 1, column 42: serviceList: an object where a list is expected: its values are read"},
+                    WantedKind{R"({"HEADER": "serviceList", "serviceList": null})",
+                               "line 1, column 42: serviceList: null where a list is expected, read as an empty one"},
                     WantedKind{R"({"HEADER": "targetAppAction", "action": "start", "priority": 1})",
                                "line 1, column 62: priority: a number where a text is required"},
                     WantedKind{R"({"HEADER": "drmSystem", "formatsSupported": ["hls", 5]})",
@@ -249,6 +251,8 @@ TEST(AnExplanation, CountsCharactersAndNotBytes)
 
 TEST(AnExplanation, KeepsControlCharactersAndLengthOutOfItsLines)
 {
+    EXPECT_THAT(explained("{\"HEADER\": \"success\", \"\x7F 0aZ-_\": 1}"),
+                ElementsAre("line 1, column 23: [\"  0aZ-_\"]: not read"));
     EXPECT_THAT(explained("{\"HEADER\": \"\x1B[31m" + std::string(100, 'x') + "\"}"),
                 ElementsAre("line 1, column 12: HEADER: \" [31m" + std::string(35, 'x') + "...\" names no type"));
 }
@@ -285,6 +289,7 @@ INSTANTIATE_TEST_SUITE_P(
         NoMessage{"\n\n  nonsense", "line 3, column 3: is not JSON from here on: \"nonsense\""},
         NoMessage{"{\"a\": 1]", "line 1, column 8: is not JSON from here on: \"]\""},
         NoMessage{R"({"a": 1,})", "line 1, column 9: is not JSON from here on: \"}\""},
+        NoMessage{R"({"a": [{}, 1], "b": {}, 2)", "line 1, column 25: is not JSON from here on: \"2\""},
         NoMessage{"what?", "line 1, column 1: is not JSON from here on: \"what?\""},
         NoMessage{R"({"a": "\q"})", "line 1, column 8: is not JSON from here on: \"\\q\"}\""},
         NoMessage{"[]", "line 1, column 1: HEADER: missing, since the text is no object"},
@@ -297,6 +302,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(AnExplanation, TellsWhereATextNestsTooDeep)
 {
+    std::string objects;
+    for (int i = 0; i < 1000; ++i)
+        objects += R"({"":)";
+    EXPECT_THAT(explained(objects + "{}"), ElementsAre("line 1, column 4001: nests deeper than 1000 levels"));
+    EXPECT_THAT(explained(objects + "x"), ElementsAre("line 1, column 4001: is not JSON from here on: \"x\""));
     EXPECT_THAT(explained(std::string(1001, '[')), ElementsAre("line 1, column 1001: nests deeper than 1000 levels"));
 }
 
@@ -309,6 +319,25 @@ TEST(AnExplanation, CountsWhatItDoesNotList)
     EXPECT_TRUE(explanation.isRead);
     EXPECT_EQ(explanation.findings.size(), 200u);
     EXPECT_GE(explanation.further, 301u);
+}
+
+TEST(AnExplanation, CountsWhateverItDoesNotList)
+{
+    std::string words;
+    std::string keys;
+    for (int i = 0; i < 1500; ++i) {
+        words += R"("no word",)";
+        keys += R"("other":1,)";
+    }
+    const Explanation ofWords =
+        explain((R"({"HEADER": "drmSystem", "formatsSupported": [)" + words + "1]} more").c_str());
+    EXPECT_TRUE(ofWords.isRead);
+    EXPECT_EQ(ofWords.findings.size(), 200u);
+    EXPECT_EQ(ofWords.further, 1302u);
+    const Explanation ofKeys = explain(("{" + keys + R"("HEADER": "serviceTime", "times": 1})").c_str());
+    EXPECT_EQ(ofKeys.findings.size(), 200u);
+    EXPECT_EQ(ofKeys.findings.front().message, "required, missing");  // no more than 1000 keys are compared
+    EXPECT_EQ(ofKeys.further, 1302u);
 }
 
 TEST(AnExplanation, BeginsWithTheFaultHoweverMuchComesBeforeIt)
@@ -326,6 +355,11 @@ TEST(AnExplanation, OfAnotherTypeThanTheHeaderNamesIsByThatType)
 {
     EXPECT_THAT(linesOf(explain(R"({"HEADER": "serviceList", "x": []})", Position::kDataType)),
                 ElementsAre("line 1, column 32: x: [] is neither a number nor a percentage such as \"50%\""));
+    EXPECT_THAT(linesOf(explain("nonsense", Position::kDataType)),
+                ElementsAre("line 1, column 1: is not JSON from here on: \"nonsense\""));
+    EXPECT_THAT(linesOf(explain(R"({"componentTag": true})", DataTypeServiceComponent)), IsEmpty());
+    EXPECT_THAT(linesOf(explain("{}", DataTypeSiCacheUnavailable)),
+                ElementsAre("line 1, column 1: is of a type that has no message"));
     EXPECT_THAT(linesOf(explain("{}", static_cast<DataType>(9999))),
                 ElementsAre("line 1, column 1: is of a type that has no message"));
 }
@@ -348,6 +382,7 @@ TEST(TheFirstFault, IsNamedAsFarAsItIsKnown)
     CheckedText checked("{}");
     EXPECT_EQ(firstFault(checked, DataTypeSuccess), "refused");
     EXPECT_EQ(firstFault(checked, static_cast<DataType>(9999)), "the type has no message");
+    EXPECT_EQ(firstFault(checked, DataTypeSiCacheUnavailable), "the type has no message");
 }
 
 TEST(TheFirstFault, OfANumberInAPartIsFoundToo)
@@ -498,6 +533,7 @@ TEST(TheKeysOfAType, AreThoseItAsksForInThatOrder)
                 ElementsAre("serviceContextId!", "bufferSize!", "buffer!", "timestamp"));
     EXPECT_THAT(shownKeys(keysOf(DataTypeSuccess)), IsEmpty());
     EXPECT_THAT(keysOf(static_cast<DataType>(9999)), IsEmpty());
+    EXPECT_THAT(keysOf(DataTypeSiCacheUnavailable), IsEmpty());
 }
 
 TEST(TheKeysOfAType, HoldTheKeysOfItsParts)

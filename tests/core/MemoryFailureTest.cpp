@@ -88,6 +88,10 @@ TEST(WithoutMemory, ATextIsExplainedWholeOrNotAtAll)
     EXPECT_GT(timesWithoutMemory([&] { return explain(odd.c_str()); }), 0);
     EXPECT_GT(timesWithoutMemory([] { return explain(R"({"HEADER": "servicetime"})"); }), 0);
     EXPECT_GT(timesWithoutMemory([] { return explain(R"({"HEADER": )"); }), 0);
+    std::string lists = "[[]";
+    for (int i = 0; i < 100; ++i)
+        lists += ",[]";
+    EXPECT_GT(timesWithoutMemory([&] { return explain((lists + "]").c_str()); }), 0);
     EXPECT_GT(timesWithoutMemory([] { return keysOf(DataTypeTargetAppPerformAction); }), 0);
 }
 
