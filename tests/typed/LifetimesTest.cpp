@@ -8,6 +8,7 @@
 
 #include "orvu/Typed.h"
 #include "support/Observed.h"
+#include "support/PortLease.h"
 #include "typed/Sides.h"
 #include "wire/Latch.h"
 
@@ -84,6 +85,43 @@ TEST_F(AStoppedReceiver, BeginsNoHandlerForARequestThatWasAccepted)
     late.send(frame.substr(6));
     EXPECT_THAT(late.readFrame(), Optional(headerOnly("platformUnavailable")));
     EXPECT_EQ(begun, 0);
+}
+
+TEST(ReceiversThatComeAndGo, LeaveNoHandlerBehind)
+{
+    const LogCapture log;
+    const PortLease lease;
+    std::atomic<bool> isOver{false};
+    std::vector<std::thread> peers;
+    for (int i = 0; i < 4; ++i)
+        peers.emplace_back([&] {
+            Client tv("127.0.0.1", lease.port());
+            while (!isOver)
+                tv.ask<Service>();
+        });
+    for (int turn = 0; turn < 30; ++turn) {
+        std::atomic<int> inside{0}, served{0};
+        {
+            Receiver receiver;
+            receiver.on([&](const Service&) {
+                ++inside;
+                ++served;
+                std::this_thread::yield();
+                --inside;
+                return SuccessResponse();
+            });
+            EXPECT_TRUE(eventually([&] { return receiver.listen(lease.port()); })) << receiver.reason();
+            EXPECT_TRUE(eventually([&] { return served > 3; }));
+        }
+        const int before = served;
+        EXPECT_EQ(inside, 0);
+        std::this_thread::yield();
+        EXPECT_EQ(served, before);
+    }
+    isOver = true;
+    for (std::thread& peer : peers)
+        peer.join();
+    OrvuRestInterface::destroyInstance();
 }
 
 struct AHandler : testing::Test {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <algorithm>
+#include <atomic>
 #include <condition_variable>
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -20,11 +20,12 @@ struct Receiving {
     std::vector<std::unique_ptr<Handler>> handlers;  // by the numbers of their types; fixed once it listens
     std::string fault;                               // of a handler; empty without one
 
+    std::atomic<unsigned> waiting{0};     // threads that wait in stop()
+    std::atomic<std::size_t> running{0};  // handlers; more of them only under Listening::mutex
     // Those below are guarded by Listening::mutex.
     bool hasListened = false;
     bool isStopping = false;
-    std::vector<std::thread::id> running;  // the thread of each handler that runs
-    std::size_t stopping = 0;              // handlers that wait in stop() for the others
+    std::size_t stopping = 0;  // handlers that wait in stop() for the others
     std::condition_variable changed;
 
     Handler* handlerFor(DataType type) const { return type < handlers.size() ? handlers[type].get() : nullptr; }
@@ -51,26 +52,43 @@ public:
         const std::lock_guard<std::mutex> lock(Listening::instance().mutex);
         const std::shared_ptr<Receiving>& receiving = Listening::instance().receiving;
         if (!receiving || receiving->isStopping) return;
-        receiving->running.push_back(std::this_thread::get_id());
+        ++receiving->running;
         receiving_ = receiving;
+        innermost() = this;
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
     ~Running()
     {
         if (!receiving_) return;
+        innermost() = outer_;
+        --receiving_->running;
+        if (receiving_->waiting == 0) return;  // whoever waits from now on looks at `running` afterwards
         const std::lock_guard<std::mutex> lock(Listening::instance().mutex);
-        std::vector<std::thread::id>& running = receiving_->running;
-        *std::find(running.begin(), running.end(), std::this_thread::get_id()) = running.back();
-        running.pop_back();
-        if (receiving_->isStopping) receiving_->changed.notify_all();
+        receiving_->changed.notify_all();
     }
 
     explicit operator bool() const { return receiving_ != nullptr; }
     Receiving* operator->() const { return receiving_.get(); }
 
+    /// How many handlers of `receiving` run on this thread: one calls another through notifyCallback().
+    static std::size_t onThisThread(const Receiving& receiving)
+    {
+        std::size_t count = 0;
+        for (const Running* each = innermost(); each; each = each->outer_)
+            if (each->receiving_.get() == &receiving) ++count;
+        return count;
+    }
+
 private:
+    static const Running*& innermost()
+    {
+        static thread_local const Running* innermost = nullptr;
+        return innermost;
+    }
+
     std::shared_ptr<Receiving> receiving_;
+    const Running* const outer_ = innermost();
 };
 
 /// What the library calls for each request. An exception of a handler passes: the library logs it, and the question is
@@ -264,13 +282,12 @@ private:
             listening().receiving.reset();
             port_ = 0;
         }
-        std::vector<std::thread::id>& running = receiving->running;
-        const auto own =
-            static_cast<std::size_t>(std::count(running.begin(), running.end(), std::this_thread::get_id()));
+        const std::size_t own = Detail::Running::onThisThread(*receiving);
         receiving->stopping += own;
+        ++receiving->waiting;
         receiving->changed.notify_all();
-        receiving->changed.wait(lock,
-                                [&] { return running.size() <= (own > 0 ? receiving->stopping : std::size_t{0}); });
+        receiving->changed.wait(lock, [&] { return receiving->running <= (own > 0 ? receiving->stopping : 0U); });
+        --receiving->waiting;
         receiving->stopping -= own;
         return own == 0;
     }
