@@ -32,8 +32,14 @@ void InFlight::leave(int fd, InGroup* exchange)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     remove(sockets_, fd);
-    if (exchange) exchange->fd_ = -1;
+    if (exchange) leaveGroup(*exchange);
     if (sockets_.empty()) emptied_.notify_all();
+}
+
+/// With the mutex held. An exchange that has lost its connection has nothing left to be woken from.
+void InFlight::leaveGroup(InGroup& exchange)
+{
+    if (std::exchange(exchange.isListed_, false)) remove(inGroups_, &exchange);
 }
 
 void InFlight::wakeAll()
@@ -74,13 +80,14 @@ InGroup::InGroup(InFlight& inFlight, const void* group) : inFlight_(inFlight), g
     if (!group_) return;
     const std::lock_guard<std::mutex> lock(inFlight_.mutex_);
     inFlight_.inGroups_.push_back(this);
+    isListed_ = true;
 }
 
 InGroup::~InGroup()
 {
-    if (!group_) return;
+    if (!isListed_) return;
     const std::lock_guard<std::mutex> lock(inFlight_.mutex_);
-    remove(inFlight_.inGroups_, this);
+    inFlight_.leaveGroup(*this);
 }
 
 Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun, InGroup* exchange)

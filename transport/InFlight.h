@@ -45,6 +45,8 @@ public:
 private:
     friend class InGroup;
 
+    void leaveGroup(InGroup& exchange);
+
     std::mutex mutex_;
     std::condition_variable emptied_;
     std::vector<int> sockets_;
@@ -54,7 +56,7 @@ private:
 };
 
 /// An exchange of a group, from its beginning on, so that it can be ended with the others of the group. It outlives its
-/// connection. With a null group it is in none.
+/// connection, and is in the group no longer once that is closed. With a null group it is in none.
 class InGroup {
 public:
     /// Throws std::bad_alloc.
@@ -70,7 +72,8 @@ private:
 
     InFlight& inFlight_;
     const void* const group_;
-    int fd_ = -1;  // guarded by the mutex of inFlight_
+    bool isListed_ = false;  // in inFlight_; the thread of the exchange alone looks at it
+    int fd_ = -1;            // guarded by the mutex of inFlight_
     std::atomic<bool> isWoken_{false};
 };
 
