@@ -4,8 +4,8 @@
 ///
 ///     receiver PORT CHANNELS-FILE
 ///
-/// A line of the file is a channel: the network's number, the service's, and the name. The library's own log lines go to
-/// standard error; run it with ORVU_LOG=none to be rid of them.
+/// A line of the file is a channel: the network's number, the service's, and the name. The library's own log lines go
+/// to standard error; run it with ORVU_LOG=none to be rid of them.
 
 #include <atomic>
 #include <chrono>

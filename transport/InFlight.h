@@ -15,8 +15,8 @@ class InGroup;
 /// The sockets of exchanges in flight, so that the one on whose behalf they run can end them. Any thread.
 class InFlight {
 public:
-    /// Adds a socket. False, and nothing is added, once close() was called, and when wakeAll() was called since `begun`,
-    /// or wake() for its exchange's group. `exchange` may be null. Throws std::bad_alloc.
+    /// Adds a socket. False, and nothing is added, once close() was called, and when wakeAll() was called since
+    /// `begun`, or wake() for its exchange's group. `exchange` may be null. Throws std::bad_alloc.
     bool enter(int fd, unsigned begun, InGroup* exchange = nullptr);
     /// Removes a socket; before it is closed, or its number could name another one by then.
     void leave(int fd, InGroup* exchange = nullptr);

@@ -1,5 +1,6 @@
 /// \file
-/// A small client over the facade: it prints a receiver's services, selects one of them, and meets an error. Ctrl-C stops it at any time.
+/// A small client over the facade: it prints a receiver's services, selects one of them, and meets an error. Ctrl-C
+/// stops it at any time.
 ///
 ///     client PORT [HOST]
 ///

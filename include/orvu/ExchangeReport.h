@@ -25,8 +25,8 @@ enum ExchangePhase : int {
 ///     std::unique_ptr<Orvu::Serializable> answer(orvu.sendRequest(&request, report));
 ///     if (report.phase != Orvu::ExchangePhaseAnswered) ...  // the library made `answer`: the peer did not send it
 ///
-/// `size`, `receivedText` and `group` are yours. The library sets every other field before sendRequest() returns; a field that
-/// does not apply is 0. You may use one object for any number of exchanges, one after the other.
+/// `size`, `receivedText` and `group` are yours. The library sets every other field before sendRequest() returns; a
+/// field that does not apply is 0. You may use one object for any number of exchanges, one after the other.
 struct ExchangeReport {
     /// The size of this structure in bytes. Leave it as it is: a later version of the library may have more fields, and
     /// writes only those that your program knows.

@@ -111,13 +111,14 @@ public:
     Serializable* sendRequest(const char* host, int port, Serializable* request, ExchangeReport& report);
 
     /// Whether somebody listens on TCP `port` of `host`: opens a connection and closes it again. False when it was not
-    /// reached within 5 s, and as long as a name takes to resolve, which is not bounded. Leaves the configured peer alone.
-    /// cancelRequests() ends it, also that of `group`, unless that is null.
+    /// reached within 5 s, and as long as a name takes to resolve, which is not bounded. Leaves the configured peer
+    /// alone. cancelRequests() ends it, also that of `group`, unless that is null.
     bool isReachable(const char* host, int port, const void* group = nullptr);
 
-    /// Wakes every exchange of sendRequest(), configureClient() and isReachable() in flight, on whichever thread: it ends as when the
-    /// client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits for its user's answer,
-    /// set a flag that it tests before each request, and call this again until the thread has ended.
+    /// Wakes every exchange of sendRequest(), configureClient() and isReachable() in flight, on whichever thread: it
+    /// ends as when the client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits
+    /// for its user's answer, set a flag that it tests before each request, and call this again until the thread has
+    /// ended.
     void cancelRequests();
 
     /// The same for the exchanges whose ExchangeReport carries `group` (see there), and no others. Null names none.

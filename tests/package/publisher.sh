@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# publisher.sh FOLDER PROGRAM: lets the publisher PROGRAM in FOLDER push on the port ORVU_PORT, and waits for the name of a
-# service.
+# publisher.sh FOLDER PROGRAM: lets the publisher PROGRAM in FOLDER push on the port ORVU_PORT, and waits for the name
+# of a service.
 set -eu
 cd "$1"
 

@@ -5,8 +5,8 @@
 
 #include "orvu/Typed.h"
 
-/// orvu-typed-cost facade|typed COUNT: asks a receiver of its own for the time, COUNT times; both sides are written over
-/// the facade, with an ExchangeReport, or over the typed interface. scripts/typed-cost counts the instructions.
+/// orvu-typed-cost facade|typed COUNT: asks a receiver of its own for the time, COUNT times; both sides are written
+/// over the facade, with an ExchangeReport, or over the typed interface. scripts/typed-cost counts the instructions.
 
 using namespace Orvu;
 

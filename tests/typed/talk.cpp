@@ -1,4 +1,5 @@
-// A receiver, a client and a publisher in one process, for applications without exceptions or run-time type information.
+// A receiver, a client and a publisher in one process, for applications without exceptions or run-time type
+// information.
 #include <cstdio>
 #include <thread>
 

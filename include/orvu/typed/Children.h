@@ -38,8 +38,8 @@ Child& make(Child*& field, Arguments&&... arguments)
     return *field;
 }
 
-/// Gives `data` a copy of `bytes` in place of the bytes that it had. False, and nothing changes, when out of memory, and
-/// for more bytes than its `bufferSize` can count.
+/// Gives `data` a copy of `bytes` in place of the bytes that it had. False, and nothing changes, when out of memory,
+/// and for more bytes than its `bufferSize` can count.
 inline bool setBytes(BinaryData& data, std::string_view bytes)
 {
     const auto size = static_cast<unsigned>(bytes.size());

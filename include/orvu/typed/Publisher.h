@@ -43,9 +43,9 @@ public:
     /// The IPv4 address, dotted: this device's, or the one that it listens on; empty when it was not opened.
     std::string address() const { return server_ ? server_->ipAddress : std::string(); }
 
-    /// Pushes a message, or a unique_ptr to one, or bytes such as a std::string: to everybody who listens. True when one
-    /// listener at least took them. Its "HEADER" is switched on; a message that has none by itself is refused, with a
-    /// log line.
+    /// Pushes a message, or a unique_ptr to one, or bytes such as a std::string: to everybody who listens. True when
+    /// one listener at least took them. Its "HEADER" is switched on; a message that has none by itself is refused,
+    /// with a log line.
     template <class Given>
     bool push(Given&& given)
     {

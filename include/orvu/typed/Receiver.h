@@ -119,8 +119,8 @@ inline void* onRequest(OrvuRestRequest* request)
 ///     if (!receiver.listen(7575)) return 1;
 ///
 /// Handlers run on threads of the library, several at once, the same one too. What has no handler is answered with
-/// ResourceNotFound, what could not be understood with UnknowRequest. When a handler throws, the exception is logged and
-/// the request answered with PlatformUnavailable.
+/// ResourceNotFound, what could not be understood with UnknowRequest. When a handler throws, the exception is logged
+/// and the request answered with PlatformUnavailable.
 ///
 /// Any thread may call stop(), port() and reason(); register handlers and call listen() on one.
 class Receiver {
@@ -164,9 +164,9 @@ public:
     }
 
     /// Listens for requests on TCP `port`, 0 for one of the system's choice, on the address that
-    /// OrvuRestInterface::setListenAddress() names. Once true, peers can connect. False with a reason(): when the port is
-    /// not available, when another receiver of this process listens, or the facade does, and when a handler cannot be.
-    /// It takes the facade's callback. Can listen again after stop().
+    /// OrvuRestInterface::setListenAddress() names. Once true, peers can connect. False with a reason(): when the port
+    /// is not available, when another receiver of this process listens, or the facade does, and when there is a handler
+    /// for a type that is never received. Replaces the facade's callback. Can listen again after stop().
     bool listen(int port)
     {
         if (!receiving_->fault.empty()) return fail(receiving_->fault);
@@ -190,8 +190,8 @@ public:
     }
 
     /// Ends listening and waits for the handlers that run: when it has returned none runs, and none begins any more. A
-    /// handler may call it, or destroy the receiver: it waits for the others. Requests that come too late for a handler,
-    /// and those that are dropped unanswered, are answered with PlatformUnavailable.
+    /// handler may call it, or destroy the receiver: it waits for the others. Requests that come too late for a
+    /// handler, and those that are dropped unanswered, are answered with PlatformUnavailable.
     void stop() { stopAndWait(); }
 
     /// The TCP port that it listens on, also when the system chose it; 0 when it does not listen.
