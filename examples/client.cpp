@@ -1,5 +1,6 @@
 /// \file
-/// A small client: it prints a receiver's services, selects one of them, and meets an error. Ctrl-C stops it at any time.
+/// A client: it prints a receiver's services, its guide and what it can do, selects a service, asks to pair, and meets
+/// errors. Ctrl-C stops it at any time.
 ///
 ///     client PORT [HOST]
 ///
@@ -13,121 +14,74 @@
 #include <functional>
 #include <future>
 #include <iostream>
-#include <memory>
 #include <string>
 
-#include "orvu/Orvu.h"
+#include "orvu/Typed.h"
 
 namespace {
-
-using Orvu::OrvuRestInterface;
-using Orvu::Serializable;
-
-/// Every exchange gives a message that is ours to delete.
-using Answer = std::unique_ptr<Serializable>;
 
 /// Set once Ctrl-C or SIGTERM came. It is tested before each request.
 std::atomic<bool> isStopping{false};
 
-/// What an error is called, such as "serviceNotFound". Failures of the connection arrive as such messages too.
-std::string nameOf(const Answer& answer)
+/// Why there is no message: in the receiver's words, or in the system's.
+template <class Message>
+std::string reasonOf(const Orvu::Reply<Message>& reply)
 {
-    return Serializable::dataTypeString(answer->getDataType());
+    if (reply.phase() == Orvu::ExchangePhaseAnswered) return std::string("the receiver says ") + reply.reason().text();
+    if (reply.isCancelled()) return "cancelled";
+    if (reply.report().errorNumber != 0) return std::strerror(reply.report().errorNumber);
+    return reply.phase() == Orvu::ExchangePhaseNoAnswer ? "the receiver closed the connection" : reply.reason().text();
 }
 
-/// Why there is no list. Where the receiver did not answer, `answer` is one that the library made.
-std::string reasonOf(const Answer& answer, const Orvu::ExchangeReport& report)
+/// Asks for a message and prints it, or why there is none.
+template <class Message>
+void show(Orvu::Client& tv, const char* what, std::string (*textOf)(const Message&))
 {
-    if (report.phase == Orvu::ExchangePhaseAnswered) return "the receiver says " + nameOf(answer);
-    if (report.cancelled) return "cancelled";
-    if (report.errorNumber != 0) return std::strerror(report.errorNumber);
-    return report.phase == Orvu::ExchangePhaseNoAnswer ? "the receiver closed the connection" : nameOf(answer);
+    const auto reply = tv.ask<Message>();
+    std::cout << what << ": " << (reply ? textOf(*reply) : reasonOf(reply)) << "\n";
 }
 
-/// Asks for the service list. A bare query needs no request object: its type is enough.
-std::unique_ptr<Orvu::ServiceList> askForServices(OrvuRestInterface& orvu)
+void select(Orvu::Client& tv, const std::string& locator)
 {
-    Orvu::ExchangeReport report;
-    Answer answer(orvu.sendRequest(Orvu::DataTypeServiceList, report));
-    if (answer->getDataType() == Orvu::DataTypeServiceList)
-        return std::unique_ptr<Orvu::ServiceList>(static_cast<Orvu::ServiceList*>(answer.release()));
-    std::cerr << "client: no list: " << reasonOf(answer, report) << "\n";
-    return nullptr;
-}
-
-void printServices(const Orvu::ServiceList& list)
-{
-    std::cout << list.services.size() << " services\n";
-    for (const Orvu::Service* service : list.services)
-        std::cout << "  " << service->serviceContextId << "  " << service->serviceName << "\n";
-}
-
-/// Selects a service. A request that carries something is an object of its class; it stays ours.
-void select(OrvuRestInterface& orvu, const std::string& locator)
-{
-    Orvu::ServiceSelection request;
-    request.serviceContextId = locator;
-    const Answer answer(orvu.sendRequest(&request));
-    std::cout << "selecting " << locator << ": " << nameOf(answer) << "\n";
-}
-
-void printCurrentService(OrvuRestInterface& orvu)
-{
-    const Answer answer(orvu.sendRequest(Orvu::DataTypeCurrentService));
-    if (answer->getDataType() == Orvu::DataTypeCurrentService)
-        std::cout << "now on " << static_cast<const Orvu::Service&>(*answer).serviceName << "\n";
-    else
-        std::cout << "no current service: " << nameOf(answer) << "\n";
+    Orvu::ServiceSelection selection;
+    selection.serviceContextId = locator;
+    const auto selected = tv.send<Orvu::SuccessResponse>(selection);
+    std::cout << "selecting " << locator << ": " << (selected ? "done" : reasonOf(selected)) << "\n";
 }
 
 /// Waits, however long the user takes: a confirmation is the one request without a time-out.
-void askToPair(OrvuRestInterface& orvu, const std::string& device)
+void askToPair(Orvu::Client& tv, const std::string& device)
 {
-    Orvu::ConfirmationScreen question(device);
-    const Answer answer(orvu.sendRequest(&question));
-    const auto* screen = dynamic_cast<const Orvu::ConfirmationScreen*>(answer.get());
-    std::cout << "pairing with " << device << ": " << (screen && screen->confirmed ? "agreed" : "not agreed") << "\n";
+    const auto answer = tv.send<Orvu::ConfirmationScreen>(Orvu::ConfirmationScreen(device));
+    std::cout << "pairing with " << device << ": "
+              << (answer ? answer->confirmed ? "agreed" : "not agreed" : reasonOf(answer)) << "\n";
 }
 
-void printTime(OrvuRestInterface& orvu)
+int useReceiver(Orvu::Client& tv)
 {
-    const Answer time(orvu.sendRequest(Orvu::DataTypeServiceTime));
-    std::cout << "the time: " << nameOf(time) << "\n";
-}
-
-int useReceiver(OrvuRestInterface& orvu, const char* host, int port)
-{
-    if (!orvu.configureClient(host, port)) {
-        std::cerr << "client: nobody answers on port " << port << "\n";
-        return 3;
+    const auto list = tv.ask<Orvu::ServiceList>();
+    if (!list) {
+        std::cerr << "client: no list: " << reasonOf(list) << "\n";
+        return list.mayHaveArrived() ? 1 : 3;
     }
-    const std::unique_ptr<Orvu::ServiceList> list = askForServices(orvu);
-    if (!list || list->services.empty()) return 1;
-    printServices(*list);
+    std::cout << list->services.size() << " services\n";
+    for (const Orvu::Service* service : list->services)
+        std::cout << "  " << service->serviceContextId << "  " << service->serviceName << "\n";
     const std::function<void()> steps[] = {
-        [&] { printCurrentService(orvu); },
-        [&] { select(orvu, list->services.back()->serviceContextId); },
-        [&] { printCurrentService(orvu); },
-        [&] { select(orvu, "9.9.09"); },  // no such service: the answer is an error, by its type
-        [&] { askToPair(orvu, "Celular da Ana"); },
-        [&] { printTime(orvu); },  // nothing that this receiver knows
+        [&] { select(tv, list->services.empty() ? "current-service" : list->services.back()->serviceContextId); },
+        [&] { show<Orvu::Service>(tv, "now on", [](const auto& service) { return service.serviceName; }); },
+        [&] { select(tv, "9.9.09"); },  // no such service: the answer is an error, by its type
+        [&] {
+            show<Orvu::EventInfoList>(
+                tv, "the guide", [](const auto& guide) { return guide.present ? guide.present->name : "nothing"; });
+        },
+        [&] { show<Orvu::PlatformCapabilities>(tv, "the model", [](const auto& can) { return can.model; }); },
+        [&] { askToPair(tv, "Celular da Ana"); },
+        [&] { show<Orvu::ServiceTime>(tv, "the time", [](const auto& time) { return time.time; }); },
     };
     for (const auto& step : steps)
         if (!isStopping) step();
-    return 0;
-}
-
-/// Waits for the thread that asks. A signal stops it: the exchange that it is in ends at once, with an error as its answer.
-int resultOf(std::future<int> asking, OrvuRestInterface& orvu, const sigset_t& signals)
-{
-    const timespec now{};
-    while (asking.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready) {
-        if (sigtimedwait(&signals, nullptr, &now) > 0) isStopping = true;
-        if (isStopping) orvu.cancelRequests();  // again and again: a request may just begin
-    }
-    if (!isStopping) return asking.get();
-    std::cerr << "client: stopped\n";
-    return 1;
+    return isStopping ? 1 : 0;
 }
 
 }  // namespace
@@ -145,10 +99,12 @@ int main(int argc, char** argv)
     sigaddset(&signals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // before any other thread is started
 
-    OrvuRestInterface& orvu = *OrvuRestInterface::getInstance();
-    const char* const host = argc == 3 ? argv[2] : "127.0.0.1";
-    std::future<int> asking = std::async(std::launch::async, [&] { return useReceiver(orvu, host, port); });
-    const int result = resultOf(std::move(asking), orvu, signals);
-    OrvuRestInterface::destroyInstance();
-    return result;
+    Orvu::Client tv(argc == 3 ? argv[2] : "127.0.0.1", port);
+    std::future<int> asking = std::async(std::launch::async, [&] { return useReceiver(tv); });
+    const timespec now{};
+    while (asking.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready) {
+        if (sigtimedwait(&signals, nullptr, &now) > 0) isStopping = true;
+        if (isStopping) tv.cancel();  // again and again: a request may just begin
+    }
+    return asking.get();
 }

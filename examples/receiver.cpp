@@ -1,167 +1,174 @@
 /// \file
-/// A small receiver: it answers requests for its services and shows the pairing screens, until Ctrl-C.
+/// A receiver: it answers requests for its services, its guide and what it can do, asks its user whether a device may
+/// pair, and pushes each change of the service that is on. Until Ctrl-C.
 ///
-///     receiver PORT
+///     receiver PORT CHANNELS-FILE
 ///
-/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+/// A line of the file is a channel: the network's number, the service's, and the name. The library's own log lines go
+/// to standard error; run it with ORVU_LOG=none to be rid of them.
 
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdlib>
+#include <deque>
+#include <fstream>
 #include <iostream>
-#include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
-#include "orvu/Orvu.h"
+#include "orvu/Typed.h"
 
 namespace {
 
-using Orvu::OrvuRestInterface;
-using Orvu::OrvuRestRequest;
-using Orvu::Serializable;
+/// Reads the channels. Empty when the file cannot be read or has none.
+std::vector<Orvu::Service> channelsIn(const char* file)
+{
+    std::vector<Orvu::Service> channels;
+    std::ifstream lines(file);
+    for (Orvu::Service channel; lines >> channel.originalNetworkId >> channel.serviceId >> std::ws &&
+                                std::getline(lines, channel.serviceName);) {
+        channel.transportStreamId = channel.originalNetworkId;
+        const unsigned network = channel.originalNetworkId, number = channel.serviceId;
+        channel.serviceContextId = Orvu::ServiceContext::generateStringId(network, network, number);
+        channels.push_back(channel);
+    }
+    return channels;
+}
 
-/// What goes back to the peer. Every message is a Serializable, so every answer has this type, an error too.
-using Answer = std::unique_ptr<Serializable>;
+/// The channels, and which of them is on: an atomic, since handlers run on several threads at once.
+class Tuner {
+public:
+    explicit Tuner(const std::vector<Orvu::Service>& channels) : channels_(channels) {}
 
-struct Channel {
-    std::string name;
-    int networkId;
-    int serviceId;
+    std::unique_ptr<Orvu::ServiceList> list() const
+    {
+        auto list = std::make_unique<Orvu::ServiceList>();
+        for (const Orvu::Service& channel : channels_)
+            Orvu::append(list->services, channel);
+        return list;
+    }
+
+    Orvu::Service current() const { return channels_[current_]; }
+
+    /// False when there is no such channel.
+    bool select(const std::string& locator)
+    {
+        for (std::size_t i = 0; i < channels_.size(); ++i) {
+            if (channels_[i].serviceContextId != locator) continue;
+            current_ = i;
+            return true;
+        }
+        return false;
+    }
+
+private:
+    const std::vector<Orvu::Service> channels_;
+    std::atomic<std::size_t> current_{0};
 };
 
-const std::vector<Channel> kChannels = {
-    {"Canal Um HD", 1840, 58880},
-    {"Canal Um Notícias", 1840, 58881},
-    {"Canal Dois HD", 1848, 59136},
+/// Pushes what changes, over TCP to programs and over a WebSocket to web pages.
+struct Pushes {
+    Orvu::Publisher programs{"tcp"};
+    Orvu::Publisher pages{"websocket"};
 };
 
-/// The receiver's own state. Requests come in on several threads at once, so it has a lock.
-std::mutex mutex;
-size_t current = 0;  // an index into kChannels
-
-/// Services are named by a short text such as "1840.1840.01", their locator.
-std::string locatorOf(const Channel& channel)
-{
-    return Orvu::ServiceContext::generateStringId(static_cast<unsigned>(channel.networkId),
-                                                  static_cast<unsigned>(channel.networkId),
-                                                  static_cast<unsigned>(channel.serviceId));
-}
-
-std::unique_ptr<Orvu::Service> serviceOf(const Channel& channel)
-{
-    auto service = std::make_unique<Orvu::Service>();
-    service->serviceContextId = locatorOf(channel);
-    service->serviceName = channel.name;
-    service->transportStreamId = channel.networkId;
-    service->originalNetworkId = channel.networkId;
-    service->serviceId = channel.serviceId;
-    return service;
-}
-
-Answer serviceList()
-{
-    auto list = std::make_unique<Orvu::ServiceList>();
-    for (const Channel& channel : kChannels)
-        list->addService(serviceOf(channel).release());  // the list owns its services
-    return list;
-}
-
-Answer currentService()
-{
-    const std::lock_guard<std::mutex> lock(mutex);
-    return serviceOf(kChannels[current]);
-}
-
-/// Selects the service that the request names. The outcomes are messages of their own: success, or an error by its name.
-Answer select(const Orvu::ServiceSelection& wanted)
+/// The outcomes of a selection are messages of their own: success, or an error by its name.
+Orvu::Answer select(const Orvu::ServiceSelection& wanted, Tuner& tuner, Pushes& pushes)
 {
     const auto locator = Orvu::ServiceContext::parse(wanted.serviceContextId);
-    if (!locator.valid || locator.allServices) return std::make_unique<Orvu::IllegalArgument>();
-    if (locator.currentService) return std::make_unique<Orvu::SuccessResponse>();
-    for (size_t i = 0; i < kChannels.size(); ++i) {
-        if (locatorOf(kChannels[i]) != wanted.serviceContextId) continue;
-        const std::lock_guard<std::mutex> lock(mutex);
-        current = i;
-        return std::make_unique<Orvu::SuccessResponse>();
+    if (!locator.valid || locator.allServices) return Orvu::IllegalArgument();
+    if (locator.currentService) return Orvu::SuccessResponse();
+    if (!tuner.select(wanted.serviceContextId)) return Orvu::ServiceNotFoundError();
+    pushes.programs.push(tuner.current());
+    pushes.pages.push(tuner.current());
+    return Orvu::SuccessResponse();
+}
+
+/// What is on, with the descriptors of the event.
+std::unique_ptr<Orvu::EventInfoList> guideOf(const Orvu::Service& service)
+{
+    auto guide = std::make_unique<Orvu::EventInfoList>();
+    guide->serviceContextId = service.serviceContextId;
+    Orvu::EventInfo& event = Orvu::make(guide->present);
+    event.name = "Jornal do " + service.serviceName;
+    event.startTime = "2026-11-21T20:30:00-03:00";
+    Orvu::make(event.contentDescription).content[0] = 1;
+    Orvu::make(event.hyperlink).url = "http://example.org/jornal";
+    Orvu::make(event.linkage).serviceId = service.serviceId;
+    return guide;
+}
+
+std::unique_ptr<Orvu::PlatformCapabilities> capabilities()
+{
+    auto can = std::make_unique<Orvu::PlatformCapabilities>();
+    can->manufacturer = "Orvu";
+    can->model = "Example";
+    Orvu::make(can->physicalScreenSize, 1920, 1080);
+    Orvu::append(can->displayLayers).type = Orvu::DisplayLayerTypeVideo;
+    Orvu::append(can->networkInterfaces).type = Orvu::NetworkInterfaceTypeWired;
+    return can;
+}
+
+/// The pairing dialogue, one question after the other. There is no screen here: after three seconds its user agrees.
+class Dialogue {
+public:
+    using Request = Orvu::Request<Orvu::ConfirmationScreen>;
+
+    ~Dialogue()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        isEnding_ = true;
+        changed_.notify_all();
+        lock.unlock();
+        user_.join();
     }
-    return std::make_unique<Orvu::ServiceNotFoundError>();
-}
 
-/// Asks the user whether a device may pair. A real receiver shows the question and answers later, from another thread;
-/// this one has no screen, and agrees.
-Answer confirm(const Orvu::ConfirmationScreen& question)
-{
-    auto answer = std::make_unique<Orvu::ConfirmationScreen>(question.displayName);
-    answer->confirmed = !question.dispose;
-    answer->dispose = question.dispose;
-    answer->success = true;
-    return answer;
-}
-
-Answer pairing()
-{
-    auto answer = std::make_unique<Orvu::PairMobileAppScreen>();
-    answer->pairingEnabled = true;
-    return answer;
-}
-
-/// The type of a message tells its class, so the casts are safe. What is not known here has an answer too.
-Answer answerTo(const Serializable& request, Orvu::DataType type)
-{
-    switch (type) {
-        case Orvu::DataTypeServiceList:
-            return serviceList();
-        case Orvu::DataTypeCurrentService:
-            return currentService();
-        case Orvu::DataTypeServiceSelection:
-            return select(static_cast<const Orvu::ServiceSelection&>(request));
-        case Orvu::DataTypePairMobileAppScreen:
-            return pairing();
-        case Orvu::DataTypeConfirmationScreen:
-            return confirm(static_cast<const Orvu::ConfirmationScreen&>(request));
-        case Orvu::DataTypeUnknown:
-            return std::make_unique<Orvu::UnknowRequest>();
-        default:
-            return std::make_unique<Orvu::ResourceNotFound>();
+    void ask(Request question)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        questions_.push_back(std::move(question));
+        changed_.notify_all();
     }
-}
 
-/// The library calls this for every request, on threads of its own, several at once. From here on the request is ours: it
-/// is answered once and deleted.
-void* onRequest(OrvuRestRequest* received)
-{
-    const std::unique_ptr<OrvuRestRequest> request(received);
-    const Serializable& message = *request->getData();
-    const Answer answer = answerTo(message, message.getDataType());
-    request->sendResponse(answer.get());
-    return nullptr;
-}
+private:
+    /// Questions that are left at the end are dropped: their peers get "platformUnavailable".
+    void answer()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        while (true) {
+            changed_.wait(lock, [this] { return isEnding_ || !questions_.empty(); });
+            if (changed_.wait_for(lock, std::chrono::seconds(3), [this] { return isEnding_; })) return;
+            Orvu::ConfirmationScreen screen(questions_.front()->displayName);
+            screen.confirmed = screen.success = true;
+            questions_.front().answer(screen);
+            questions_.pop_front();
+        }
+    }
 
-/// Waits for Ctrl-C or SIGTERM, which main() has blocked so that they wait for us in turn.
-void waitForTheEnd(const sigset_t& signals)
-{
-    int signal = 0;
-    sigwait(&signals, &signal);
-}
+    std::mutex mutex_;  // guards all below
+    std::condition_variable changed_;
+    std::deque<Request> questions_;
+    bool isEnding_ = false;
+    std::thread user_{[this] { answer(); }};
+};
 
-/// Ends listening and waits for the answers that are on their way.
-int end(OrvuRestInterface& orvu)
+int fail(const std::string& why)
 {
-    orvu.stopListenRequests();
-    const bool allEnded = OrvuRestInterface::destroyInstance(2000);
-    std::cout << "ended" << std::endl;
-    if (!allEnded) std::_Exit(1);  // a callback still runs: nothing that it uses is destroyed
-    return 0;
+    std::cerr << "receiver: " << why << "\n";
+    return 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    const int port = argc == 2 ? std::atoi(argv[1]) : 0;
+    const int port = argc == 3 ? std::atoi(argv[1]) : 0;
     if (port < 1 || port > 65535) {
-        std::cerr << "usage: receiver PORT\n";
+        std::cerr << "usage: receiver PORT CHANNELS-FILE\n";
         return 64;
     }
     sigset_t signals;
@@ -169,14 +176,25 @@ int main(int argc, char** argv)
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // before any other thread is started
-
-    OrvuRestInterface* orvu = OrvuRestInterface::getInstance();
-    orvu->registerRequestCallback(onRequest);
-    if (!orvu->startListenRequests(port)) {
-        std::cerr << "receiver: port " << port << " is not available\n";
-        return 1;
-    }
-    std::cout << "listening on port " << port << std::endl;
-    waitForTheEnd(signals);
-    return end(*orvu);
+    const std::vector<Orvu::Service> channels = channelsIn(argv[2]);
+    if (channels.empty()) return fail("there are no channels in " + std::string(argv[2]));
+    Tuner tuner(channels);
+    Pushes pushes;
+    if (!pushes.programs || !pushes.pages) return fail(pushes.programs.reason() + pushes.pages.reason());
+    Dialogue dialogue;
+    Orvu::Receiver receiver;  // the last one, so that it ends first: its handlers use the others
+    receiver.on([&](const Orvu::ServiceList&) { return tuner.list(); });
+    receiver.on([&](const Orvu::Service&) { return tuner.current(); });
+    receiver.on([&](const Orvu::ServiceSelection& wanted) { return select(wanted, tuner, pushes); });
+    receiver.on([&](const Orvu::EventInfoList&) { return guideOf(tuner.current()); });
+    receiver.on([](const Orvu::PlatformCapabilities&) { return capabilities(); });
+    receiver.on([&](Dialogue::Request question) { dialogue.ask(std::move(question)); });
+    if (!receiver.listen(port)) return fail(receiver.reason());
+    std::cout << "pushing on ports " << pushes.programs.port() << " (tcp) and " << pushes.pages.port()
+              << " (websocket)\n"
+              << "listening on port " << receiver.port() << std::endl;
+    int signal = 0;
+    sigwait(&signals, &signal);
+    receiver.stop();
+    std::cout << "ended" << std::endl;
 }

@@ -12,7 +12,13 @@ namespace {
 
 /// The size of the first version: no report is smaller.
 constexpr std::uint32_t kSmallestReport = offsetof(ExchangeReport, receivingMicroseconds) + sizeof(std::int64_t);
-static_assert(sizeof(ExchangeReport) == kSmallestReport, "a field that comes later enlarges the size");
+
+/// Whether a caller's report of `size` bytes has the field `group`, which came later.
+constexpr bool hasGroup(std::uint32_t size)
+{
+    return size >= offsetof(ExchangeReport, group) + sizeof(ExchangeReport::group);
+}
+static_assert(!hasGroup(kSmallestReport) && hasGroup(sizeof(ExchangeReport)));
 
 /// Where the time of a phase goes; null for those that have none.
 std::int64_t ExchangeReport::*timeOf(ExchangePhase phase)
@@ -44,6 +50,7 @@ ExchangeNotes::ExchangeNotes(ExchangeReport& wanted)
     wanted_ = &wanted;
     report_.receivedText = wanted.receivedText;
     if (report_.receivedText) report_.receivedText->clear();
+    if (hasGroup(wanted.size)) report_.group = wanted.group;
 }
 
 ExchangeNotes::~ExchangeNotes()

@@ -23,6 +23,9 @@ public:
     /// Fills the caller's report.
     ~ExchangeNotes();
 
+    /// The group that the caller's report carries; null without one.
+    const void* group() const { return report_.group; }
+
     /// An exchange that ends from now on ends in `phase`; the time until the next call is that phase's.
     void enter(ExchangePhase phase);
     void fail(int error) { report_.errorNumber = error; }

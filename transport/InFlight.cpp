@@ -5,23 +5,41 @@
 
 namespace Orvu {
 
-bool InFlight::enter(int fd, unsigned begun)
+namespace {
+
+/// Removes `item`; the order of the others may change.
+template <class Item>
+void remove(std::vector<Item>& items, Item item)
+{
+    const auto place = std::find(items.begin(), items.end(), item);
+    if (place == items.end()) return;
+    *place = items.back();
+    items.pop_back();
+}
+
+}  // namespace
+
+bool InFlight::enter(int fd, unsigned begun, InGroup* exchange)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (closed_ || wakes_ != begun) return false;
+    if (closed_ || wakes_ != begun || (exchange && exchange->isWoken_)) return false;
     sockets_.push_back(fd);
+    if (exchange) exchange->fd_ = fd;
     return true;
 }
 
-void InFlight::leave(int fd)
+void InFlight::leave(int fd, InGroup* exchange)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const auto place = std::find(sockets_.begin(), sockets_.end(), fd);
-    if (place != sockets_.end()) {
-        *place = sockets_.back();
-        sockets_.pop_back();
-    }
+    remove(sockets_, fd);
+    if (exchange) leaveGroup(*exchange);
     if (sockets_.empty()) emptied_.notify_all();
+}
+
+/// With the mutex held. An exchange that has lost its connection has nothing left to be woken from.
+void InFlight::leaveGroup(InGroup& exchange)
+{
+    if (std::exchange(exchange.isListed_, false)) remove(inGroups_, &exchange);
 }
 
 void InFlight::wakeAll()
@@ -30,6 +48,16 @@ void InFlight::wakeAll()
     ++wakes_;
     for (const int fd : sockets_)
         shutdown(fd, SHUT_RDWR);
+}
+
+void InFlight::wake(const void* group)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (InGroup* const exchange : inGroups_) {
+        if (exchange->group_ != group) continue;
+        exchange->isWoken_ = true;
+        if (exchange->fd_ >= 0) shutdown(exchange->fd_, SHUT_RDWR);
+    }
 }
 
 void InFlight::close()
@@ -47,8 +75,26 @@ void InFlight::waitUntilEmpty()
     emptied_.wait(lock, [this] { return sockets_.empty(); });
 }
 
-Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun)
-    : inFlight_(std::move(inFlight)), begun_(begun), isIn_(inFlight_->enter(socket.fd(), begun))
+InGroup::InGroup(InFlight& inFlight, const void* group) : inFlight_(inFlight), group_(group)
+{
+    if (!group_) return;
+    const std::lock_guard<std::mutex> lock(inFlight_.mutex_);
+    inFlight_.inGroups_.push_back(this);
+    isListed_ = true;
+}
+
+InGroup::~InGroup()
+{
+    if (!isListed_) return;
+    const std::lock_guard<std::mutex> lock(inFlight_.mutex_);
+    inFlight_.leaveGroup(*this);
+}
+
+Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun, InGroup* exchange)
+    : inFlight_(std::move(inFlight)),
+      begun_(begun),
+      exchange_(exchange),
+      isIn_(inFlight_->enter(socket.fd(), begun, exchange))
 {
     if (isIn_) socket_ = std::move(socket);
 }
@@ -57,6 +103,7 @@ Connection::Connection(Connection&& other) noexcept
     : socket_(std::move(other.socket_)),
       inFlight_(std::move(other.inFlight_)),
       begun_(other.begun_),
+      exchange_(other.exchange_),
       isIn_(std::exchange(other.isIn_, false))
 {}
 
@@ -66,6 +113,7 @@ Connection& Connection::operator=(Connection&& other) noexcept
     socket_ = std::move(other.socket_);
     inFlight_ = std::move(other.inFlight_);
     begun_ = other.begun_;
+    exchange_ = other.exchange_;
     isIn_ = std::exchange(other.isIn_, false);
     return *this;
 }
@@ -77,7 +125,7 @@ Connection::~Connection()
 
 void Connection::leave()
 {
-    if (std::exchange(isIn_, false)) inFlight_->leave(socket_.fd());
+    if (std::exchange(isIn_, false)) inFlight_->leave(socket_.fd(), exchange_);
 }
 
 Socket Connection::takeSocket()

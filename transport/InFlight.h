@@ -10,16 +10,20 @@
 
 namespace Orvu {
 
+class InGroup;
+
 /// The sockets of exchanges in flight, so that the one on whose behalf they run can end them. Any thread.
 class InFlight {
 public:
-    /// Adds a socket. False, and nothing is added, once close() was called, and when wakeAll() was called since `begun`.
-    /// Throws std::bad_alloc.
-    bool enter(int fd, unsigned begun);
+    /// Adds a socket. False, and nothing is added, once close() was called, and when wakeAll() was called since
+    /// `begun`, or wake() for its exchange's group. `exchange` may be null. Throws std::bad_alloc.
+    bool enter(int fd, unsigned begun, InGroup* exchange = nullptr);
     /// Removes a socket; before it is closed, or its number could name another one by then.
-    void leave(int fd);
+    void leave(int fd, InGroup* exchange = nullptr);
     /// Shuts every socket down, which wakes those who wait on it.
     void wakeAll();
+    /// The same for the exchanges of `group` alone.
+    void wake(const void* group);
     /// The same, and lets no other in from now on.
     void close();
     /// Waits until every socket has left.
@@ -39,11 +43,38 @@ public:
     }
 
 private:
+    friend class InGroup;
+
+    void leaveGroup(InGroup& exchange);
+
     std::mutex mutex_;
     std::condition_variable emptied_;
     std::vector<int> sockets_;
+    std::vector<InGroup*> inGroups_;
     std::atomic<unsigned> wakes_{0};
     std::atomic<bool> closed_{false};
+};
+
+/// An exchange of a group, from its beginning on, so that it can be ended with the others of the group. It outlives its
+/// connection, and is in the group no longer once that is closed. With a null group it is in none.
+class InGroup {
+public:
+    /// Throws std::bad_alloc.
+    InGroup(InFlight& inFlight, const void* group);
+    InGroup(const InGroup&) = delete;
+    InGroup& operator=(const InGroup&) = delete;
+    ~InGroup();
+
+    bool isWoken() const { return isWoken_; }
+
+private:
+    friend class InFlight;
+
+    InFlight& inFlight_;
+    const void* const group_;
+    bool isListed_ = false;  // in inFlight_; the thread of the exchange alone looks at it
+    int fd_ = -1;            // guarded by the mutex of inFlight_
+    std::atomic<bool> isWoken_{false};
 };
 
 /// A socket that is in flight while it lives: it enters when made, and leaves before it is closed.
@@ -51,16 +82,19 @@ class Connection {
 public:
     Connection() = default;
     /// Of an exchange that began when `inFlight` had woken all `begun` times. Without a socket, which is closed then,
-    /// when it was not let in. Throws std::bad_alloc.
-    Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun);
+    /// when it was not let in. `exchange` may be null. Throws std::bad_alloc.
+    Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun, InGroup* exchange = nullptr);
     Connection(Connection&& other) noexcept;
     Connection& operator=(Connection&& other) noexcept;
     ~Connection();
 
     explicit operator bool() const { return static_cast<bool>(socket_); }
     int fd() const { return socket_.fd(); }
-    /// Whether the exchange is still wanted: false once all were woken.
-    bool isWanted() const { return inFlight_ && inFlight_->isOpen() && inFlight_->wakes() == begun_; }
+    /// Whether the exchange is still wanted: false once all were woken, or those of its group.
+    bool isWanted() const
+    {
+        return inFlight_ && inFlight_->isOpen() && inFlight_->wakes() == begun_ && !(exchange_ && exchange_->isWoken());
+    }
     /// Leaves early; the socket stays.
     void leave();
     /// Gives the socket away, after leaving.
@@ -74,6 +108,7 @@ private:
     Socket socket_;
     std::shared_ptr<InFlight> inFlight_;
     unsigned begun_ = 0;
+    InGroup* exchange_ = nullptr;
     bool isIn_ = false;
 };
 

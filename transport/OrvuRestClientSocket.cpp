@@ -138,6 +138,13 @@ std::shared_ptr<OrvuRestClientSocket>& instance()
     return *instance;
 }
 
+/// The client; null before its first use.
+std::shared_ptr<OrvuRestClientSocket> existing()
+{
+    const std::lock_guard<StaticMutex> lock(instanceMutex);
+    return instance();
+}
+
 }  // namespace
 
 OrvuRestClientSocket::OrvuRestClientSocket() : inFlight_(std::make_shared<InFlight>()) {}
@@ -175,10 +182,14 @@ void OrvuRestClientSocket::destroyInstance()
 
 void OrvuRestClientSocket::cancelRequests()
 {
-    std::unique_lock<StaticMutex> lock(instanceMutex);
-    const std::shared_ptr<OrvuRestClientSocket> client = instance();
-    lock.unlock();
+    const std::shared_ptr<OrvuRestClientSocket> client = existing();
     if (client) client->inFlight_->wakeAll();
+}
+
+void OrvuRestClientSocket::cancelRequests(const void* group)
+{
+    const std::shared_ptr<OrvuRestClientSocket> client = existing();
+    if (client && group) client->inFlight_->wake(group);
 }
 
 void OrvuRestClientSocket::setPeer(Peer peer)
@@ -200,8 +211,7 @@ bool OrvuRestClientSocket::configure(const char* host, int port)
     try {
         setPeer({host ? host : "", port});
         logLine("OrvuRestClientSocket::configure: Checking server connection...");
-        ExchangeNotes notes;
-        if (connect(kTimeoutSeconds, notes)) {
+        if (canConnect(nullptr, nullptr)) {
             logLine("OrvuRestClientSocket::configure: -- end");
             return true;
         }
@@ -212,12 +222,30 @@ bool OrvuRestClientSocket::configure(const char* host, int port)
     return false;
 }
 
+bool OrvuRestClientSocket::isReachable(const Address& address, const void* group)
+{
+    const auto untilItReturns = shared_from_this();
+    try {
+        return canConnect(&address, group);
+    } catch (const std::bad_alloc&) {
+        logLine("OrvuRestClientSocket::isReachable: ERROR out of memory!");
+        return false;
+    }
+}
+
+bool OrvuRestClientSocket::canConnect(const Address* address, const void* group)
+{
+    ExchangeNotes notes;
+    InGroup exchange(*inFlight_, group);
+    return static_cast<bool>(connect(address, kTimeoutSeconds, notes, &exchange));
+}
+
 int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
 {
     const auto untilItReturns = shared_from_this();
     try {
         ExchangeNotes notes;
-        Connection connection = connect(timeoutSeconds, notes);
+        Connection connection = connect(nullptr, timeoutSeconds, notes, nullptr);
         Socket socket = connection.takeSocket();
         return connection.isWanted() && socket ? socket.release() : 0;
     } catch (const std::bad_alloc&) {
@@ -227,12 +255,13 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
 }
 
 /// Empty on any failure.
-Connection OrvuRestClientSocket::connect(int timeoutSeconds, ExchangeNotes& notes)
+Connection OrvuRestClientSocket::connect(const Address* own, int timeoutSeconds, ExchangeNotes& notes,
+                                         InGroup* exchange)
 {
     logLine("OrvuRestClientSocket::connectSocket: -- init");
     notes.enter(ExchangePhaseNoPeer);
     const unsigned begun = inFlight_->wakes();
-    const Peer peer = this->peer();
+    const Peer peer = own ? Peer{own->host ? own->host : "", own->port} : this->peer();
     if (peer.host.empty() || peer.port == 0) {
         logLine("OrvuRestClientSocket::connectSocket: ERROR configure host/port before use!");
         return {};
@@ -263,7 +292,7 @@ Connection OrvuRestClientSocket::connect(int timeoutSeconds, ExchangeNotes& note
         logLine("OrvuRestClientSocket::connectSocket: ERROR cannot set SO_SNDTIMEO");
         return {};
     }
-    Connection connection(std::move(socket), inFlight_, begun);
+    Connection connection(std::move(socket), inFlight_, begun, exchange);
     error = connection ? connectTo(connection.fd(), *address, peer.port, Seconds(timeoutSeconds)) : 0;
     if (!connection.isWanted()) {
         notes.cancel();
@@ -283,15 +312,16 @@ Connection OrvuRestClientSocket::connect(int timeoutSeconds, ExchangeNotes& note
 Serializable* OrvuRestClientSocket::send(Serializable* request, int timeoutSeconds)
 {
     ExchangeNotes notes;
-    return send(request, timeoutSeconds, notes);
+    return send(nullptr, request, timeoutSeconds, notes);
 }
 
-Serializable* OrvuRestClientSocket::send(Serializable* request, int timeoutSeconds, ExchangeNotes& notes)
+Serializable* OrvuRestClientSocket::send(const Address* address, Serializable* request, int timeoutSeconds,
+                                         ExchangeNotes& notes)
 {
     const auto untilItReturns = shared_from_this();
     logLine("OrvuRestClientSocket::send: -- init");
     try {
-        return exchange(request, timeoutSeconds, notes);
+        return exchange(address, request, timeoutSeconds, notes);
     } catch (const std::bad_alloc&) {
         notes.fail(ENOMEM);
         logLine("OrvuRestClientSocket::send: ERROR out of memory!");
@@ -299,14 +329,16 @@ Serializable* OrvuRestClientSocket::send(Serializable* request, int timeoutSecon
     }
 }
 
-Serializable* OrvuRestClientSocket::exchange(Serializable* request, int timeoutSeconds, ExchangeNotes& notes)
+Serializable* OrvuRestClientSocket::exchange(const Address* address, Serializable* request, int timeoutSeconds,
+                                             ExchangeNotes& notes)
 {
     if (!request) {
         logLine("OrvuRestClientSocket::send: ERROR cannot send NULL data");
         return make<UnknowRequest>();
     }
     const Seconds patience(timeoutSeconds);
-    Connection connection = connect(timeoutSeconds, notes);
+    InGroup inGroup(*inFlight_, notes.group());
+    Connection connection = connect(address, timeoutSeconds, notes, &inGroup);
     if (!connection) {
         logLine("OrvuRestClientSocket::send: ERROR cannot connect to server");
         return make<CannotConnectToServer>();
@@ -343,20 +375,26 @@ Serializable* OrvuRestClientSocket::exchange(Serializable* request, int timeoutS
 Serializable* OrvuRestClientSocket::sendRequest(Serializable* request)
 {
     ExchangeNotes notes;
-    return sendRequest(request, notes);
+    return sendRequest(nullptr, request, notes);
 }
 
 Serializable* OrvuRestClientSocket::sendRequest(Serializable* request, ExchangeReport& report)
 {
     ExchangeNotes notes(report);
-    return sendRequest(request, notes);
+    return sendRequest(nullptr, request, notes);
 }
 
-Serializable* OrvuRestClientSocket::sendRequest(Serializable* request, ExchangeNotes& notes)
+Serializable* OrvuRestClientSocket::sendRequest(const Address& address, Serializable* request, ExchangeReport& report)
+{
+    ExchangeNotes notes(report);
+    return sendRequest(&address, request, notes);
+}
+
+Serializable* OrvuRestClientSocket::sendRequest(const Address* address, Serializable* request, ExchangeNotes& notes)
 {
     const auto untilItReturns = shared_from_this();
     logLine("OrvuRestClientSocket::sendRequest (Serializable): -- init");
-    Serializable* const answer = send(request, timeoutFor(request), notes);
+    Serializable* const answer = send(address, request, timeoutFor(request), notes);
     logLine("OrvuRestClientSocket::sendRequest(Serializable): -- end");
     return answer;
 }
@@ -382,7 +420,7 @@ Serializable* OrvuRestClientSocket::sendRequest(DataType type, ExchangeNotes& no
         logLine("OrvuRestClientSocket::sendRequest (DataType): -- end 2");
         return nullptr;
     }
-    Serializable* const answer = sendRequest(request.get(), notes);
+    Serializable* const answer = sendRequest(nullptr, request.get(), notes);
     logLine("OrvuRestClientSocket::sendRequest (DataType): -- end 1");
     return answer;
 }

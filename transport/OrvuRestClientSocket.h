@@ -32,6 +32,8 @@ public:
     /// Wakes the exchanges in flight, which end with an error message as their answer; it does not wait for them. Those
     /// that begin afterwards are not touched.
     ORVU_LOCAL static void cancelRequests();
+    /// The same for the exchanges of `group` alone.
+    ORVU_LOCAL static void cancelRequests(const void* group);
 
     /// Sets the peer, a name or dotted IPv4 address, and tests that it can be reached within 5 s. The peer is kept even
     /// when the result is false. Requests in flight stay with the peer they have.
@@ -58,6 +60,16 @@ public:
     Serializable* sendRequest(Serializable* request, ExchangeReport& report);
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 
+    /// A peer that is not remembered; its host stays the caller's and may be null.
+    struct Address {
+        const char* host;
+        int port;
+    };
+    /// One exchange with that peer.
+    ORVU_LOCAL Serializable* sendRequest(const Address& address, Serializable* request, ExchangeReport& report);
+    /// Whether it can be reached within 5 s, as part of `group`, which may be null.
+    ORVU_LOCAL bool isReachable(const Address& address, const void* group);
+
 private:
     struct Peer {
         std::string host;
@@ -69,11 +81,15 @@ private:
 
     ORVU_LOCAL void setPeer(Peer peer);
     ORVU_LOCAL Peer peer();
-    ORVU_LOCAL Connection connect(int timeoutSeconds, ExchangeNotes& notes);
-    ORVU_LOCAL Serializable* sendRequest(Serializable* request, ExchangeNotes& notes);
+    ORVU_LOCAL bool canConnect(const Address* address, const void* group);
+    // Those below have the remembered peer where `address` is null.
+    ORVU_LOCAL Connection connect(const Address* address, int timeoutSeconds, ExchangeNotes& notes, InGroup* exchange);
+    ORVU_LOCAL Serializable* sendRequest(const Address* address, Serializable* request, ExchangeNotes& notes);
     ORVU_LOCAL Serializable* sendRequest(DataType type, ExchangeNotes& notes);
-    ORVU_LOCAL Serializable* send(Serializable* request, int timeoutSeconds, ExchangeNotes& notes);
-    ORVU_LOCAL Serializable* exchange(Serializable* request, int timeoutSeconds, ExchangeNotes& notes);
+    ORVU_LOCAL Serializable* send(const Address* address, Serializable* request, int timeoutSeconds,
+                                  ExchangeNotes& notes);
+    ORVU_LOCAL Serializable* exchange(const Address* address, Serializable* request, int timeoutSeconds,
+                                      ExchangeNotes& notes);
 
     std::mutex mutex_;  // guards peer_
     Peer peer_;

@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <mutex>
 #include <new>
+#include <optional>
 
 #include "log/Log.h"
 #include "transport/ExchangeNotes.h"
@@ -54,15 +55,27 @@ SharedAddress& listenAddress()
     return *address;
 }
 
-template <class Request>
-Serializable* sendWithReport(Request request, ExchangeReport& report)
+/// What the client's sendRequest() returns for the arguments.
+template <class... Arguments>
+Serializable* sendWithReport(ExchangeReport& report, Arguments... arguments)
 {
     const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
-    if (client) return client->sendRequest(request, report);
+    if (client) return client->sendRequest(arguments..., report);
     ExchangeNotes notes(report);
     notes.enter(ExchangePhaseNoPeer);
     notes.fail(ENOMEM);
     return nullptr;
+}
+
+/// In the range that was set for all where there is no other.
+SocketServerInfo* create(std::string protocol, std::optional<PushServers::PortRange> range)
+{
+    try {
+        return pushServers().create(std::move(protocol), listenAddress().get(), range);
+    } catch (const std::bad_alloc&) {
+        logLine("OrvuRestInterface::createServer: ERROR out of memory!");
+        return nullptr;
+    }
 }
 
 }  // namespace
@@ -172,12 +185,23 @@ Serializable* OrvuRestInterface::sendRequest(DataType type)
 
 Serializable* OrvuRestInterface::sendRequest(Serializable* request, ExchangeReport& report)
 {
-    return sendWithReport(request, report);
+    return sendWithReport(report, request);
 }
 
 Serializable* OrvuRestInterface::sendRequest(DataType type, ExchangeReport& report)
 {
-    return sendWithReport(type, report);
+    return sendWithReport(report, type);
+}
+
+Serializable* OrvuRestInterface::sendRequest(const char* host, int port, Serializable* request, ExchangeReport& report)
+{
+    return sendWithReport(report, OrvuRestClientSocket::Address{host, port}, request);
+}
+
+bool OrvuRestInterface::isReachable(const char* host, int port, const void* group)
+{
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    return client && client->isReachable({host, port}, group);
 }
 
 void OrvuRestInterface::cancelRequests()
@@ -185,19 +209,24 @@ void OrvuRestInterface::cancelRequests()
     OrvuRestClientSocket::cancelRequests();
 }
 
+void OrvuRestInterface::cancelRequests(const void* group)
+{
+    OrvuRestClientSocket::cancelRequests(group);
+}
+
 void OrvuRestInterface::setSocketsPortsRange(int minPort, int maxPort)
 {
-    pushServers().setPortRange(minPort, maxPort);
+    pushServers().setPortRange({minPort, maxPort});
 }
 
 SocketServerInfo* OrvuRestInterface::createServer(std::string protocol)
 {
-    try {
-        return pushServers().create(std::move(protocol), listenAddress().get());
-    } catch (const std::bad_alloc&) {
-        logLine("OrvuRestInterface::createServer: ERROR out of memory!");
-        return nullptr;
-    }
+    return create(std::move(protocol), std::nullopt);
+}
+
+SocketServerInfo* OrvuRestInterface::createServer(std::string protocol, int minPort, int maxPort)
+{
+    return create(std::move(protocol), PushServers::PortRange{minPort, maxPort});
 }
 
 bool OrvuRestInterface::stopServer(int handler)

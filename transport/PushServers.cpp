@@ -18,8 +18,9 @@ constexpr long long kMostPorts = 65536;
 
 /// A server on the first port of the range that it could be configured on; none when there is no such port.
 template <class Kind>
-PushServers::Server bound(in_addr address, int minPort, int maxPort)
+PushServers::Server bound(in_addr address, PushServers::PortRange range)
 {
+    const auto [minPort, maxPort] = range;
     const auto server = std::make_shared<Kind>();
     const long long last = std::min<long long>(maxPort, minPort + kMostPorts - 1);
     for (long long port = minPort; port <= last; ++port) {
@@ -32,14 +33,19 @@ PushServers::Server bound(in_addr address, int minPort, int maxPort)
 
 }  // namespace
 
-void PushServers::setPortRange(int minPort, int maxPort)
+void PushServers::setPortRange(PortRange range)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    minPort_ = minPort;
-    maxPort_ = maxPort;
+    portRange_ = range;
 }
 
-SocketServerInfo* PushServers::create(std::string protocol, const ListenAddress& listen)
+PushServers::PortRange PushServers::portRange()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return portRange_;
+}
+
+SocketServerInfo* PushServers::create(std::string protocol, const ListenAddress& listen, std::optional<PortRange> own)
 {
     logLine("OrvuRestInterface::createServer: protocol: %s", protocol.c_str());
     const auto boundTo = protocol == "tcp"         ? bound<OrvuRestServerTcpSocket>
@@ -51,10 +57,7 @@ SocketServerInfo* PushServers::create(std::string protocol, const ListenAddress&
     }
     const std::optional<in_addr> address = listen.usable("OrvuRestInterface::createServer");
     if (!address) return nullptr;
-    std::unique_lock<std::mutex> lock(mutex_);
-    const int minPort = minPort_, maxPort = maxPort_;
-    lock.unlock();
-    Server server = boundTo(*address, minPort, maxPort);
+    Server server = boundTo(*address, own ? *own : portRange());
     if (!server.pushes) return nullptr;
     auto info = std::make_unique<SocketServerInfo>();
     info->protocol = std::move(protocol);
@@ -120,7 +123,7 @@ void PushServers::stopAll()
 
 void PushServers::end()
 {
-    setPortRange(kNoPorts.first, kNoPorts.second);
+    setPortRange(kNoPorts);
     stopEach();
 }
 

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -22,10 +23,12 @@ public:
         Acceptor* acceptor = nullptr;  // its part
     };
 
-    void setPortRange(int minPort, int maxPort);
+    using PortRange = std::pair<int, int>;  // both ends included
 
-    /// What OrvuRestInterface::createServer() does.
-    SocketServerInfo* create(std::string protocol, const ListenAddress& address);
+    void setPortRange(PortRange range);
+
+    /// What OrvuRestInterface::createServer() does, in the range that was set where `own` is none.
+    SocketServerInfo* create(std::string protocol, const ListenAddress& address, std::optional<PortRange> own);
     bool stop(int handler);
     /// Stops them all and forgets the range.
     void end();
@@ -33,16 +36,16 @@ public:
     bool send(int handler, unsigned char* data, unsigned int size);
 
 private:
-    static constexpr std::pair<int, int> kNoPorts{1, 0};  // an empty range, until the application gives one
+    static constexpr PortRange kNoPorts{1, 0};  // an empty range, until the application gives one
 
+    PortRange portRange();
     int newHandler() const;
     void startAs(SocketServerInfo& info, Server server);
     int count();
     void stopEach();
 
     std::mutex mutex_;  // guards all below; never held while a server stops or pushes
-    int minPort_ = kNoPorts.first;
-    int maxPort_ = kNoPorts.second;
+    PortRange portRange_ = kNoPorts;
     std::map<int, Server> servers_;
 };
 

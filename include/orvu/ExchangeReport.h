@@ -25,8 +25,8 @@ enum ExchangePhase : int {
 ///     std::unique_ptr<Orvu::Serializable> answer(orvu.sendRequest(&request, report));
 ///     if (report.phase != Orvu::ExchangePhaseAnswered) ...  // the library made `answer`: the peer did not send it
 ///
-/// `size` and `receivedText` are yours. The library sets every other field before sendRequest() returns; a field that
-/// does not apply is 0. You may use one object for any number of exchanges, one after the other.
+/// `size`, `receivedText` and `group` are yours. The library sets every other field before sendRequest() returns; a
+/// field that does not apply is 0. You may use one object for any number of exchanges, one after the other.
 struct ExchangeReport {
     /// The size of this structure in bytes. Leave it as it is: a later version of the library may have more fields, and
     /// writes only those that your program knows.
@@ -38,7 +38,7 @@ struct ExchangeReport {
     /// what came together with its length) or not understood. Empty when none came.
     std::string* receivedText = nullptr;
 
-    /// Whether cancelRequests() or destroyInstance() ended the exchange.
+    /// Whether cancelRequests(), with this group or without any, or destroyInstance() ended the exchange.
     bool cancelled = false;
 
     /// Whether the peer may have the request, or part of it: true from the first byte that the system took. When false,
@@ -66,6 +66,10 @@ struct ExchangeReport {
     std::int64_t sendingMicroseconds = 0;     ///< Until the system had taken the whole request.
     std::int64_t waitingMicroseconds = 0;     ///< From then until the first byte of the answer was read.
     std::int64_t receivingMicroseconds = 0;   ///< From then until its last byte was read.
+
+    /// Null, or any pointer that you choose: OrvuRestInterface::cancelRequests(group) ends the exchanges whose report
+    /// carries it. The library only compares it.
+    const void* group = nullptr;
 };
 
 }  // namespace Orvu

@@ -28,3 +28,4 @@
 #include "orvu/Services.h"
 #include "orvu/Status.h"
 #include "orvu/TargetApplications.h"
+#include "orvu/Version.h"

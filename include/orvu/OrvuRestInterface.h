@@ -106,10 +106,23 @@ public:
     /// The same with an empty request of `type`.
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 
-    /// Wakes every exchange of sendRequest() and configureClient() in flight, on whichever thread: it ends as when the
-    /// client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits for its user's answer,
-    /// set a flag that it tests before each request, and call this again until the thread has ended.
+    /// The same with a peer of this exchange's own: `host` is a name or dotted IPv4 address. Needs no configureClient(),
+    /// and leaves the peer that it has set alone.
+    Serializable* sendRequest(const char* host, int port, Serializable* request, ExchangeReport& report);
+
+    /// Whether somebody listens on TCP `port` of `host`: opens a connection and closes it again. False when it was not
+    /// reached within 5 s, and as long as a name takes to resolve, which is not bounded. Leaves the configured peer
+    /// alone. cancelRequests() ends it, also that of `group`, unless that is null.
+    bool isReachable(const char* host, int port, const void* group = nullptr);
+
+    /// Wakes every exchange of sendRequest(), configureClient() and isReachable() in flight, on whichever thread: it
+    /// ends as when the client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits
+    /// for its user's answer, set a flag that it tests before each request, and call this again until the thread has
+    /// ended.
     void cancelRequests();
+
+    /// The same for the exchanges whose ExchangeReport carries `group` (see there), and no others. Null names none.
+    void cancelRequests(const void* group);
 
     /// The ports that createServer() tries, both ends included, at most 65,536. Without a range no port is tried. What is
     /// no port, below 0 or above 65535, counts as tried and refused; 0 is one of the system's choice.
@@ -120,6 +133,9 @@ public:
     /// `error` is 1 when the server could not be started. Listeners do not find the port by themselves: tell them the
     /// record's `port`, for example in an answer.
     SocketServerInfo* createServer(std::string protocol);
+
+    /// The same with a range of this server's own; the one that setSocketsPortsRange() has set stays as it is.
+    SocketServerInfo* createServer(std::string protocol, int minPort, int maxPort);
 
     /// Stops and deletes a push server. A push through it on another thread ends. False when `handler` names none.
     bool stopServer(int handler);

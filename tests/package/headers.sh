@@ -5,7 +5,7 @@ folder=$1 compiler=$2
 included=$(mktemp)
 trap 'rm -f "$included"' EXIT
 
-for header in "$folder"/orvu/*.h; do
+for header in "$folder"/orvu/*.h "$folder"/orvu/typed/*.h; do
     "$compiler" -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -MD -MF "$included" \
                 -I "$folder" -x c++ -include "$header" /dev/null
     grep -q "$header" "$included"

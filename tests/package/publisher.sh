@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# publisher.sh FOLDER: lets the publisher in FOLDER push on the port ORVU_PORT, and waits for the name of a service.
+# publisher.sh FOLDER PROGRAM: lets the publisher PROGRAM in FOLDER push on the port ORVU_PORT, and waits for the name
+# of a service.
 set -eu
 cd "$1"
 
-exec {output}< <(exec ./publisher "$ORVU_PORT")
+exec {output}< <(exec "./$2" "$ORVU_PORT")
 publisher=$!
 trap 'kill $publisher' EXIT
 read -r line <&"$output"

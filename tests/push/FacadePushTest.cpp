@@ -115,6 +115,28 @@ TEST_F(TheFacade, TriesNoPortBeforeItIsGivenARange)
                 testing::ElementsAre(kCreate + "protocol: tcp", testing::StartsWith("OrvuRestServerTcpSocket::stop")));
 }
 
+TEST_F(TheFacade, CreatesAServerInARangeOfItsOwn)
+{
+    const PortLease own, common;
+    facade().setSocketsPortsRange(common.port(), common.port());
+    const Info first(facade().createServer("tcp", own.port(), own.port()));
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->port, own.port());
+    EXPECT_EQ(Info(facade().createServer("websocket", own.port(), own.port())), nullptr);
+    EXPECT_EQ(Info(facade().createServer("tcp", 2, 1)), nullptr);
+    const Info second(facade().createServer("tcp"));
+    ASSERT_TRUE(second);
+    EXPECT_EQ(second->port, common.port());
+}
+
+TEST_F(TheFacade, RemembersNoRangeOfAServersOwn)
+{
+    const PortLease own;
+    ASSERT_TRUE(Info(facade().createServer("tcp", own.port(), own.port())));
+    facade().stopAllServers();
+    EXPECT_EQ(Info(facade().createServer("tcp")), nullptr);
+}
+
 TEST_F(TheFacade, TriesNoPortOfAnEmptyRange)
 {
     facade().setSocketsPortsRange(5001, 5000);

@@ -117,9 +117,20 @@ const std::vector<Caller::Call> Caller::kCalls = {
         EXPECT_EQ(report.receivedText, &text);
     },
     [](Caller&) { facade().cancelRequests(); },
+    [](Caller& caller) {
+        ExchangeReport report;
+        report.group = &caller;
+        SuccessResponse request;
+        const std::unique_ptr<Serializable> got(facade().sendRequest("127.0.0.1", caller.port(), &request, report));
+        EXPECT_NE(got, nullptr);
+        EXPECT_EQ(report.group, &caller);
+    },
+    [](Caller& caller) { facade().isReachable("127.0.0.1", caller.port(), &caller); },
+    [](Caller& caller) { facade().cancelRequests(&caller); },
     [](Caller& caller) { facade().setSocketsPortsRange(0, static_cast<int>(caller.upTo(3))); },
     [](Caller& caller) { caller.create("tcp"); },
     [](Caller& caller) { caller.create("websocket"); },
+    [](Caller&) { const std::unique_ptr<SocketServerInfo> info(facade().createServer("tcp", 0, 0)); },
     [](Caller& caller) { facade().stopServer(caller.handler_); },
     [](Caller&) { facade().stopAllServers(); },
     [](Caller& caller) { caller.push(caller.handler_); },

@@ -27,6 +27,8 @@ using testing::Contains;
 namespace {
 
 constexpr std::size_t kLengthSize = 4;
+constexpr std::uint32_t kFirstSize =
+    offsetof(ExchangeReport, group);  // of a program that was built before there were groups
 
 struct AReport : ARequestClient {
     AReport() { report.receivedText = &text; }
@@ -372,9 +374,25 @@ TEST_F(AReport, KeepsItsSizeAndWhatIsBeyondTheLibrarysOwn)
     EXPECT_EQ(larger.later, 1234U);
 }
 
+TEST_F(AReport, MayBeOfAProgramThatKnowsNoGroups)
+{
+    const int other = 0;
+    report.size = kFirstSize;
+    report.group = &other;  // no field of such a program's, but whatever comes after its report
+    ConfirmationScreen request("phone");
+    ask(request, [&](RawPeer& connection) {
+        connection.readFrame();
+        client().cancelRequests(&other);
+        connection.send(frameOf(kSuccess));
+    });
+    EXPECT_EQ(report.phase, ExchangePhaseAnswered);
+    EXPECT_EQ(report.size, kFirstSize);
+    EXPECT_EQ(report.group, &other);
+}
+
 TEST_F(AReport, IsLeftAloneWhenItIsTooSmall)
 {
-    for (const std::uint32_t size : {0U, 4U, static_cast<std::uint32_t>(sizeof report) - 1}) {
+    for (const std::uint32_t size : {0U, 4U, kFirstSize - 1}) {
         log.clear();
         report.size = size;
         const ExchangeReport before = report;

@@ -121,14 +121,15 @@ unsigned longestBacklog()
     return std::min<unsigned>(SOMAXCONN, longest);
 }
 
-bool isBeingOpened(int port)
+int connectionsBeingOpened(int port)
 {
     std::ostringstream remote;
     remote << std::uppercase << std::hex << port << " 02 ";  // the state SYN_SENT
     std::ifstream connections("/proc/self/net/tcp");
+    int count = 0;
     for (std::string line; std::getline(connections, line);)
-        if (line.find(":" + remote.str()) != std::string::npos) return true;
-    return false;
+        if (line.find(":" + remote.str()) != std::string::npos) ++count;
+    return count;
 }
 
 std::size_t residentMemory()

@@ -23,8 +23,13 @@ std::string listenAddressOf(int port);
 unsigned backlogOf(int listener);
 unsigned longestBacklog();
 
-/// Whether a connection to `port` is still being opened.
-bool isBeingOpened(int port);
+/// How many connections to `port` are still being opened.
+int connectionsBeingOpened(int port);
+/// Whether there is one.
+inline bool isBeingOpened(int port)
+{
+    return connectionsBeingOpened(port) > 0;
+}
 
 /// What this process has in memory, in bytes: now, and the most since the last call of resetPeakMemory().
 std::size_t residentMemory();

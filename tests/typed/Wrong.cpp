@@ -1,0 +1,75 @@
+// Programs that are wrong, each under its macro. With NOTHING_WRONG it compiles.
+#include "orvu/Typed.h"
+
+using namespace Orvu;
+
+void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>& request)
+{
+#if defined NOTHING_WRONG
+    receiver.on([](const Service&) { return SuccessResponse(); });
+    tv.send(ServiceSelection());
+    publisher.push(Service());
+    request.answer(SuccessResponse());
+#elif defined HANDLER_OF_ANY_TYPE
+    receiver.on([](const auto&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_NOTHING
+    receiver.on([] { return SuccessResponse(); });
+#elif defined HANDLER_OF_A_COPY
+    receiver.on([](Service) { return SuccessResponse(); });
+#elif defined HANDLER_OF_A_MUTABLE_MESSAGE
+    receiver.on([](Service&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_NO_MESSAGE
+    receiver.on([](const int&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_ANY_MESSAGE
+    receiver.on([](const Serializable&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_AN_OWN_CLASS
+    struct Own : Service {};
+    receiver.on([](const Own&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_A_BORROWED_REQUEST
+    receiver.on([](const Request<Service>&) {});
+#elif defined NOT_A_HANDLER
+    receiver.on(7);
+#elif defined HANDLER_WITHOUT_AN_ANSWER
+    receiver.on([](const Service&) {});
+#elif defined HANDLER_THAT_RETURNS_A_POINTER
+    receiver.on([](const Service&) { return static_cast<Service*>(nullptr); });
+#elif defined HANDLER_THAT_RETURNS_TWICE
+    receiver.on([](Request<Service>) { return SuccessResponse(); });
+#elif defined HANDLER_OF_SEVERAL_TYPES
+    receiver.on([](const BinaryData&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_ANOTHER_TYPE
+    receiver.on<DataTypeBinaryNIT>([](const Service&) { return SuccessResponse(); });
+#elif defined ANSWER_THAT_CANNOT_BE_COPIED
+    receiver.on([](const Service&) -> Answer {
+        ServiceList list;
+        return list;
+    });
+#elif defined ANSWER_OF_NO_MESSAGE
+    receiver.on([](const Service&) -> Answer { return 7; });
+#elif defined REQUEST_ANSWERED_WITH_NO_MESSAGE
+    request.answer(true);
+#elif defined ASKED_FOR_ANY_MESSAGE
+    tv.ask<Serializable>();
+#elif defined ASKED_FOR_NO_MESSAGE
+    tv.ask<int>();
+#elif defined ASKED_FOR_SEVERAL_TYPES
+    tv.ask<BinaryData>();
+#elif defined ASKED_BY_NUMBER
+    tv.ask<DataTypeServiceList>();
+#elif defined SENT_A_CONSTANT_LIST
+    const ServiceList list;
+    tv.send(list);
+#elif defined SENT_A_POINTER
+    Service service;
+    tv.send(&service);
+#elif defined PUSHED_A_NUMBER
+    publisher.push(7);
+#elif defined MADE_A_BUFFER
+    BinaryData table(DataTypeBinaryNIT);
+    make(table.buffer);
+#endif
+    static_cast<void>(receiver);
+    static_cast<void>(tv);
+    static_cast<void>(publisher);
+    static_cast<void>(request);
+}
