@@ -78,8 +78,9 @@ void Attachment::attach()
 Attachment::End Attachment::openWebSocket(bool wasAttachedBefore)
 {
     const std::string key = webSocketKey(randomBytes<16>());
-    // Also when not all of it goes out the answer, or that there is none, says why.
-    connection_.send(openingRequest(place_.host, place_.port, key));
+    const int fault = connection_.send(openingRequest(place_.host, place_.port, key));
+    // A publisher that has closed the connection may have said why.
+    if (fault != 0 && fault != EPIPE && fault != ECONNRESET) return broken(fault);
     return readAnswer(key, wasAttachedBefore);
 }
 

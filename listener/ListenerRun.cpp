@@ -36,17 +36,34 @@ bool ListenerRun::start()
     return thread_.start(makeTask(kListenerThread, [self = shared_from_this()] { self->run(); }));
 }
 
-void ListenerRun::end()
+bool ListenerRun::isOnThisThread()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return self_ && pthread_equal(*self_, pthread_self());
+}
+
+bool ListenerRun::end(bool waits)
 {
     std::unique_lock<std::mutex> lock(mutex_);
     isOver_ = true;
     eventfd_write(bell_.fd(), 1);
-    const bool isOwnThread = self_ && pthread_equal(*self_, pthread_self());
-    const auto hasEnded = [this] { return hasEnded_; };
-    if (!isOwnThread && !changed_.wait_for(lock, kResolvingTime, hasEnded))
+    if (!waits) {
+        delivery_.end();
+        return false;
+    }
+    if (!changed_.wait_for(lock, kResolvingTime, [this] { return hasEnded_; }))
         changed_.wait(lock, [this] { return hasEnded_ || isResolving_; });
-    if (hasEnded_) return thread_.join();
-    delivery_.end();
+    if (!hasEnded_) {
+        delivery_.end();
+        thread_.detach();
+    }
+    thread_.join();
+    return true;
+}
+
+void ListenerRun::letGo()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
     thread_.detach();
 }
 

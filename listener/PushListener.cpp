@@ -1,8 +1,10 @@
 #include "orvu/PushListener.h"
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <new>
+#include <vector>
 
 #include "listener/ListenerRun.h"
 #include "log/Log.h"
@@ -21,40 +23,48 @@ bool refuse(const char* why)
     return false;
 }
 
-std::shared_ptr<ListenerRun> newRun(const char* host, int port, Channel channel, const ListenerSettings& settings)
-{
-    try {
-        return std::make_shared<ListenerRun>(PublisherPlace{host, port, channel}, settings);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
 }  // namespace
 
 struct PushListener::Private {
     using Run = std::shared_ptr<ListenerRun>;
 
-    Run run()
+    /// Ends what listens. Its callbacks must not wait for each other: when one of them calls, nobody waits, and the runs
+    /// stay until another thread has waited for them.
+    void end()
+    {
+        const bool waits = !isInCallback();
+        std::size_t kept = 0;
+        while (const Run run = at(kept)) {
+            if (run->end(waits))
+                forget(run);
+            else
+                ++kept;
+        }
+    }
+    bool isInCallback()
     {
         const std::lock_guard<std::mutex> lock(mutex);
-        return current;
+        return std::any_of(runs.begin(), runs.end(), [](const Run& run) { return run->isOnThisThread(); });
     }
-    void begin(const Run& run)
+    Run at(std::size_t index)
     {
         const std::lock_guard<std::mutex> lock(mutex);
-        current = run;
+        return index < runs.size() ? runs[index] : nullptr;
     }
-    /// Another thread may have begun the next one meanwhile.
+    void add(const Run& run)
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        runs.push_back(run);
+    }
     void forget(const Run& run)
     {
         const std::lock_guard<std::mutex> lock(mutex);
-        if (current == run) current.reset();
+        runs.erase(std::remove(runs.begin(), runs.end(), run), runs.end());
     }
 
     ListenerSettings settings;
-    std::mutex mutex;  // guards `current`
-    Run current;
+    std::mutex mutex;       // guards `runs`
+    std::vector<Run> runs;  // the last one listens; those before it were ended by their own callbacks
 };
 
 PushListener::PushListener() noexcept : private_(new (std::nothrow) Private) {}
@@ -62,6 +72,9 @@ PushListener::PushListener() noexcept : private_(new (std::nothrow) Private) {}
 PushListener::~PushListener()
 {
     stop();
+    if (!private_) return;
+    for (const Private::Run& run : private_->runs)
+        run->letGo();
     delete private_;
 }
 
@@ -103,20 +116,20 @@ bool PushListener::listen(const char* host, int port, Channel channel) noexcept
     if (!nameOf(channel)) return refuse("not a channel!");
     logLine("PushListener::listen: %s:%d (%s)", host, port, nameOf(channel));
     private_->settings.signals = signalsOfThisThread();
-    const std::shared_ptr<ListenerRun> run = newRun(host, port, channel, private_->settings);
-    if (!run) return refuse("out of memory!");
-    if (!run->start()) return refuse("Could not start the thread!");
-    private_->begin(run);
-    return true;
+    try {
+        const auto run = std::make_shared<ListenerRun>(PublisherPlace{host, port, channel}, private_->settings);
+        private_->add(run);
+        if (run->start()) return true;
+        private_->forget(run);
+    } catch (const std::bad_alloc&) {
+        return refuse("out of memory!");
+    }
+    return refuse("Could not start the thread!");
 }
 
 void PushListener::stop() noexcept
 {
-    if (!private_) return;
-    const std::shared_ptr<ListenerRun> run = private_->run();
-    if (!run) return;
-    run->end();
-    private_->forget(run);
+    if (private_) private_->end();
 }
 
 }  // namespace Orvu

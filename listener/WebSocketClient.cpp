@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <sstream>
 
 #include "codecs/Base64.h"
 #include "messages/core/Json.h"
@@ -31,11 +30,13 @@ std::string trimmed(const std::string& text)
 /// The value of the first field of this name; empty without one.
 std::string fieldOf(const std::string& head, const std::string& name)
 {
-    std::istringstream lines(head);
-    for (std::string line; std::getline(lines, line);) {
+    for (std::size_t begin = 0; begin < head.size();) {
+        const std::size_t end = std::min(head.find('\n', begin), head.size());
+        const std::string line = head.substr(begin, end - begin);
         const std::size_t colon = line.find(':');
         if (colon != std::string::npos && inLowerCase(line.substr(0, colon)) == name)
             return trimmed(line.substr(colon + 1));
+        begin = end + 1;
     }
     return "";
 }

@@ -93,7 +93,7 @@ public:
     using StateCallback = void (*)(const ListenerStatus& status, void* context);
 
     PushListener() noexcept;
-    ~PushListener();  ///< Stops as stop() does.
+    ~PushListener();  ///< Stops as stop() does. May be called in a callback of this listener.
     PushListener(const PushListener&) = delete;
     PushListener& operator=(const PushListener&) = delete;
 
@@ -116,9 +116,11 @@ public:
     bool listen(const char* host, int port, Channel channel) noexcept;
 
     /// Ends listening; what came of a value that is not whole is handed over first, as text. No callback runs after it has
-    /// returned, and its thread has ended. It returns within a second, or when the callback that runs has ended. In two
-    /// cases the thread ends by itself soon afterwards, begins no callback and does not touch the listener: when a callback
-    /// of this listener calls stop(), and while the host's name is being resolved. Nothing when not listening.
+    /// returned, and its thread has ended. It returns within a second, or when the callback that runs has ended; so do not
+    /// hold a lock that a callback takes. In two cases the thread ends by itself soon afterwards and begins no callback:
+    /// when a callback of this listener calls stop() (another thread that calls it then waits as above), and while the
+    /// host's name is being resolved. In both the listener may be deleted at once: its thread does not touch it. Nothing
+    /// when not listening.
     void stop() noexcept;
 
 private:

@@ -1,7 +1,9 @@
 #include "messages/core/Parsing.h"
 
 #include <memory>
+#include <new>
 
+#include "log/Log.h"
 #include "messages/core/Catalogue.h"
 #include "messages/core/ThreadEnd.h"
 #include "orvu/Explanation.h"
@@ -12,11 +14,14 @@ namespace {
 std::unique_ptr<Serializable> filled(const char* text)
 {
     const CheckedText checked(text);
+    if (checked.refusal() == CheckedText::Refusal::OutOfMemory) throw std::bad_alloc();
     const HeaderTypes types = headerTypes(checked);
-    if (!types.isName) return nullptr;
+    if (!types.isName || types.mapped != types.named || !entryOf(types.named)->isMade) return nullptr;
     std::unique_ptr<Serializable> message(Serializable::factory(types.mapped));
-    if (!message || types.mapped != types.named || !fill(*message, checked, text)) return nullptr;
-    return message;
+    if (!message) throw std::bad_alloc();
+    if (fill(*message, checked, text)) return message;
+    logLine("parse: Cannot deserialize!");
+    return nullptr;
 }
 
 std::string faultOf(const char* text)
@@ -33,7 +38,10 @@ Serializable* messageIn(const char* text)
 {
     try {
         return filled(text).release();
-    } catch (...) {  // out of memory, or the number texts of some messages
+    } catch (const std::bad_alloc&) {
+        logLine("parse: ERROR out of memory!");
+        return nullptr;
+    } catch (...) {  // the number texts of some messages
         passThreadEndOn();
         return nullptr;
     }
