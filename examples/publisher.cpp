@@ -8,7 +8,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -21,15 +20,6 @@ using Orvu::OrvuRestInterface;
 
 const char* const kNames[] = {"Canal Um HD", "Canal Um Notícias", "Canal Dois HD"};
 
-/// Pushes the text of a message. A push server takes any bytes: what listeners expect is the application's to say.
-void push(int handler, Orvu::Serializable& message)
-{
-    const std::unique_ptr<char, void (*)(void*)> text(message.serialize(), std::free);
-    if (!text) return;  // out of memory
-    auto* const bytes = reinterpret_cast<unsigned char*>(text.get());
-    OrvuRestInterface::getInstance()->sendMessage(handler, bytes, static_cast<unsigned>(std::strlen(text.get())));
-}
-
 /// Pushes until one of `signals` comes.
 void publish(int handler, const sigset_t& signals)
 {
@@ -37,7 +27,7 @@ void publish(int handler, const sigset_t& signals)
     for (std::size_t next = 0; sigtimedwait(&signals, nullptr, &second) < 0; next = (next + 1) % std::size(kNames)) {
         Orvu::Service service;
         service.serviceName = kNames[next];
-        push(handler, service);
+        OrvuRestInterface::getInstance()->sendMessage(handler, service);
     }
 }
 
