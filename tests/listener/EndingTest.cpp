@@ -150,15 +150,23 @@ TEST_F(AListenersEnd, MayComeFromItsOwnCallback)
 
 TEST_F(AListenersEnd, MayBeItsDestructionInItsOwnCallback)
 {
-    heard_.action = [&](const std::string& what) {
-        if (what == "value: [1]") listener_.reset();
+    static Heard& heard = *new Heard;  // nobody can wait for the last callback to return
+    static PushListener* listener;
+    static Latch isGone;
+    listener = new PushListener;
+    heard.listenTo(*listener);
+    heard.action = [](const std::string& what) {
+        if (what != "value: [1]") return;
+        delete listener;
+        isGone.open();
     };
-    ASSERT_TRUE(listen());
+    ASSERT_TRUE(listener->listen("127.0.0.1", publisher_.port(), ChannelTcp));
     RawPeer connection = publisher_.accept();
     connection.send("[1][2]");
+    isGone.wait();
     EXPECT_EQ(connection.readToEnd(), "");
     EXPECT_TRUE(eventually(hasNoThread));
-    EXPECT_THAT(heard_.messages(), ElementsAre("value: [1]"));
+    EXPECT_THAT(heard.messages(), ElementsAre("value: [1]"));
 }
 
 TEST_F(AListenersEnd, MayBeANewBeginningInItsOwnCallback)
