@@ -196,8 +196,8 @@ JsonScanner::Verdict JsonScanner::takeInNumber(char byte)
     return take(byte);
 }
 
-/// Numbers and words at top level have no end of their own. What follows one directly may be the next value, or show that it
-/// was a piece of some other text, such as a date.
+/// Numbers and words at top level have no end of their own. What follows one directly may be the next value, or show
+/// that it was a piece of some other text, such as a date.
 JsonScanner::Verdict JsonScanner::takeBehindScalar(char byte) const
 {
     return isWhite(byte) || isOneOf(byte, "{[\"") ? Verdict::Before : Verdict::Wrong;

@@ -20,7 +20,8 @@ public:
     /// After anything but More, restart() comes first. Throws std::bad_alloc.
     Verdict take(char byte);
 
-    /// How many of the next bytes change nothing: those of a string up to its next quote, backslash or control character.
+    /// How many of the next bytes change nothing: those of a string up to its next quote, backslash or control
+    /// character.
     std::size_t plainBytes(std::string_view bytes) const;
 
     /// Begins with the next value.

@@ -28,8 +28,8 @@ bool refuse(const char* why)
 struct PushListener::Private {
     using Run = std::shared_ptr<ListenerRun>;
 
-    /// Ends what listens. Its callbacks must not wait for each other: when one of them calls, nobody waits, and the runs
-    /// stay until another thread has waited for them.
+    /// Ends what listens. Its callbacks must not wait for each other: when one of them calls, nobody waits, and the
+    /// runs stay until another thread has waited for them.
     void end()
     {
         const bool waits = !isInCallback();

@@ -20,8 +20,8 @@ std::string openingRequest(const std::string& host, int port, const std::string&
 /// Why the head of an answer, all before its blank line, does not open a WebSocket for `key`; empty when it does.
 std::string faultOfAnswer(const std::string& head, const std::string& key);
 
-/// A client's frame without continuation: `opcode` is its low four bits, `payload` has at most 125 bytes. `mask` is to be
-/// random, and new for each frame (RFC 6455, section 5.3).
+/// A client's frame without continuation: `opcode` is its low four bits, `payload` has at most 125 bytes. `mask` is
+/// to be random, and new for each frame (RFC 6455, section 5.3).
 std::string maskedFrame(int opcode, std::string_view payload, const std::array<unsigned char, 4>& mask);
 
 /// The frame that says good-bye.

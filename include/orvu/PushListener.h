@@ -23,8 +23,8 @@ enum PushedKind : int {
     PushedBytes = 3     ///< The next bytes, as they came: see PushListener::handOverBytes().
 };
 
-/// Something that was pushed. It lives until the callback returns, and so does all that it points to. A later version of
-/// the library may add fields at its end.
+/// Something that was pushed. It lives until the callback returns, and so does all that it points to. A later version
+/// of the library may add fields at its end.
 struct PushedMessage {
     PushedKind kind = PushedValue;
 
@@ -32,9 +32,9 @@ struct PushedMessage {
     const char* text = nullptr;
     std::size_t size = 0;
 
-    /// The message that the factory makes of a value, when PushListener::makeObjects() asks for it; the listener deletes
-    /// it. To keep it, take the pointer, set this one to null, and delete the message yourself. Null for a value whose
-    /// "HEADER" names no type, one that its type cannot read, and when out of memory.
+    /// The message that the factory makes of a value, when PushListener::makeObjects() asks for it; the listener
+    /// deletes it. To keep it, take the pointer, set this one to null, and delete the message yourself. Null for a
+    /// value whose "HEADER" names no type, one that its type cannot read, and when out of memory.
     Serializable* object = nullptr;
 };
 
@@ -62,8 +62,8 @@ enum ListenerLoss : int {
     ListenerLossOccupied = 7
 };
 
-/// A change of a listener's state. It lives until the callback returns. A later version of the library may add fields at
-/// its end.
+/// A change of a listener's state. It lives until the callback returns. A later version of the library may add fields
+/// at its end.
 struct ListenerStatus {
     ListenerState state = ListenerStateConnecting;
     ListenerLoss loss = ListenerLossNone;  ///< In the states Lost, Waiting and Stopped: why.
@@ -80,9 +80,9 @@ struct ListenerStatus {
 ///     listener.onMessage(onMessage, nullptr);
 ///     listener.listen("127.0.0.1", 34000, Orvu::ChannelTcp);
 ///
-/// Each listener that listens has one thread, `orvu-listener`, on which its callbacks run, one after the other. While a
-/// callback runs, nothing more is received: the publisher drops what the system does not hold for a slow listener. What is
-/// pushed while no listener is attached is lost.
+/// Each listener that listens has one thread, `orvu-listener`, on which its callbacks run, one after the other. While
+/// a callback runs, nothing more is received: the publisher drops what the system does not hold for a slow listener.
+/// What is pushed while no listener is attached is lost.
 ///
 /// The settings count from the next listen() on. Any thread may call any function, but the settings and listen() from
 /// one thread at a time, and the destructor last. No exception leaves a function; one that leaves a callback is caught
@@ -105,22 +105,23 @@ public:
     void makeObjects(bool on) noexcept;
     /// Whether everything comes as PushedBytes: as it came, of a WebSocket the payloads alone. Off at first.
     void handOverBytes(bool on) noexcept;
-    /// Whether to connect again after a loss: after 1 s first, twice as long after each failure, 30 s at most, each time
-    /// up to a quarter less, so that the listeners of a restarted publisher do not all come back at once. On at first.
-    /// When off, the listener ends after the first loss, with ListenerStateStopped.
+    /// Whether to connect again after a loss: after 1 s first, twice as long after each failure, 30 s at most, each
+    /// time up to a quarter less, so that the listeners of a restarted publisher do not all come back at once. On at
+    /// first. When off, the listener ends after the first loss, with ListenerStateStopped.
     void reconnect(bool on) noexcept;
 
-    /// Listens to the publisher on TCP `port`, 1 to 65535, of `host`, a name or dotted IPv4 address, until stop(). Stops
-    /// what it listened to before. Does not wait for the connection: that comes as a state. False, with a log line, for a
-    /// host that is null or empty, another port, another channel, and when descriptors, threads or memory run out.
+    /// Listens to the publisher on TCP `port`, 1 to 65535, of `host`, a name or dotted IPv4 address, until stop().
+    /// Stops what it listened to before. Does not wait for the connection: that comes as a state. False, with a log
+    /// line, for a host that is null or empty, another port, another channel, and when descriptors, threads or memory
+    /// run out.
     bool listen(const char* host, int port, Channel channel) noexcept;
 
-    /// Ends listening; what came of a value that is not whole is handed over first, as text. No callback runs after it has
-    /// returned, and its thread has ended. It returns within a second, or when the callback that runs has ended; so do not
-    /// hold a lock that a callback takes. In two cases the thread ends by itself soon afterwards and begins no callback:
-    /// when a callback of this listener calls stop() (another thread that calls it then waits as above), and while the
-    /// host's name is being resolved. In both the listener may be deleted at once: its thread does not touch it. Nothing
-    /// when not listening.
+    /// Ends listening; what came of a value that is not whole is handed over first, as text. No callback runs after
+    /// it has returned, and its thread has ended. It returns within a second, or when the callback that runs has
+    /// ended; so do not hold a lock that a callback takes. In two cases the thread ends by itself soon afterwards and
+    /// begins no callback: when a callback of this listener calls stop() (another thread that calls it then waits as
+    /// above), and while the host's name is being resolved. In both the listener may be deleted at once: its thread
+    /// does not touch it. Nothing when not listening.
     void stop() noexcept;
 
 private:

@@ -156,10 +156,10 @@ public:
     /// memory; an UnknowRequest for DataTypeUnknown.
     static Serializable* factory(DataType type);
 
-    /// A new message of the type that the "HEADER" member of `text` names, filled from it; the caller's. It takes the place
-    /// of deserializeHeader(), factory() and deserialize(), and checks the text once. Null when `text` is null or not
-    /// JSON, names no type that factory() makes, or lacks what the type requires, and when out of memory; no exception
-    /// of a number text passes.
+    /// A new message of the type that the "HEADER" member of `text` names, filled from it; the caller's. It takes the
+    /// place of deserializeHeader(), factory() and deserialize(), and checks the text once. Null when `text` is null or
+    /// not JSON, names no type that factory() makes, or lacks what the type requires, and when out of memory. It throws
+    /// nothing.
     static Serializable* parse(const char* text);
 
     /// The same; `reason` says why there is no message, in one line such as "line 3, column 5: schedule: required,

@@ -16,8 +16,8 @@
 
 using namespace Orvu;
 
-/// Listeners that are started, stopped and destroyed without pause, from their callbacks as well, while pushes arrive and
-/// publishers vanish. The thread sanitizer sees whether they get into each other's way.
+/// Listeners that are started, stopped and destroyed without pause, from their callbacks as well, while pushes arrive
+/// and publishers vanish. The thread sanitizer sees whether they get into each other's way.
 
 namespace OrvuTests {
 namespace {
@@ -75,7 +75,8 @@ struct Listening {
     static void state(const ListenerStatus&, void* context) { ++static_cast<Listening*>(context)->touched; }
 };
 
-/// Every other listener waits for a message first; every third stops in its callback; others are stopped by two threads.
+/// Every other listener waits for a message first; every third stops in its callback; others are stopped by two
+/// threads.
 void liveOnce(int turn, int port, Channel channel)
 {
     Listening listening;

@@ -28,8 +28,8 @@ class Watch {
 public:
     Watch(const WatchOptions& options, Ending& ending, Output& output);
 
-    /// Shows what comes until a signal comes, whoever reads the output leaves, or the connection ends and is not to be made
-    /// again. The exit code. Once.
+    /// Shows what comes until a signal comes, whoever reads the output leaves, or the connection ends and is not to
+    /// be made again. The exit code. Once.
     int run();
 
 private:
