@@ -31,6 +31,7 @@ int main(int argc, char** argv)
         OrvuBench::addScheduleRows();
         OrvuBench::addPushRows();
         OrvuBench::addFloodRows();
+        OrvuBench::addListeningRows();
     }
 
     // Memory costs more in a process with several threads, as every receiver is.

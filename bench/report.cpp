@@ -32,7 +32,7 @@ const std::vector<std::string> kSubjects = {
     "checking half events",   "adding 20000, ascending", "adding 20000, descending", "pushing to 1",
     "pushing to 8",           "pushing to 64",           "pushing a frame, 1 KB",    "pushing a frame, 64 KB",
     "without pause to 1",     "without pause to 8",      "without pause to 64",      "frames, no pause, 1 KB",
-    "frames, no pause, 64 KB"};
+    "frames, no pause, 64 KB", "listening, 1 KB"};
 const std::vector<std::string> kPrograms = {"limit", "limit, kept threads", "cJSON",
                                             "orvu",  "orvu, logging",       "orvu, a quarter"};
 
@@ -105,6 +105,7 @@ constexpr Comparison kComparisons[] = {
     {"without pause to 64", "orvu",     "limit", 1.15},
     {"frames, no pause, 1 KB", "orvu",  "limit", 1.15},
     {"frames, no pause, 64 KB", "orvu", "limit", 1.15},
+    {"listening, 1 KB", "orvu", "limit", 2.00},
 };
 // clang-format on
 

@@ -23,13 +23,6 @@ int errorOfLookup(int reason)
     return reason == NETDB_INTERNAL ? errno : 0;
 }
 
-int pendingError(int fd)
-{
-    int error = 0;
-    socklen_t size = sizeof error;
-    return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
-}
-
 }  // namespace
 
 std::optional<in_addr> resolved(const std::string& host, int& error)
@@ -52,6 +45,13 @@ std::optional<in_addr> resolved(const std::string& host, int& error)
     }
     std::memcpy(&address, found->h_addr_list[0], sizeof address);
     return address;
+}
+
+int pendingError(int fd)
+{
+    int error = 0;
+    socklen_t size = sizeof error;
+    return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
 }
 
 int connectTo(int fd, const in_addr& host, int port, Seconds patience)

@@ -17,6 +17,9 @@ namespace Orvu {
 /// std::bad_alloc.
 std::optional<in_addr> resolved(const std::string& host, int& error);
 
+/// What came of connecting a socket once it can be written: 0, or the error number.
+int pendingError(int fd);
+
 /// Connects a socket: 0, or the error number; ETIMEDOUT when the peer does not answer in time. Waits as long as the
 /// socket's send time-out says, which is to be `patience`.
 int connectTo(int fd, const in_addr& host, int port, Seconds patience);

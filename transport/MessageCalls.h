@@ -24,6 +24,29 @@ inline JsonText textOf(Serializable* message)
     }
 }
 
+/// Switches the header flag of a message on while it lives.
+class ShownHeader {
+public:
+    explicit ShownHeader(Serializable& message) : message_(message), before_(message.headerFlag_)
+    {
+        message.headerFlag_ = true;
+    }
+    ~ShownHeader() { message_.headerFlag_ = before_; }
+    ShownHeader(const ShownHeader&) = delete;
+    ShownHeader& operator=(const ShownHeader&) = delete;
+
+private:
+    Serializable& message_;
+    const bool before_;
+};
+
+/// The same with its "HEADER", whatever its header flag says.
+inline JsonText textWithHeader(Serializable& message)
+{
+    const ShownHeader shown(message);
+    return textOf(&message);
+}
+
 /// A text that is not JSON is for the application; one for whose check memory ran out is not. Throws std::bad_alloc.
 inline void requireMemory(const CheckedText& checked)
 {

@@ -365,8 +365,8 @@ Serializable* OrvuRestClientSocket::exchange(const Address* address, Serializabl
     const std::optional<FrameText> response = readResponse(connection.fd(), patience, notes);
     if (!response && !connection.isWanted()) notes.cancel();
     connection.close();
-    const auto peerName = [this] {
-        const Peer peer = this->peer();
+    const auto peerName = [this, address] {
+        const Peer peer = address ? Peer{address->host ? address->host : "", address->port} : this->peer();
         return peer.host + ":" + std::to_string(peer.port);
     };
     return response ? answerIn(*response, notes, peerName) : make<EmptyData>();

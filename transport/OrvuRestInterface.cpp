@@ -4,12 +4,14 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
+#include <cstring>
 #include <mutex>
 #include <new>
 #include <optional>
 
 #include "log/Log.h"
 #include "transport/ExchangeNotes.h"
+#include "transport/MessageCalls.h"
 #include "transport/OrvuRestClientSocket.h"
 #include "transport/OrvuRestServerSocket.h"
 #include "transport/PushServers.h"
@@ -242,6 +244,17 @@ void OrvuRestInterface::stopAllServers()
 bool OrvuRestInterface::sendMessage(int handler, unsigned char* data, unsigned int size)
 {
     return pushServers().send(handler, data, size);
+}
+
+bool OrvuRestInterface::sendMessage(int handler, Serializable& message)
+{
+    const JsonText text = textWithHeader(message);
+    if (!text) {
+        logLine("OrvuRestInterface::sendMessage: ERROR cannot write the message!");
+        return false;
+    }
+    return sendMessage(handler, reinterpret_cast<unsigned char*>(text.get()),
+                       static_cast<unsigned>(std::strlen(text.get())));
 }
 
 std::string OrvuRestInterface::getCurrentIpAddress()

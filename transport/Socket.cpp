@@ -5,6 +5,7 @@
 #include <climits>
 #include <fcntl.h>
 #include <netinet/tcp.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -19,6 +20,11 @@ int millisecondsUntil(Deadline deadline)
     if (deadline == kNever) return -1;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
     return static_cast<int>(std::clamp<long long>(left, 0, INT_MAX));
+}
+
+void setOption(int fd, int level, int option, int value)
+{
+    setsockopt(fd, level, option, &value, sizeof value);
 }
 
 Socket movedUp(Socket socket)
@@ -88,10 +94,23 @@ Socket Socket::acceptedFrom(const Socket& listener)
     return movedUp(Socket(fd));
 }
 
+Socket Socket::bell()
+{
+    return movedUp(Socket(eventfd(0, EFD_CLOEXEC)));
+}
+
 void Socket::sendAtOnce()
 {
-    const int on = 1;
-    setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    setOption(fd_, IPPROTO_TCP, TCP_NODELAY, 1);
+}
+
+void Socket::keepAlive()
+{
+    setOption(fd_, SOL_SOCKET, SO_KEEPALIVE, 1);
+    setOption(fd_, IPPROTO_TCP, TCP_KEEPIDLE, 60);  // seconds, as the next one
+    setOption(fd_, IPPROTO_TCP, TCP_KEEPINTVL, 15);
+    setOption(fd_, IPPROTO_TCP, TCP_KEEPCNT, 4);
+    setOption(fd_, IPPROTO_TCP, TCP_USER_TIMEOUT, 120 * 1000);  // milliseconds
 }
 
 void Socket::shutdown()

@@ -55,6 +55,10 @@ public:
     /// The next connection of a listening socket; without one `errno` tells why. Blocks.
     static Socket acceptedFrom(const Socket& listener);
 
+    /// Not a socket, but a counter that poll() finds readable once eventfd_write() has counted; without one `errno` tells
+    /// why.
+    static Socket bell();
+
     explicit operator bool() const { return fd_ >= 0; }
     int fd() const { return fd_; }
     /// Gives the descriptor away.
@@ -62,6 +66,9 @@ public:
     /// Lets what is written go out at once, however small, instead of waiting until the peer has confirmed what went
     /// before.
     void sendAtOnce();
+    /// Has the system find a peer that vanished without a word within two minutes, whether or not something is on its way
+    /// to it.
+    void keepAlive();
     /// Ends the traffic both ways and wakes whoever waits for some. A listening socket stops listening and stays bound.
     void shutdown();
 

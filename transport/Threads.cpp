@@ -91,4 +91,10 @@ void Thread::join()
     thread_.reset();
 }
 
+void Thread::detach()
+{
+    if (thread_) pthread_detach(*thread_);
+    thread_.reset();
+}
+
 }  // namespace Orvu

@@ -90,6 +90,8 @@ public:
     bool start(std::unique_ptr<Task> task);
     /// Waits for the thread's end. Nothing without a thread.
     void join();
+    /// Lets the thread end by itself. Nothing without a thread.
+    void detach();
 
 private:
     std::optional<pthread_t> thread_;

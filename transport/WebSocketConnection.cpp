@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <netinet/tcp.h>
 #include <new>
 #include <poll.h>
 #include <sys/socket.h>
@@ -23,21 +22,6 @@ constexpr std::size_t kReceiveSize = 2 * 1024;
 const unsigned char* bytesOf(const std::string& text)
 {
     return reinterpret_cast<const unsigned char*>(text.data());
-}
-
-void setOption(const Socket& socket, int level, int option, int value)
-{
-    setsockopt(socket.fd(), level, option, &value, sizeof value);
-}
-
-/// A client that vanished without a word is found within two minutes, whether or not something is on its way to it.
-void watch(const Socket& socket)
-{
-    setOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
-    setOption(socket, IPPROTO_TCP, TCP_KEEPIDLE, 60);  // seconds, as the next one
-    setOption(socket, IPPROTO_TCP, TCP_KEEPINTVL, 15);
-    setOption(socket, IPPROTO_TCP, TCP_KEEPCNT, 4);
-    setOption(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, 120 * 1000);  // milliseconds
 }
 
 int shownSize(std::uint64_t size)
@@ -105,7 +89,7 @@ bool WebSocketConnection::answer(const std::string& response)
         "------------------------------------\n%s------------------------------------\n",
         response.c_str());
     socket_.sendAtOnce();
-    watch(socket_);
+    socket_.keepAlive();
     Outgoing answer(response.data(), response.size());
     if (!answer.finish(socket_.fd(), kFrameTime)) {
         place_.end(*this);

@@ -21,6 +21,7 @@
 #include "orvu/PlatformCapabilities.h"
 #include "orvu/Position.h"
 #include "orvu/Properties.h"
+#include "orvu/PushListener.h"
 #include "orvu/Results.h"
 #include "orvu/Serializable.h"
 #include "orvu/ServiceComponents.h"

@@ -147,6 +147,11 @@ public:
     /// stay the caller's. False when `handler` names no server, or no longer does.
     bool sendMessage(int handler, unsigned char* data, unsigned int size);
 
+    /// Writes `message` as serialize() does, "HEADER" included whatever its header flag says, and pushes the text, without
+    /// a NUL, as above. The flag is as before afterwards. False also when the message cannot be written. The message stays
+    /// the caller's.
+    bool sendMessage(int handler, Serializable& message);
+
     /// This device's IPv4 address, dotted: the first that is not 127.0.0.1, in the system's order; "127.0.0.1" without
     /// one.
     std::string getCurrentIpAddress();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "orvu/Export.h"
 
 namespace Orvu {
@@ -154,6 +156,16 @@ public:
     /// memory; an UnknowRequest for DataTypeUnknown.
     static Serializable* factory(DataType type);
 
+    /// A new message of the type that the "HEADER" member of `text` names, filled from it; the caller's. It takes the
+    /// place of deserializeHeader(), factory() and deserialize(), and checks the text once. Null when `text` is null or
+    /// not JSON, names no type that factory() makes, or lacks what the type requires, and when out of memory. It throws
+    /// nothing.
+    static Serializable* parse(const char* text);
+
+    /// The same; `reason` says why there is no message, in one line such as "line 3, column 5: schedule: required,
+    /// missing", and is empty when there is one.
+    static Serializable* parse(const char* text, std::string& reason);
+
     /// Reads the message from a parsed item (a `cJSON*`, passed untyped), through the virtual deserialize(text).
     /// False for a null item. The item stays the caller's.
     bool deserializeObject(void* item);
@@ -170,6 +182,7 @@ protected:
 
 private:
     friend class JsonWriter;
+    friend class ShownHeader;
 
     bool headerFlag_ = true;
     const DataType dataType_;

@@ -229,8 +229,32 @@ TEST(TheExamplePublisher, SaysWhyItCannotPush)
     }
 }
 
+TEST(TheExampleListener, PrintsWhatThePublisherPushes)
+{
+    for (const std::string channel : {"tcp", "websocket"}) {
+        Process publisher(command(ORVU_EXAMPLE_PUBLISHER, {channel}), withoutLog());
+        ASSERT_TRUE(publisher.waitForOutput("\n"));
+        const std::string line = publisher.out();
+        const std::string port = line.substr(line.find(':') + 1, line.find('\n') - line.find(':') - 1);
+        Process listener(command(ORVU_EXAMPLE_LISTENER, {channel, port}), withoutLog());
+        ASSERT_TRUE(listener.waitForOutput("now on Canal "));
+        publisher.signal(SIGTERM);
+        publisher.wait();
+        ASSERT_TRUE(listener.waitForOutput("it closed the connection; trying again in 1 s\n"));
+        listener.signal(SIGINT);
+        const Ended ended = listener.wait();
+        EXPECT_EQ(ended.code, 0);
+        EXPECT_EQ(ended.err, "");
+        EXPECT_THAT(ended.out, testing::MatchesRegex("attached\n(now on Canal [^\n]*\n)+"
+                                                     "it closed the connection; trying again in 1 s\n(.*\n)*ended\n"));
+    }
+}
+
 TEST(TheExamplePrograms, SayHowTheyAreUsed)
 {
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"tcp"})).err, "usage: listener tcp|websocket PORT [HOST]\n");
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"udp", "9000"})).code, 64);
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"tcp", "0"}), withoutLog()).code, 1);
     EXPECT_EQ(run(command(ORVU_EXAMPLE_PUBLISHER, {})).err, "usage: publisher tcp|websocket [MIN-PORT MAX-PORT]\n");
     EXPECT_EQ(run(command(ORVU_EXAMPLE_PUBLISHER, {"tcp", "9000"})).code, 64);
     EXPECT_EQ(run(command(ORVU_EXAMPLE_RECEIVER, {})).err, "usage: receiver PORT CHANNELS-FILE\n");

@@ -7,6 +7,7 @@
 #include <netinet/in.h>
 
 #include "orvu/OrvuRestInterface.h"
+#include "orvu/Services.h"
 #include "push/Peers.h"
 #include "support/LogCapture.h"
 #include "support/Observed.h"
@@ -61,6 +62,38 @@ std::string firstAddressOutside()
     }
     freeifaddrs(interfaces);
     return found;
+}
+
+TEST_F(TheFacade, PushesAMessageWithItsHeaderWhateverItsFlagSays)
+{
+    const Info info = create("tcp");
+    ASSERT_TRUE(info);
+    ServiceSelection message;
+    message.serviceContextId = "1.2.01";
+    message.serializeHeader(false);
+    RawPeer client = RawPeer::connectedTo(info->port);
+    ASSERT_TRUE(eventually([&] { return facade().sendMessage(info->handler, message); }));
+    const std::string text = "{\n\t\"HEADER\":\t\"serviceSelection\",\n\t\"serviceContextId\":\t\"1.2.01\"\n}";
+    EXPECT_EQ(client.receive(text.size()), text);
+    const std::unique_ptr<char, decltype(&std::free)> afterwards(message.serialize(), std::free);
+    EXPECT_STREQ(afterwards.get(), "{\n\t\"serviceContextId\":\t\"1.2.01\"\n}");
+}
+
+/// Cannot be written.
+struct AMessageWithoutText : Serializable {
+    AMessageWithoutText() : Serializable(DataTypeKeyset) {}
+    char* serialize() override { return nullptr; }
+    bool deserialize(const char*) override { return false; }
+};
+
+TEST_F(TheFacade, DoesNotPushAMessageThatCannotBeWritten)
+{
+    const Info info = create("tcp");
+    ASSERT_TRUE(info);
+    AMessageWithoutText message;
+    log.clear();
+    EXPECT_FALSE(facade().sendMessage(info->handler, message));
+    EXPECT_EQ(log.count("OrvuRestInterface::sendMessage: ERROR cannot write the message!"), 1);
 }
 
 TEST_F(TheFacade, CreatesATcpServer)

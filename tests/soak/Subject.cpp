@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "orvu/OrvuRestInterface.h"
+#include "orvu/PushListener.h"
 #include "orvu/Serializable.h"
 
 using namespace Orvu;
@@ -41,6 +42,36 @@ public:
 
 private:
     std::unique_ptr<SocketServerInfo> info_;
+};
+
+/// A listener to a server of this process while it lives.
+class Hearing {
+public:
+    Hearing(int port, Channel channel)
+    {
+        listener_.onMessage(hear, this);
+        listener_.makeObjects(true);
+        if (!listener_.listen("127.0.0.1", port, channel)) throw std::runtime_error("no listener");
+    }
+    /// Ends it, and adds what it heard.
+    void endInto(Work& work)
+    {
+        listener_.stop();
+        work.heard += heard_;
+        work.wrong += wrong_;
+    }
+
+private:
+    static void hear(PushedMessage& message, void* context)
+    {
+        Hearing& hearing = *static_cast<Hearing*>(context);
+        const bool isRight = message.kind == PushedValue && message.object && kPushed == message.text;
+        ++(isRight ? hearing.heard_ : hearing.wrong_);
+    }
+
+    long heard_ = 0;
+    long wrong_ = 0;
+    PushListener listener_;
 };
 
 /// How many pushes of a pair of push servers were taken; every fourth pair is stopped at once.
@@ -82,7 +113,11 @@ Work Subject::workUntil(Clock::time_point end) const
     for (long pair = 0; Clock::now() < end; ++pair, work.servers += 2) {
         const Publisher tcp("tcp", tcp_.port());
         const Publisher webSocket("websocket", webSocket_.port());
+        Hearing tcpListener(tcp_.port(), ChannelTcp);
+        Hearing webSocketListener(webSocket_.port(), ChannelWebSocket);
         work.pushes += pushesOf(tcp, webSocket, pair);
+        tcpListener.endInto(work);
+        webSocketListener.endInto(work);
     }
     asking.join();
     return work;

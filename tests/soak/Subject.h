@@ -12,10 +12,12 @@ struct Work {
     long asked = 0;
     long pushes = 0;  ///< That a client took.
     long servers = 0;
+    long heard = 0;  ///< Pushes that its own listeners heard.
+    long wrong = 0;  ///< What they heard and nobody pushed.
 };
 
-/// The library in all of its roles: it answers requests, asks a peer on `peerPort`, and pushes through servers that it makes
-/// and stops.
+/// The library in all of its roles: it answers requests, asks a peer on `peerPort`, pushes through servers that it
+/// makes and stops, and listens to them.
 class Subject {
 public:
     /// Throws std::runtime_error when the peer cannot be reached.

@@ -28,9 +28,10 @@ void add(Run& run, const Tally& tally, const Work& work)
 {
     run.tally.exchanges += tally.exchanges + work.asked;
     run.tally.clients += tally.clients;
-    run.tally.wrong += tally.wrong;
+    run.tally.wrong += tally.wrong + work.wrong;
     run.work.pushes += work.pushes;
     run.work.servers += work.servers;
+    run.work.heard += work.heard;
 }
 
 Sample sampleNow(Clock::duration passed)
@@ -70,10 +71,11 @@ std::ostream& operator<<(std::ostream& out, const Course& course)
 void report(const Run& run)
 {
     std::cout << run.tally.exchanges << " exchanges, " << run.work.pushes << " pushes to " << run.tally.clients
-              << " clients, " << run.work.servers << " servers, " << run.tally.wrong << " wrong answers; resident "
-              << std::fixed << std::setprecision(1) << courseOf(&Sample::resident, run.samples) << " MiB, descriptors "
-              << std::setprecision(0) << courseOf(&Sample::descriptors, run.samples) << ", threads "
-              << courseOf(&Sample::threads, run.samples) << std::endl;
+              << " clients, " << run.work.heard << " heard, " << run.work.servers << " servers, " << run.tally.wrong
+              << " wrong answers; resident " << std::fixed << std::setprecision(1)
+              << courseOf(&Sample::resident, run.samples) << " MiB, descriptors " << std::setprecision(0)
+              << courseOf(&Sample::descriptors, run.samples) << ", threads " << courseOf(&Sample::threads, run.samples)
+              << std::endl;
 }
 
 int soak(std::chrono::seconds length, const char* path)

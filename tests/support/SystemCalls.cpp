@@ -148,6 +148,7 @@ FROM_LIBRARY(accept4, (int fd, sockaddr* address, socklen_t* size, int flags), (
 FROM_LIBRARY(bind, (int fd, const sockaddr* address, socklen_t size), (fd, address, size))
 FROM_LIBRARY(close, (int fd), (fd))
 FROM_LIBRARY(connect, (int fd, const sockaddr* address, socklen_t size), (fd, address, size))
+FROM_LIBRARY(eventfd, (unsigned count, int flags), (count, flags))
 FROM_LIBRARY(freeaddrinfo, (addrinfo * list), (list))
 FROM_LIBRARY(freeifaddrs, (ifaddrs * list), (list))
 FROM_LIBRARY(getaddrinfo, (const char* name, const char* service, const addrinfo* hints, addrinfo** list),

@@ -6,6 +6,7 @@
 #include <netdb.h>
 #include <poll.h>
 #include <pthread.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/types.h>
 
@@ -35,6 +36,7 @@ struct SystemCalls {
     SystemCall<int(int fd, const sockaddr* address, socklen_t size)> bind{::bind};
     SystemCall<int(int fd)> close;
     SystemCall<int(int fd, const sockaddr* address, socklen_t size)> connect;
+    SystemCall<int(unsigned count, int flags)> eventfd{::eventfd};
     SystemCall<int(int fd, int command, int argument)> fcntl;
     SystemCall<void(addrinfo* list)> freeaddrinfo{::freeaddrinfo};
     SystemCall<void(ifaddrs* list)> freeifaddrs{::freeifaddrs};

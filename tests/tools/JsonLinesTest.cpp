@@ -4,17 +4,56 @@
 #include <string>
 #include <utility>
 
+#include "listener/ValueSplitter.h"
 #include "tools/orvu/JsonLines.h"
 
 namespace OrvuTests {
 namespace {
 
+using Orvu::PushedKind;
+using Orvu::PushedMessage;
+using Orvu::ValueSplitter;
 using OrvuTool::JsonLines;
 
+/// A stream, divided as a listener does and laid out in lines.
+class ShownStream : private ValueSplitter::Sink {
+public:
+    explicit ShownStream(std::size_t longest = ValueSplitter::kLongestValue) : splitter_(*this, longest) {}
+
+    void startLinesWith(const std::string& start) { lines_.startLinesWith(start); }
+    void add(std::string_view bytes, std::string& shown)
+    {
+        std::string room = std::string(bytes) + "#";
+        splitter_.add(room.data(), bytes.size());
+        EXPECT_EQ(room, std::string(bytes) + "#");
+        shown += std::exchange(shown_, "");
+    }
+    void finish(std::string& shown)
+    {
+        splitter_.finish();
+        shown += std::exchange(shown_, "");
+    }
+
+private:
+    void value(std::string_view json) override { give(Orvu::PushedValue, json); }
+    void text(std::string_view bytes) override { give(Orvu::PushedText, bytes); }
+    void endText() override { give(Orvu::PushedTextEnd, {"", 0}); }
+    void give(PushedKind kind, std::string_view bytes)
+    {
+        EXPECT_EQ(bytes.data()[bytes.size()], '\0');
+        lines_.add(PushedMessage{kind, bytes.data(), bytes.size(), nullptr}, shown_);
+    }
+
+    ValueSplitter splitter_;
+    JsonLines lines_;
+    std::string shown_;
+};
+
 /// What is shown of `stream` when it comes in pieces of `size` bytes.
-std::string shownInPieces(const std::string& stream, std::size_t size, std::size_t longest = JsonLines::kLongestValue)
+std::string shownInPieces(const std::string& stream, std::size_t size,
+                          std::size_t longest = ValueSplitter::kLongestValue)
 {
-    JsonLines lines(longest);
+    ShownStream lines(longest);
     std::string shown;
     for (std::size_t at = 0; at < stream.size(); at += size)
         lines.add(std::string_view(stream).substr(at, size), shown);
@@ -87,7 +126,7 @@ TEST(AStreamOfJson, MayHoldValuesOfAllKinds)
 
 TEST(AStreamOfJson, IsShownAsSoonAsAValueIsWhole)
 {
-    JsonLines lines;
+    ShownStream lines;
     std::string shown;
     lines.add("{\"a\":1", shown);
     EXPECT_EQ(shown, "");
@@ -97,7 +136,7 @@ TEST(AStreamOfJson, IsShownAsSoonAsAValueIsWhole)
 
 TEST(AStreamOfJson, HoldsANumberOrAWordBackUntilSomethingFollows)
 {
-    JsonLines lines;
+    ShownStream lines;
     std::string shown;
     lines.add("12", shown);
     EXPECT_EQ(shown, "");
@@ -122,7 +161,7 @@ TEST(AStreamOfJson, NestsAThousandLevels)
 
 TEST(AMessage, EndsAValueThatNothingElseEnds)
 {
-    JsonLines lines;
+    ShownStream lines;
     std::string shown;
     for (const char* message : {"12", "34", "nu", "ll", "{\"a\":", "1}", "text", "", " ", "[1] "}) {
         lines.add(message, shown);
@@ -142,7 +181,7 @@ TEST(WhatIsNoJson, IsShownAsItStands)
 
 TEST(WhatIsNoJson, IsShownWhileItComes)
 {
-    JsonLines lines;
+    ShownStream lines;
     std::string shown;
     lines.add("he", shown);
     EXPECT_EQ(shown, "he");
@@ -195,7 +234,7 @@ TEST(AValueAboveTheLimit, IsShownAsItComes)
 
 TEST(AValueAboveTheLimit, IsNotHeldBack)
 {
-    JsonLines lines(10);
+    ShownStream lines(10);
     std::string shown;
     lines.add("[ 12345678", shown);
     EXPECT_EQ(shown, "");
@@ -240,7 +279,7 @@ TEST(AnyStream, LosesNothingButWhiteSpace)
 
 TEST(JsonLinesWithABeginning, PutItBeforeEachLine)
 {
-    JsonLines lines(16);
+    ShownStream lines(16);
     std::string shown;
     lines.startLinesWith("1> ");
     lines.add("{ }[1] hello", shown);

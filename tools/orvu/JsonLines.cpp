@@ -22,86 +22,15 @@ void appendCompact(std::string_view json, std::string& shown)
 
 }  // namespace
 
-void JsonLines::add(std::string_view bytes, std::string& shown)
+void JsonLines::add(const Orvu::PushedMessage& message, std::string& shown)
 {
-    for (const char byte : bytes)
-        while (!take(byte, shown)) {
-        }
-}
-
-/// False when the byte ended what was before it, and is to be taken once more.
-bool JsonLines::take(char byte, std::string& shown)
-{
-    if (isOther_) return takeOther(byte, shown);
-    if (!began_ && isWhite(byte)) return skip(byte, shown);
-    began_ = true;
-    switch (scanner_.take(byte)) {
-        case JsonScanner::Verdict::More:
-            hold(byte, shown);
-            return true;
-        case JsonScanner::Verdict::Whole:
-            hold(byte, shown);
-            endValue(shown);
-            return true;
-        case JsonScanner::Verdict::Before:
-            endValue(shown);
-            return false;
-        default:
-            giveUp(shown);
-            return false;
-    }
-}
-
-bool JsonLines::takeOther(char byte, std::string& shown)
-{
-    isOther_ = byte != '\n' && byte != '{' && byte != '[';
-    if (!isOther_ && byte != '\n') return false;
-    show({&byte, 1}, shown);
-    return true;
-}
-
-/// Blanks are held until it is known whether they belong to something that is no JSON.
-bool JsonLines::skip(char byte, std::string& shown)
-{
-    if (byte != '\n') {
-        held_ += byte;
-        if (held_.size() > longest_) giveUp(shown);
-        return true;
-    }
-    held_.clear();
-    return true;
-}
-
-void JsonLines::hold(char byte, std::string& shown)
-{
-    if (isTooLong_) return show({&byte, 1}, shown);
-    held_ += byte;
-    if (held_.size() <= longest_) return;
-    isTooLong_ = true;
-    show(held_, shown);
-    held_.clear();
-}
-
-void JsonLines::endValue(std::string& shown)
-{
-    if (!isTooLong_) {
-        endLine(shown);
-        startLine(shown);
-        appendCompact(held_, shown);
-    }
+    const std::string_view bytes(message.text, message.size);
+    if (message.kind == Orvu::PushedText) return show(bytes, shown);
     endLine(shown);
-    held_.clear();
-    scanner_ = JsonScanner();
-    began_ = isTooLong_ = false;
-}
-
-void JsonLines::giveUp(std::string& shown)
-{
-    show(held_, shown);
-    held_.clear();
-    scanner_ = JsonScanner();
-    began_ = isTooLong_ = false;
-    isOther_ = true;
+    if (message.kind != Orvu::PushedValue) return;
+    startLine(shown);
+    appendCompact(bytes, shown);
+    endLine(shown);
 }
 
 void JsonLines::show(std::string_view bytes, std::string& shown)
@@ -122,17 +51,6 @@ void JsonLines::endLine(std::string& shown)
 {
     if (isLineBegun_) shown += '\n';
     isLineBegun_ = false;
-}
-
-void JsonLines::finish(std::string& shown)
-{
-    if (began_ && scanner_.isWhole())
-        endValue(shown);
-    else if (began_)
-        giveUp(shown);
-    held_.clear();
-    isOther_ = false;
-    endLine(shown);
 }
 
 }  // namespace OrvuTool

@@ -1,23 +1,37 @@
 #include "Watch.h"
 
-#include <utility>
+#include <cerrno>
+#include <sys/eventfd.h>
 
-#include "Ending.h"
+#include "ExitCode.h"
 #include "LocalTime.h"
 #include "Output.h"
-#include "RandomBytes.h"
 
 namespace OrvuTool {
 namespace {
 
-using Came = Connection::Came;
-using WatchKind = WatchEnd::Kind;
+using namespace Orvu;
 
-constexpr std::chrono::seconds kHandshakeTime(5);
 constexpr std::chrono::seconds kSilence(5);
-constexpr std::size_t kLongestAnswer = 16384;  // bytes
 
 constexpr char kOtherPorts[] = "a WebSocket port (try --websocket) or a port for requests (try orvu ask)";
+
+/// A publisher that vanishes is one that ends, for whoever watches it.
+bool hasClosed(const ListenerStatus& status)
+{
+    return status.loss == ListenerLossEnded || (status.loss == ListenerLossBroke && status.errorNumber == ECONNRESET);
+}
+
+std::string faultOfHost(const std::string& host, const ListenerStatus& status)
+{
+    if (status.errorNumber != EAFNOSUPPORT) return "cannot resolve " + host;
+    return "orvu uses IPv4 only, and " + host + " has no IPv4 address";
+}
+
+std::string inWholeSeconds(int milliseconds)
+{
+    return std::to_string((milliseconds + 999) / 1000) + " s";
+}
 
 }  // namespace
 
@@ -25,161 +39,170 @@ Watch::Watch(const WatchOptions& options, Ending& ending, Output& output)
     : options_(options),
       ending_(ending),
       output_(output),
-      connection_(ending),
+      news_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       check_(options.time ? localTime().size() + 1 : 0)
-{}
-
-WatchEnd Watch::run(const std::optional<sockaddr_in>& server)
 {
-    const WatchEnd end = connectAndWatch(server);
-    if (!options_.raw) lines_.finish(shown_);
-    if (!output_.write(shown_, ending_)) return {WatchKind::Stopped, ""};
-    return end;
+    listener_.onMessage(onMessage, this);
+    listener_.onState(onState, this);
+    listener_.handOverBytes(options.raw);
+    listener_.reconnect(options.again);
 }
 
-WatchEnd Watch::connectAndWatch(const std::optional<sockaddr_in>& server)
+int Watch::run()
 {
-    if (!server || !connection_.connectTo(*server)) {
-        if (ending_.hasCome()) return {WatchKind::Stopped, ""};
-        const std::string fault = server ? connection_.fault() : faultOfHost(options_.host);
-        return {WatchKind::Failed, "cannot connect to " + options_.publisher() + ": " + fault};
+    const Channel channel = options_.webSocket ? ChannelWebSocket : ChannelTcp;
+    if (!listener_.listen(options_.host.c_str(), options_.port, channel)) {
+        const std::string fault =
+            options_.host.empty() ? "the host is empty" : "the system has no memory or threads left";
+        complain("cannot connect to " + options_.publisher() + ": " + fault);
+        return ExitNoServer;
     }
-    if (!options_.webSocket) sayThatItWatches();
-    End end = options_.webSocket ? shakeHands() : std::nullopt;
-    while (!end)
-        end = watchOn();
-    return *end;
+    waitForEnd();
+    listener_.stop();
+    return code_;
 }
 
-WatchEnd Watch::refused(const std::string& fault) const
+void Watch::waitForEnd()
 {
-    return {WatchKind::Failed, options_.publisher() + " cannot be watched: " + fault};
-}
-
-Watch::End Watch::shakeHands()
-{
-    const std::string key = webSocketKey(randomBytes<16>());
-    connection_.send(openingRequest(options_.host, options_.port, key), Clock::now() + kHandshakeTime);
-    return readAnswer(key);  // also when not all went out: the answer, or that there is none, says why
-}
-
-Watch::End Watch::readAnswer(const std::string& key)
-{
-    const Clock::time_point until = Clock::now() + kHandshakeTime;
-    std::string answer;
-    std::string bytes;
-    std::size_t blankLine;
-    while ((blankLine = answer.find("\r\n\r\n")) == std::string::npos) {
-        const Came came = connection_.receive(bytes, output_.descriptor(), until);
-        if (came == Came::Stop) return WatchEnd{WatchKind::Stopped, ""};
-        if (came == Came::End)
-            return refused("it closes the connection; perhaps somebody else watches, or it is not a WebSocket port");
-        if (came != Came::Bytes || answer.size() > kLongestAnswer) return refused("it does not answer as a WebSocket");
-        answer += bytes;
-    }
-    const std::string fault = faultOfAnswer(answer.substr(0, blankLine), key);
-    if (!fault.empty()) return refused(fault);
-    sayThatItWatches();
-    return show(std::string_view(answer).substr(blankLine + 4));
-}
-
-void Watch::sayThatItWatches()
-{
-    isAttached_ = true;
-    guessAt_ = Clock::now() + kSilence;
-    note("watching " + options_.publisher() + ", until Ctrl-C");
-}
-
-Watch::End Watch::watchOn()
-{
-    std::string bytes;
-    switch (connection_.receive(bytes, output_.descriptor(), hasCome_ ? kNever : guessAt_)) {
-        case Came::Bytes:
-            return show(bytes);
-        case Came::Stop:
-            return leave();
-        case Came::End:
-            return closed();
-        case Came::TimeOver:
+    while (!isDone()) {
+        pollfd reader{isConnecting() ? -1 : output_.descriptor(), 0, 0};
+        pollfd news{news_.fd(), POLLIN, 0};
+        const Ending::Awaited awaited = ending_.waitFor({&reader, &news}, guessAt());
+        if (awaited == Ending::Awaited::Signal || reader.revents != 0) return;
+        eventfd_t count;
+        if (awaited == Ending::Awaited::TimeOver)
             guessWhyNothingComes();
-            return std::nullopt;
-        default:
-            return refused(connection_.fault());
+        else if (eventfd_read(news_.fd(), &count) != 0 && errno != EAGAIN)
+            return;
     }
+}
+
+bool Watch::isDone()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return isDone_;
+}
+
+/// A connection is made whether or not somebody reads the output: what is wrong with it is said on standard error.
+bool Watch::isConnecting()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return isConnecting_;
+}
+
+void Watch::setConnecting(bool isConnecting)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    isConnecting_ = isConnecting;
+    eventfd_write(news_.fd(), 1);
+}
+
+Clock::time_point Watch::guessAt()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return hasCome_ ? kNever : guessAt_;
 }
 
 void Watch::guessWhyNothingComes()
 {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (hasCome_ || guessAt_ > Clock::now()) return;  // something came, or the connection is another one
     guessAt_ = kNever;
     const std::string guess = "nothing came for 5 s: perhaps nothing is pushed yet";
     note(options_.webSocket ? guess : guess + ", or this is " + kOtherPorts);
 }
 
-WatchEnd Watch::closed() const
+void Watch::onMessage(PushedMessage& message, void* watch)
 {
-    const std::string what = options_.publisher() + " closed the connection";
-    if (hasCome_) return {WatchKind::Closed, what};
-    if (guessAt_ == kNever) return {WatchKind::Closed, what + " and sent nothing"};  // it was guessed why
-    return {WatchKind::Closed,
-            what + " and sent nothing" + (options_.webSocket ? "" : std::string("; perhaps it is ") + kOtherPorts)};
+    static_cast<Watch*>(watch)->show(message);
 }
 
-/// Says good-bye where the protocol has a word for it.
-WatchEnd Watch::leave()
+void Watch::show(const PushedMessage& message)
 {
-    if (options_.webSocket) connection_.sendAtOnce(closeFrame(randomBytes<4>()));
-    return {WatchKind::Stopped, ""};
-}
-
-Watch::End Watch::show(std::string_view bytes)
-{
-    if (!bytes.empty()) hasCome_ = true;
+    if (isDone()) return;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        hasCome_ = true;
+    }
+    std::string shown;
     if (options_.time) lines_.startLinesWith(localTime() + " ");
-    if (options_.webSocket) return writeShown(showMessages(bytes));
-    addPayload(bytes);
-    return writeShown(std::nullopt);
-}
-
-Watch::End Watch::showMessages(std::string_view bytes)
-{
-    while (true) {
-        const FrameReader::Part part = frames_.next(bytes);
-        switch (part.kind) {
-            case FrameReader::Kind::Nothing:
-                return std::nullopt;
-            case FrameReader::Kind::Payload:
-                addPayload(part.payload);
-                break;
-            case FrameReader::Kind::MessageEnd:
-                if (!options_.raw) lines_.finish(shown_);
-                break;
-            case FrameReader::Kind::Close:
-                leave();
-                return closed();
-            default:
-                return refused("it sends something that is not a WebSocket frame");
-        }
-    }
-}
-
-void Watch::addPayload(std::string_view payload)
-{
     if (options_.raw)
-        shown_ += payload;
+        shown.assign(message.text, message.size);
     else
-        lines_.add(payload, shown_);
+        lines_.add(message, shown);
+    if (!output_.write(shown, ending_)) return finish(ExitOk);
+    if (!options_.check) return;
+    for (const std::string& found : check_.add(shown))
+        complain(found);
 }
 
-/// `end`, or that of a command whose output is not taken.
-Watch::End Watch::writeShown(End end)
+void Watch::onState(const ListenerStatus& status, void* context)
 {
-    const std::string text = std::exchange(shown_, "");
-    if (!output_.write(text, ending_) && !end) return leave();
-    if (options_.check) {
-        for (const std::string& found : check_.add(text))
-            complain(found);
+    Watch& watch = *static_cast<Watch*>(context);
+    if (watch.isDone()) return;
+    if (status.state == ListenerStateAttached) watch.sayThatItWatches();
+    if (status.state == ListenerStateWaiting) watch.sayThatItTriesAgain(status);
+    if (status.state == ListenerStateStopped) watch.sayWhyItEnds(status);
+    watch.setConnecting(status.state == ListenerStateConnecting);
+}
+
+void Watch::sayThatItWatches()
+{
+    note("watching " + options_.publisher() + ", until Ctrl-C");
+    const std::lock_guard<std::mutex> lock(mutex_);
+    hasCome_ = false;
+    guessAt_ = Clock::now() + kSilence;
+    eventfd_write(news_.fd(), 1);
+}
+
+void Watch::sayThatItTriesAgain(const ListenerStatus& status)
+{
+    note(reasonOf(status) + "; trying again in " + inWholeSeconds(status.waitMilliseconds));
+    const std::lock_guard<std::mutex> lock(mutex_);
+    guessAt_ = kNever;
+}
+
+void Watch::sayWhyItEnds(const ListenerStatus& status)
+{
+    const std::string reason = reasonOf(status);
+    hasClosed(status) ? note(reason) : complain(reason);
+    finish(hasClosed(status) ? ExitOk : ExitNoServer);
+}
+
+void Watch::finish(int code)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    isDone_ = true;
+    code_ = code;
+    eventfd_write(news_.fd(), 1);
+}
+
+std::string Watch::reasonOf(const ListenerStatus& status)
+{
+    if (hasClosed(status)) return closed();
+    const std::string cannotConnect = "cannot connect to " + options_.publisher() + ": ";
+    const std::string cannotWatch = options_.publisher() + " cannot be watched: ";
+    switch (status.loss) {
+        case ListenerLossNotConnected:
+            return cannotConnect + status.reason;
+        case ListenerLossNotResolved:
+            return cannotConnect + faultOfHost(options_.host, status);
+        case ListenerLossUnanswered:
+        case ListenerLossOccupied:
+            return cannotWatch +
+                   "it closes the connection; perhaps somebody else watches, or it is not a WebSocket port";
+        default:
+            return cannotWatch + status.reason;
     }
-    return end;
+}
+
+std::string Watch::closed()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::string what = options_.publisher() + " closed the connection";
+    if (hasCome_) return what;
+    if (guessAt_ == kNever || options_.webSocket) return what + " and sent nothing";  // it was guessed why
+    return what + " and sent nothing; perhaps it is " + kOtherPorts;
 }
 
 }  // namespace OrvuTool

@@ -1,17 +1,16 @@
 #pragma once
 
-#include <optional>
+#include <mutex>
 #include <string>
-#include <string_view>
 
-#include "Connection.h"
+#include "Descriptor.h"
+#include "Ending.h"
 #include "JsonLines.h"
 #include "LineCheck.h"
-#include "WebSocketClient.h"
+#include "orvu/PushListener.h"
 
 namespace OrvuTool {
 
-class Ending;
 class Output;
 
 struct WatchOptions {
@@ -26,57 +25,50 @@ struct WatchOptions {
     std::string publisher() const { return host + ":" + std::to_string(port); }
 };
 
-/// How one connection to a publisher ended.
-struct WatchEnd {
-    enum class Kind {
-        Stopped,  ///< A signal came, or nobody takes the output any more.
-        Closed,   ///< The publisher closed the connection, or is gone.
-        Failed    ///< It cannot be reached, refuses to be watched, or the connection broke.
-    };
-    Kind kind;
-    std::string reason;  ///< A sentence for the user; empty when stopped.
-};
-
-/// Watches a publisher over one connection. `options`, `ending` and `output` outlive it.
+/// Watches a publisher. `options`, `ending` and `output` outlive it.
 class Watch {
 public:
     Watch(const WatchOptions& options, Ending& ending, Output& output);
 
-    /// Connects to `server`, the options' publisher, and shows what comes, until the connection ends, a signal comes,
-    /// or whoever reads the output leaves. Without a server it says why the publisher has no address. Once.
-    WatchEnd run(const std::optional<sockaddr_in>& server);
-
-    /// Whether the publisher has let itself be watched.
-    bool isAttached() const { return isAttached_; }
+    /// Shows what comes until a signal comes, whoever reads the output leaves, or the connection ends and is not to
+    /// be made again. The exit code. Once.
+    int run();
 
 private:
-    using End = std::optional<WatchEnd>;
+    static void onMessage(Orvu::PushedMessage& message, void* watch);
+    static void onState(const Orvu::ListenerStatus& status, void* watch);
 
-    WatchEnd connectAndWatch(const std::optional<sockaddr_in>& server);
-    End shakeHands();
-    End readAnswer(const std::string& key);
+    // On the listener's thread:
+    void show(const Orvu::PushedMessage& message);
     void sayThatItWatches();
-    End watchOn();
+    void sayThatItTriesAgain(const Orvu::ListenerStatus& status);
+    void sayWhyItEnds(const Orvu::ListenerStatus& status);
+    void finish(int code);
+
+    void waitForEnd();
+    bool isConnecting();
+    void setConnecting(bool isConnecting);
+    Clock::time_point guessAt();
+    bool isDone();
     void guessWhyNothingComes();
-    WatchEnd closed() const;
-    WatchEnd refused(const std::string& fault) const;
-    WatchEnd leave();
-    End show(std::string_view bytes);
-    End showMessages(std::string_view bytes);
-    void addPayload(std::string_view payload);
-    End writeShown(End end);
+    std::string closed();
+    std::string reasonOf(const Orvu::ListenerStatus& status);
 
     const WatchOptions& options_;
     Ending& ending_;
     Output& output_;
-    Connection connection_;
-    FrameReader frames_;
+    const Descriptor news_;  // readable when the listener's thread has changed something
     JsonLines lines_;
     LineCheck check_;
-    std::string shown_;  // not written yet
-    bool isAttached_ = false;
+
+    std::mutex mutex_;                    // guards all below
     bool hasCome_ = false;                // something, since it is attached
     Clock::time_point guessAt_ = kNever;  // when nothing has come until then
+    bool isConnecting_ = true;
+    bool isDone_ = false;
+    int code_ = 0;
+
+    Orvu::PushListener listener_;  // goes first: its callbacks use the others
 };
 
 }  // namespace OrvuTool

@@ -1,22 +1,14 @@
-#include <chrono>
 #include <memory>
-#include <netinet/in.h>
 #include <optional>
 #include <string>
 
 #include "Commands.h"
 #include "Ending.h"
-#include "ExitCode.h"
-#include "GrowingPause.h"
-#include "Output.h"
 #include "Port.h"
-#include "RandomBytes.h"
 #include "Watch.h"
 
 namespace OrvuTool {
 namespace {
-
-using Server = std::optional<sockaddr_in>;
 
 struct WatchArguments {
     std::optional<std::string> host;  // or the port, when nothing else names it
@@ -37,49 +29,10 @@ void settlePublisher(WatchArguments& arguments)
     arguments.options.host = firstWord ? kThisDevice : arguments.host.value_or(kThisDevice);
 }
 
-/// Waits until the next attempt; false when watching is to stop.
-bool waitOut(std::chrono::milliseconds pause, Ending& ending, const Output& output)
-{
-    pollfd reader{output.descriptor(), 0, 0};
-    return ending.waitFor({&reader}, Clock::now() + pause) == Ending::Awaited::TimeOver;
-}
-
-std::string inWholeSeconds(std::chrono::milliseconds pause)
-{
-    return std::to_string((pause.count() + 999) / 1000) + " s";
-}
-
-int watchOnce(const WatchOptions& options, const Server& server, Ending& ending, Output& output)
-{
-    const WatchEnd end = Watch(options, ending, output).run(server);
-    if (end.kind == WatchEnd::Kind::Closed) note(end.reason);
-    if (end.kind != WatchEnd::Kind::Failed) return ExitOk;
-    complain(end.reason);
-    return ExitNoServer;
-}
-
-int watchAgainAndAgain(const WatchOptions& options, Server server, Ending& ending, Output& output)
-{
-    GrowingPause pauses;
-    while (true) {
-        Watch watch(options, ending, output);
-        const WatchEnd end = watch.run(server);
-        if (end.kind == WatchEnd::Kind::Stopped) return ExitOk;
-        if (watch.isAttached()) pauses.reset();
-        const std::chrono::milliseconds pause = pauses.next(randomBytes<1>()[0] / 255.0);
-        note(end.reason + "; trying again in " + inWholeSeconds(pause));
-        if (!waitOut(pause, ending, output)) return ExitOk;
-        server = addressOf(options.host, options.port);
-    }
-}
-
 int watch(const WatchOptions& options, Output& output)
 {
-    const Server server =
-        addressOf(options.host, options.port);  // before signals wait for `ending`: this may take long
-    Ending ending;
-    return options.again ? watchAgainAndAgain(options, server, ending, output)
-                         : watchOnce(options, server, ending, output);
+    Ending ending;  // before the listener's thread begins
+    return Watch(options, ending, output).run();
 }
 
 void addWatchOptions(CLI::App& command, WatchArguments& arguments)

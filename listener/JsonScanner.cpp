@@ -1,8 +1,8 @@
-#include "JsonScanner.h"
+#include "listener/JsonScanner.h"
 
 #include <cstring>
 
-namespace OrvuTool {
+namespace Orvu {
 namespace {
 
 bool isDigit(char byte)
@@ -39,6 +39,22 @@ JsonScanner::Verdict JsonScanner::take(char byte)
     if (state_ <= State::HexDigits) return takeInString(byte);
     if (state_ <= State::AfterWord) return takeInWord(byte);
     return takeInNumber(byte);
+}
+
+std::size_t JsonScanner::plainBytes(std::string_view bytes) const
+{
+    if (state_ != State::String) return 0;
+    std::size_t size = 0;
+    while (size < bytes.size() && bytes[size] != '"' && bytes[size] != '\\' &&
+           static_cast<unsigned char>(bytes[size]) >= ' ')
+        ++size;
+    return size;
+}
+
+void JsonScanner::restart()
+{
+    state_ = State::Value;
+    open_.clear();  // its memory serves the next value
 }
 
 bool JsonScanner::isWhole() const
@@ -180,11 +196,11 @@ JsonScanner::Verdict JsonScanner::takeInNumber(char byte)
     return take(byte);
 }
 
-/// Numbers and words at top level have no end of their own. What follows one directly may be the next value, or show that it
-/// was a piece of some other text, such as a date.
+/// Numbers and words at top level have no end of their own. What follows one directly may be the next value, or show
+/// that it was a piece of some other text, such as a date.
 JsonScanner::Verdict JsonScanner::takeBehindScalar(char byte) const
 {
     return isWhite(byte) || isOneOf(byte, "{[\"") ? Verdict::Before : Verdict::Wrong;
 }
 
-}  // namespace OrvuTool
+}  // namespace Orvu

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-namespace OrvuTool {
+namespace Orvu {
 
 /// The pauses between attempts to connect: 1 s first, twice as long after each failure, 30 s at most.
 class GrowingPause {
@@ -21,4 +21,4 @@ private:
     std::chrono::milliseconds whole_ = kFirst;
 };
 
-}  // namespace OrvuTool
+}  // namespace Orvu

@@ -1,12 +1,12 @@
 #include <chrono>
 #include <gtest/gtest.h>
 
-#include "tools/orvu/GrowingPause.h"
+#include "listener/GrowingPause.h"
 
 namespace OrvuTests {
 namespace {
 
-using OrvuTool::GrowingPause;
+using Orvu::GrowingPause;
 using std::chrono::milliseconds;
 
 TEST(TheGrowingPause, DoublesUpToThirtySeconds)

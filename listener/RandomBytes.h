@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <sys/random.h>
 
-namespace OrvuTool {
+namespace Orvu {
 
 /// Bytes of the system's choice; zeros when it has none to give. No secret may depend on them.
 template <std::size_t Size>
@@ -15,4 +15,4 @@ std::array<unsigned char, Size> randomBytes()
     return bytes;
 }
 
-}  // namespace OrvuTool
+}  // namespace Orvu

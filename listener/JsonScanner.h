@@ -2,8 +2,9 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
-namespace OrvuTool {
+namespace Orvu {
 
 /// Recognises one JSON value (RFC 8259), byte by byte. Bytes above 127 are not looked at.
 class JsonScanner {
@@ -12,12 +13,19 @@ public:
         More,    ///< The byte belongs to the value, or is white space before it, and more must or may follow.
         Whole,   ///< The byte ends the value.
         Before,  ///< The value was whole without the byte: a number or a word, which nothing else ends.
-        Wrong    ///< With the byte it is no JSON, or nests deeper than kMostLevels.
+        Wrong    ///< With the byte it is not JSON, or nests deeper than kMostLevels.
     };
     static constexpr std::size_t kMostLevels = 1000;  ///< As the library's own parser.
 
-    /// After anything but More the object is done with.
+    /// After anything but More, restart() comes first. Throws std::bad_alloc.
     Verdict take(char byte);
+
+    /// How many of the next bytes change nothing: those of a string up to its next quote, backslash or control
+    /// character.
+    std::size_t plainBytes(std::string_view bytes) const;
+
+    /// Begins with the next value.
+    void restart();
 
     /// Whether the value is whole if nothing follows: a number or a word.
     bool isWhole() const;
@@ -72,4 +80,4 @@ private:
     const char* word_ = nullptr;  // what of the word is still to come
 };
 
-}  // namespace OrvuTool
+}  // namespace Orvu

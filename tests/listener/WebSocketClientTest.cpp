@@ -2,14 +2,14 @@
 #include <string>
 #include <vector>
 
-#include "tools/orvu/WebSocketClient.h"
+#include "listener/WebSocketClient.h"
 
 namespace OrvuTests {
 namespace {
 
-using OrvuTool::faultOfAnswer;
-using OrvuTool::FrameReader;
-using Kind = FrameReader::Kind;
+using Orvu::faultOfAnswer;
+using Orvu::ServerFrames;
+using Kind = ServerFrames::Kind;
 
 const std::string kKey = "dGhlIHNhbXBsZSBub25jZQ==";  // the example of RFC 6455, with the two below
 const std::string kFields = "Upgrade: websocket\r\nConnection: Upgrade\r\n";
@@ -17,7 +17,7 @@ const std::string kAccept = "Sec-WebSocket-Accept: s3pPLMBiTxaQ9kYGzzhZRbK+xOo="
 
 TEST(AnOpeningRequest, AsksForAWebSocket)
 {
-    EXPECT_EQ(OrvuTool::openingRequest("tv.local", 9001, kKey),
+    EXPECT_EQ(Orvu::openingRequest("tv.local", 9001, kKey),
               "GET / HTTP/1.1\r\n"
               "Host: tv.local:9001\r\n"
               "Upgrade: websocket\r\n"
@@ -29,9 +29,9 @@ TEST(AnOpeningRequest, AsksForAWebSocket)
 
 TEST(AKey, IsSixteenBytesInBase64)
 {
-    EXPECT_EQ(OrvuTool::webSocketKey({'t', 'h', 'e', ' ', 's', 'a', 'm', 'p', 'l', 'e', ' ', 'n', 'o', 'n', 'c', 'e'}),
+    EXPECT_EQ(Orvu::webSocketKey({'t', 'h', 'e', ' ', 's', 'a', 'm', 'p', 'l', 'e', ' ', 'n', 'o', 'n', 'c', 'e'}),
               kKey);
-    EXPECT_EQ(OrvuTool::webSocketKey({0xff, 0xfe, 0xfd}), "//79AAAAAAAAAAAAAAAAAA==");
+    EXPECT_EQ(Orvu::webSocketKey({0xff, 0xfe, 0xfd}), "//79AAAAAAAAAAAAAAAAAA==");
 }
 
 TEST(AnAnswer, OpensTheWebSocket)
@@ -76,7 +76,7 @@ TEST(AnAnswer, MustConfirmTheKey)
 
 TEST(ACloseFrame, IsMasked)
 {
-    EXPECT_EQ(OrvuTool::closeFrame({0x01, 0x02, 0x03, 0x04}), "\x88\x82\x01\x02\x03\x04\x02\xea");
+    EXPECT_EQ(Orvu::closeFrame({0x01, 0x02, 0x03, 0x04}), "\x88\x82\x01\x02\x03\x04\x02\xea");
 }
 
 /// What a stream of frames says: its messages, a last one that is not whole, and how it ends.
@@ -88,11 +88,11 @@ struct Read {
 
 Read readInPieces(const std::string& stream, std::size_t size)
 {
-    FrameReader reader;
+    ServerFrames reader;
     Read read;
     for (std::size_t at = 0; at < stream.size() && read.end == Kind::Nothing; at += size) {
         std::string_view bytes = std::string_view(stream).substr(at, size);
-        for (FrameReader::Part part = reader.next(bytes); part.kind != Kind::Nothing; part = reader.next(bytes)) {
+        for (ServerFrames::Part part = reader.next(bytes); part.kind != Kind::Nothing; part = reader.next(bytes)) {
             read.begun += part.payload;
             if (part.kind == Kind::MessageEnd) read.messages.push_back(std::exchange(read.begun, ""));
             read.end = part.kind;
@@ -133,7 +133,7 @@ TEST(Frames, HaveLengthsInThreeForms)
 
 TEST(Frames, AreReadWhileTheyCome)
 {
-    FrameReader reader;
+    ServerFrames reader;
     std::string_view bytes = "\x82\x05he";
     EXPECT_EQ(reader.next(bytes).payload, "he");
     EXPECT_EQ(reader.next(bytes).kind, Kind::Nothing);
@@ -158,6 +158,25 @@ TEST(Frames, HavePingsAndPongsBetweenThem)
     EXPECT_EQ(read.end, Kind::Nothing);
 }
 
+TEST(APing, IsReadWithItsPayloadWhereverItIsCut)
+{
+    ServerFrames frames;
+    for (const char byte : std::string("\x89\x04ping")) {
+        std::string_view bytes(&byte, 1);
+        if (frames.next(bytes).kind == Kind::Ping) {
+            EXPECT_EQ(frames.ping(), "ping");
+            return;
+        }
+    }
+    ADD_FAILURE() << "no ping";
+}
+
+TEST(APong, CarriesThePayloadOfThePingMasked)
+{
+    EXPECT_EQ(Orvu::pongFrame("hi", {0x01, 0x02, 0x03, 0x04}), "\x8a\x82\x01\x02\x03\x04\x69\x6b");
+    EXPECT_EQ(Orvu::pongFrame("", {0x01, 0x02, 0x03, 0x04}), std::string("\x8a\x80\x01\x02\x03\x04"));
+}
+
 TEST(Frames, EndWithACloseFrame)
 {
     const Read read = readOf("\x82\x01x\x88\x02\x03\xe8\x82\x01y");
@@ -172,7 +191,9 @@ TEST(Frames, AreFaultyWhenNoServerMaySendThem)
     const std::string ofAnUnknownKind = "\x83\x01x";
     const std::string tooLong = "\x82\x7f\x80" + std::string(7, '\0');
     const std::string noFrame = "HTTP/1.1 200 OK\r\n";
-    for (const std::string& faulty : {masked, compressed, ofAnUnknownKind, tooLong, noFrame}) {
+    const std::string longPing = "\x89\x7e" + std::string(1, '\0') + "\x7e" + std::string(126, 'p');
+    const std::string pieceOfAPing = "\x09\x04ping";
+    for (const std::string& faulty : {masked, compressed, ofAnUnknownKind, tooLong, noFrame, longPing, pieceOfAPing}) {
         const Read read = readOf("\x82\x01x" + faulty);
         EXPECT_EQ(read.messages, Messages{"x"});
         EXPECT_EQ(read.end, Kind::Fault);

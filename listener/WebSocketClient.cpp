@@ -1,30 +1,18 @@
-#include "WebSocketClient.h"
+#include "listener/WebSocketClient.h"
 
 #include <algorithm>
 #include <cctype>
-#include <sstream>
 
-#include "JsonText.h"
 #include "codecs/Base64.h"
-#include "codecs/Sha1.h"
+#include "messages/core/Json.h"
+#include "messages/core/JsonPrinter.h"
+#include "transport/WebSocketProtocol.h"
 
-namespace OrvuTool {
+namespace Orvu {
 namespace {
 
-constexpr char kGuid[] = "258EAFA5-E914-47DA-95CA-C5AB0DC85B11";  // RFC 6455, section 1.3
-
-/// What confirms `key` (RFC 6455, section 4.2.2).
-std::string confirmationOf(const std::string& key)
-{
-    const std::string text = key + kGuid;
-    unsigned char digest[Orvu::Sha1::kDigestSize];
-    Orvu::Sha1::SHA1Context context;
-    Orvu::Sha1::SHA1Reset(&context);
-    Orvu::Sha1::SHA1Input(&context, reinterpret_cast<const unsigned char*>(text.data()),
-                          static_cast<unsigned>(text.size()));
-    Orvu::Sha1::SHA1Result(&context, digest);
-    return Orvu::Base64::encode(digest, sizeof digest);
-}
+constexpr int kClose = 0x8;  // opcodes, RFC 6455, section 5.2
+constexpr int kPong = 0xa;
 
 std::string inLowerCase(std::string text)
 {
@@ -42,13 +30,24 @@ std::string trimmed(const std::string& text)
 /// The value of the first field of this name; empty without one.
 std::string fieldOf(const std::string& head, const std::string& name)
 {
-    std::istringstream lines(head);
-    for (std::string line; std::getline(lines, line);) {
+    for (std::size_t begin = 0; begin < head.size();) {
+        const std::size_t end = std::min(head.find('\n', begin), head.size());
+        const std::string line = head.substr(begin, end - begin);
         const std::size_t colon = line.find(':');
         if (colon != std::string::npos && inLowerCase(line.substr(0, colon)) == name)
             return trimmed(line.substr(colon + 1));
+        begin = end + 1;
     }
     return "";
+}
+
+/// As a JSON string, which is safe to log whatever a server sent. Nothing when out of memory.
+std::string inQuotes(const std::string& text)
+{
+    JsonPrinter printer(PrintStyle::Compact);
+    printer.text(text.c_str());
+    const JsonText quoted(printer.take());
+    return quoted ? quoted.get() : "";
 }
 
 bool startsWith(const std::string& text, const std::string& start)
@@ -60,7 +59,7 @@ bool startsWith(const std::string& text, const std::string& start)
 
 std::string webSocketKey(const std::array<unsigned char, 16>& random)
 {
-    return Orvu::Base64::encode(random.data(), random.size());
+    return Base64::encode(random.data(), random.size());
 }
 
 std::string openingRequest(const std::string& host, int port, const std::string& key)
@@ -73,26 +72,37 @@ std::string openingRequest(const std::string& host, int port, const std::string&
 std::string faultOfAnswer(const std::string& head, const std::string& key)
 {
     const std::string status = trimmed(head.substr(0, head.find('\n')));
-    if (!startsWith(status, "HTTP/1.1 101 ")) return "it answers " + quoted(status.c_str());
+    if (!startsWith(status, "HTTP/1.1 101 ")) return "it answers " + inQuotes(status);
     if (inLowerCase(fieldOf(head, "upgrade")) != "websocket" ||
         inLowerCase(fieldOf(head, "connection")).find("upgrade") == std::string::npos)
         return "it changes to something else than a WebSocket";
-    if (fieldOf(head, "sec-websocket-accept") != confirmationOf(key)) return "it does not confirm the key";
+    if (fieldOf(head, "sec-websocket-accept") != getHSaccept(key)) return "it does not confirm the key";
     return "";
+}
+
+std::string maskedFrame(int opcode, std::string_view payload, const std::array<unsigned char, 4>& mask)
+{
+    std::string frame;
+    frame += static_cast<char>(0x80 | opcode);
+    frame += static_cast<char>(0x80 | payload.size());
+    for (const unsigned char byte : mask)
+        frame += static_cast<char>(byte);
+    for (std::size_t i = 0; i < payload.size(); ++i)
+        frame += static_cast<char>(payload[i] ^ mask[i % mask.size()]);
+    return frame;
 }
 
 std::string closeFrame(const std::array<unsigned char, 4>& mask)
 {
-    constexpr unsigned char kNormalClosure[] = {1000 >> 8, 1000 & 0xff};  // RFC 6455, section 7.4.1
-    std::string frame = "\x88\x82";
-    for (const unsigned char byte : mask)
-        frame += static_cast<char>(byte);
-    for (std::size_t i = 0; i < sizeof kNormalClosure; ++i)
-        frame += static_cast<char>(kNormalClosure[i] ^ mask[i]);
-    return frame;
+    return maskedFrame(kClose, "\x03\xe8", mask);  // 1000, a normal closure: section 7.4.1
 }
 
-FrameReader::Part FrameReader::next(std::string_view& bytes)
+std::string pongFrame(std::string_view payload, const std::array<unsigned char, 4>& mask)
+{
+    return maskedFrame(kPong, payload, mask);
+}
+
+ServerFrames::Part ServerFrames::next(std::string_view& bytes)
 {
     while (true) {
         if (!inFrame_ && !takeHeader(bytes)) return {Kind::Nothing, {}};
@@ -104,25 +114,27 @@ FrameReader::Part FrameReader::next(std::string_view& bytes)
 }
 
 /// True when the header is whole.
-bool FrameReader::takeHeader(std::string_view& bytes)
+bool ServerFrames::takeHeader(std::string_view& bytes)
 {
     while (header_.size() < headerSize() && !bytes.empty()) {
         header_ += bytes.front();
         bytes.remove_prefix(1);
     }
     inFrame_ = header_.size() == headerSize();
-    if (inFrame_) left_ = length();
-    return inFrame_;
+    if (!inFrame_) return false;
+    left_ = length();
+    ping_.clear();
+    return true;
 }
 
-std::size_t FrameReader::headerSize() const
+std::size_t ServerFrames::headerSize() const
 {
     if (header_.size() < 2) return 2;
     const int field = header_[1] & 0x7f;
     return field == 127 ? 10 : field == 126 ? 4 : 2;
 }
 
-std::uint64_t FrameReader::length() const
+std::uint64_t ServerFrames::length() const
 {
     if (header_.size() == 2) return header_[1] & 0x7f;
     std::uint64_t length = 0;
@@ -131,32 +143,38 @@ std::uint64_t FrameReader::length() const
     return length;
 }
 
-/// Whether the header may come from a server that was asked for no extension (RFC 6455, section 5.2).
-bool FrameReader::isAllowed() const
+/// Whether the header may come from a server that was asked for no extension (RFC 6455, sections 5.2 and 5.5).
+bool ServerFrames::isAllowed() const
 {
     const int opcode = header_[0] & 0x0f;
     const bool isKnown = opcode <= 2 || (opcode >= 8 && opcode <= 10);
     const bool isReserved = (header_[0] & 0x70) != 0;
     const bool isMasked = (header_[1] & 0x80) != 0;
     const bool isTooLong = header_.size() == 10 && (header_[2] & 0x80) != 0;
-    return isKnown && !isReserved && !isMasked && !isTooLong;
+    const bool isLongControl = isControl() && (header_.size() > 2 || (header_[0] & 0x80) == 0);
+    return isKnown && !isReserved && !isMasked && !isTooLong && !isLongControl;
 }
 
-/// Nothing when the payload needs more bytes, or when a frame ended without a word to say of it.
-FrameReader::Part FrameReader::takePayload(std::string_view& bytes)
+/// Nothing when the payload needs more bytes, or when a frame ended of which there is nothing to say.
+ServerFrames::Part ServerFrames::takePayload(std::string_view& bytes)
 {
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(left_, bytes.size()));
     const std::string_view payload = bytes.substr(0, size);
-    if (size > 0) {
-        bytes.remove_prefix(size);
-        left_ -= size;
-        if (!isControl()) return {Kind::Payload, payload};
-    }
-    if (left_ > 0) return {Kind::Nothing, {}};
-    const bool isMessageEnd = !isControl() && (header_[0] & 0x80) != 0;
-    header_.clear();
-    inFrame_ = false;
-    return {isMessageEnd ? Kind::MessageEnd : Kind::Nothing, {}};
+    bytes.remove_prefix(size);
+    left_ -= size;
+    if (isPing()) ping_ += payload;
+    if (size > 0 && !isControl()) return {Kind::Payload, payload};
+    return {left_ > 0 ? Kind::Nothing : endOfFrame(), {}};
 }
 
-}  // namespace OrvuTool
+ServerFrames::Kind ServerFrames::endOfFrame()
+{
+    const Kind kind = isPing()                                   ? Kind::Ping
+                      : !isControl() && (header_[0] & 0x80) != 0 ? Kind::MessageEnd
+                                                                 : Kind::Nothing;
+    header_.clear();
+    inFrame_ = false;
+    return kind;
+}
+
+}  // namespace Orvu

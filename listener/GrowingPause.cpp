@@ -1,8 +1,8 @@
-#include "GrowingPause.h"
+#include "listener/GrowingPause.h"
 
 #include <algorithm>
 
-namespace OrvuTool {
+namespace Orvu {
 
 std::chrono::milliseconds GrowingPause::next(double random)
 {
@@ -11,4 +11,4 @@ std::chrono::milliseconds GrowingPause::next(double random)
     return std::chrono::duration_cast<std::chrono::milliseconds>(whole * (1 - random / 4));
 }
 
-}  // namespace OrvuTool
+}  // namespace Orvu
