@@ -120,11 +120,6 @@ Orvu::DrmScheme readBack(Orvu::DrmScheme value)
     return Orvu::DrmSystem::stringToScheme(Orvu::DrmSystem::schemeToString(value));
 }
 
-Orvu::ExchangePhase readBack(Orvu::ExchangePhase value)
-{
-    return value;  // no message carries it
-}
-
 /// A value of an enumeration, with its description in the header.
 struct Enumerator {
     std::string name;
