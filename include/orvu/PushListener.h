@@ -89,7 +89,9 @@ struct ListenerStatus {
 /// and logged. A callback must not end its thread.
 class ORVU_EXPORT PushListener {
 public:
+    /// What onMessage() takes.
     using MessageCallback = void (*)(PushedMessage& message, void* context);
+    /// What onState() takes.
     using StateCallback = void (*)(const ListenerStatus& status, void* context);
 
     PushListener() noexcept;
