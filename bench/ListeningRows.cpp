@@ -37,7 +37,9 @@ public:
     {
         isOver_ = true;
         shutdown(listening_, SHUT_RDWR);
+        shutdown(connection_, SHUT_RDWR);  // a send that waits for a reader that has gone ends at once
         thread_.join();
+        close(connection_);
         close(listening_);
     }
     Saturation(const Saturation&) = delete;
@@ -46,22 +48,22 @@ public:
     int port() const { return port_; }
 
 private:
-    void sendOn() const
+    void sendOn()
     {
-        const int fd = accept(listening_, nullptr, nullptr);
+        connection_ = accept(listening_, nullptr, nullptr);
         std::string bytes;
         for (int i = 0; i < 64; ++i)
             bytes += message();
         std::size_t at = 0;
         while (!isOver_) {
-            const ssize_t sent = send(fd, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
+            const ssize_t sent = send(connection_, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
             if (sent <= 0) break;
             at = (at + static_cast<std::size_t>(sent)) % bytes.size();
         }
-        if (fd >= 0) close(fd);
     }
 
     std::atomic<bool> isOver_{false};
+    std::atomic<int> connection_{-1};
     const int listening_;
     const int port_;
     std::thread thread_;
