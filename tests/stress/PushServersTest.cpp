@@ -1,5 +1,4 @@
 #include <atomic>
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <memory>
 #include <thread>
@@ -7,6 +6,7 @@
 #include "orvu/OrvuRestInterface.h"
 #include "push/Clients.h"
 #include "push/PushServers.h"
+#include "stress/StressTime.h"
 #include "wire/Sockets.h"
 
 using namespace Orvu;
@@ -18,13 +18,6 @@ using namespace OrvuTests;
 namespace {
 
 const std::string kMessage(500, 'x');
-
-/// How long it goes on, by the environment variable ORVU_STRESS_SECONDS.
-std::chrono::milliseconds stressTime()
-{
-    const char* const seconds = std::getenv("ORVU_STRESS_SECONDS");
-    return std::chrono::seconds(seconds ? std::stoi(seconds) : 2);
-}
 
 using Listen = Got (*)(int port, int turn, const std::string& message);
 

@@ -1,6 +1,5 @@
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/PushListener.h"
+#include "stress/StressTime.h"
 #include "support/Observed.h"
 #include "support/PortLease.h"
 #include "support/RawPeer.h"
@@ -21,13 +21,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-/// How long it goes on, by the environment variable ORVU_STRESS_SECONDS.
-std::chrono::milliseconds stressTime()
-{
-    const char* const seconds = std::getenv("ORVU_STRESS_SECONDS");
-    return std::chrono::seconds(seconds ? std::stoi(seconds) : 2);
-}
 
 const std::string kMessage = R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})";
 

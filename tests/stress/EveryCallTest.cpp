@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <functional>
 #include <gmock/gmock.h>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "orvu/OrvuRestRequest.h"
 #include "orvu/Results.h"
 #include "orvu/Services.h"
+#include "stress/StressTime.h"
 #include "support/Observed.h"
 #include "support/PortLease.h"
 #include "wire/Receiver.h"
@@ -26,13 +26,6 @@ using testing::Optional;
 namespace {
 
 const std::string kRequest = R"({"HEADER":"serviceSelection","serviceContextId":"1.2.01"})";
-
-/// How long it goes on, by the environment variable ORVU_STRESS_SECONDS.
-std::chrono::milliseconds stressTime()
-{
-    const char* const seconds = std::getenv("ORVU_STRESS_SECONDS");
-    return std::chrono::seconds(seconds ? std::stoi(seconds) : 2);
-}
 
 OrvuRestInterface& facade()
 {
