@@ -3,8 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "orvu/EventInformation.h"
 #include "orvu/Serializable.h"
+
+// What this header declared, or brought along, before it had headers of its own.
+#include "orvu/BinaryData.h"
+#include "orvu/EventInformation.h"
+#include "orvu/StreamEvents.h"
 
 namespace Orvu {
 
@@ -113,71 +117,6 @@ public:
     /// serializeHeader(true) before you send one alone.
     char* serialize() override;
     /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// Subscribes to stream events. Wire name "streamEventRequest".
-class ORVU_EXPORT StreamEventRequest : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeStreamEventRequest;
-
-    int componentTag = 0;  ///< Not given below 1.
-    int carouselId = 0;    ///< Not given below 1.
-    std::string protocol;
-    std::string handle;  ///< A text here, a number in StreamEventDispose.
-    std::string host;
-    std::string url;
-    int port = 0;  ///< Not given below 1.
-
-    StreamEventRequest();
-    ~StreamEventRequest() override;
-
-    /// Formatted.
-    char* serialize() override;
-    /// Every key is optional: true for any JSON text.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// Ends a subscription to stream events. Wire name "streamEventDispose".
-class ORVU_EXPORT StreamEventDispose : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeStreamEventDispose;
-
-    int handle = 0;  ///< A number here, a text in StreamEventRequest.
-
-    StreamEventDispose();
-    ~StreamEventDispose() override;
-
-    /// Formatted.
-    char* serialize() override;
-    /// "handle" is required.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// Several blocks of bytes in one message. Wire name "binaryDataMultipart".
-class ORVU_EXPORT BinaryDataMultipart : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeBinaryDataMultipart;
-
-    std::string serviceContextId;    ///< Locator of the service.
-    std::vector<BinaryData*> parts;  ///< Owned; deleted with the message.
-    std::string timestamp;           ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
-
-    BinaryDataMultipart();
-    ~BinaryDataMultipart() override;
-    BinaryDataMultipart(const BinaryDataMultipart&) = delete;
-    BinaryDataMultipart& operator=(const BinaryDataMultipart&) = delete;
-
-    /// Appends `part` and takes it when it has bytes; otherwise it stays the caller's.
-    void addBinaryData(BinaryData* part);
-
-    /// Formatted. Switches the header flag of every part off, for good: call its serializeHeader(true) before you send
-    /// one alone.
-    char* serialize() override;
-    /// Appends the parts under "binaryDataMultipart", which is required; those without bytes are left out.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

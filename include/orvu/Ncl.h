@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "orvu/GingaEditCommand.h"  // which this header declared before it had one of its own
 #include "orvu/Serializable.h"
 #include "orvu/Status.h"
 
@@ -17,48 +18,6 @@ enum NclNodeType : int {
     NclNodeTypeArea = 4,      ///< "area"
     NclNodeTypeProperty = 5,  ///< "property"
     NclNodeTypePort = 6,      ///< "port"
-};
-
-/// An NCL editing command.
-enum EditCommand : int {
-    EditCommandUnknown = 0,                      ///< "unknown"
-    EditCommandAddRegion = 1,                    ///< "addRegion"
-    EditCommandAddRegionBase = 2,                ///< "addRegionBase"
-    EditCommandAddRule = 3,                      ///< "addRule"
-    EditCommandAddRuleBase = 4,                  ///< "addRuleBase"
-    EditCommandAddFont = 5,                      ///< "addFont"
-    EditCommandAddFontBase = 6,                  ///< "addFontBase"
-    EditCommandAddConnector = 7,                 ///< "addConnector"
-    EditCommandAddConnectorBase = 8,             ///< "addConnectorBase"
-    EditCommandAddDescriptor = 9,                ///< "addDescriptor"
-    EditCommandAddDescriptorSwitch = 10,         ///< "addDescriptorSwitch"
-    EditCommandAddDescriptorBase = 11,           ///< "addDescriptorBase"
-    EditCommandAddTransitionBase = 12,           ///< "addTransitionBase"
-    EditCommandAddImportBase = 13,               ///< "addImportBase"
-    EditCommandAddImportedDocumentBase = 14,     ///< "addImportedDocumentBase"
-    EditCommandAddImportNCL = 15,                ///< "addImportNCL"
-    EditCommandAddNode = 16,                     ///< "addNode"
-    EditCommandAddLink = 17,                     ///< "addLink"
-    EditCommandAddInterface = 18,                ///< "addInterface"
-    EditCommandRemoveRegion = 19,                ///< "removeRegion"
-    EditCommandRemoveRegionBase = 20,            ///< "removeRegionBase"
-    EditCommandRemoveRule = 21,                  ///< "removeRule"
-    EditCommandRemoveRuleBase = 22,              ///< "removeRuleBase"
-    EditCommandRemoveFont = 23,                  ///< "removeFont"
-    EditCommandRemoveFontBase = 24,              ///< "removeFontBase"
-    EditCommandRemoveConnector = 25,             ///< "removeConnector"
-    EditCommandRemoveConnectorBase = 26,         ///< "removeConnectorBase"
-    EditCommandRemoveDescriptor = 27,            ///< "removeDescriptor"
-    EditCommandRemoveDescriptorSwitch = 28,      ///< "removeDescriptorSwitch"
-    EditCommandRemoveDescriptorBase = 29,        ///< "removeDescriptorBase"
-    EditCommandRemoveTransitionBase = 30,        ///< "removeTransitionBase"
-    EditCommandRemoveImportBase = 31,            ///< "removeImportBase"
-    EditCommandRemoveImportedDocumentBase = 32,  ///< "removeImportedDocumentBase"
-    EditCommandRemoveImportNCL = 33,             ///< "removeImportNCL"
-    EditCommandRemoveNode = 34,                  ///< "removeNode"
-    EditCommandRemoveLink = 35,                  ///< "removeLink"
-    EditCommandRemoveInterface = 36,             ///< "removeInterface"
-    EditCommandSetPropertyValue = 37,            ///< "setPropertyValue"
 };
 
 /// A reference to an NCL document. Travels nested, and shares the type of NCLEvent.
@@ -190,41 +149,6 @@ public:
     /// Compact.
     char* serialize() override;
     /// Every key is optional: true for any JSON text. Both flags tell of the last text read.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// A live-editing command. Wire name "gingaEditCommand".
-class ORVU_EXPORT GingaEditCommand : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeGingaEditCommand;
-
-    std::string appid;
-    std::string documentId;  ///< The document that is edited.
-    EditCommand command = EditCommandUnknown;
-    std::string elementId;  ///< The element that is removed or acted on.
-    std::string parentId;   ///< The base or composition that holds the element.
-    std::string xml;        ///< The element that is added.
-    std::string nodeId;
-    std::string propertyId;
-    std::string value;
-    std::string alias;        ///< Of an import. Written only while `elementId` is empty, as the next four.
-    std::string documentURI;  ///< Of an import.
-    std::string fontFamily;   ///< Of a font.
-    std::string fontStyle;    ///< Of a font.
-    std::string fontWeight;   ///< Of a font.
-
-    GingaEditCommand();
-    ~GingaEditCommand() override;
-
-    /// The word of a value; "" for one outside the enumeration. Static, never null.
-    static const char* cmdTypeString(EditCommand value);
-    /// The value of a word, compared exactly; unknown for any other text.
-    static EditCommand stringToCmd(std::string word);
-
-    /// Formatted. Empty texts and an unknown command are left out.
-    char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 };

@@ -4,15 +4,18 @@
 
 namespace Orvu {
 
+constexpr int kVirtualDisplayWidth = 1280;  ///< Pixels.
+constexpr int kVirtualDisplayHeight = 720;  ///< Pixels.
+
 /// A rectangle on the screen, in pixels of a fixed virtual display of 1280 by 720. Wire name "pos"; travels nested.
 class ORVU_EXPORT Position : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePos;
 
-    int x = 0;     ///< Pixels from the left edge of the virtual display.
-    int y = 0;     ///< Pixels from the top edge of the virtual display.
-    int w = 1280;  ///< Width in pixels.
-    int h = 720;   ///< Height in pixels.
+    int x = 0;                      ///< Pixels from the left edge of the virtual display.
+    int y = 0;                      ///< Pixels from the top edge of the virtual display.
+    int w = kVirtualDisplayWidth;   ///< Width in pixels.
+    int h = kVirtualDisplayHeight;  ///< Height in pixels.
 
     Position();
     Position(int x, int y, int w, int h);
