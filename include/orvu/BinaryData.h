@@ -26,14 +26,14 @@ public:
     BinaryData(const BinaryData&) = delete;
     BinaryData& operator=(const BinaryData&) = delete;
 
-    /// Formatted; the bytes as Base64. Of a block that was received, no more bytes than came, whatever size was
+    /// The bytes travel as Base64 (RFC 4648). Of a block that was received, no more bytes than came, whatever size was
     /// announced; once the application has set another `bufferSize`, no more than the block has room for.
     char* serialize() override;
     /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
     /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
     /// unchanged, for more bytes than that, for a size above 64 MiB, and when out of memory.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 
 private:
     friend void write(JsonWriter& json, BinaryData& data);
@@ -63,12 +63,11 @@ public:
     /// Appends `part` and takes it when it has bytes; otherwise it stays the caller's.
     void addBinaryData(BinaryData* part);
 
-    /// Formatted. Switches the header flag of every part off, for good: call its serializeHeader(true) before you send
-    /// one alone.
+    /// Switches the header flag of every part off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the parts under "binaryDataMultipart", which is required; those without bytes are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu
