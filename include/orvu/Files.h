@@ -17,25 +17,24 @@ class ORVU_EXPORT File : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeFile;
 
-    std::string name;
-    int size = 0;  ///< Bytes.
-    std::string mimeType;
-    std::string payload;  ///< The content as text; the sender encodes what is none.
-    std::string path;
+    std::string name;      ///< Name of the file; never checked here.
+    int size = 0;          ///< Bytes.
+    std::string mimeType;  ///< Such as "image/png"; never checked here.
+    std::string payload;   ///< The content as text. The sender encodes binary content, for example as Base64.
+    std::string path;      ///< Where the file is; left out when empty.
 
     File();
     File(std::string name, int size);
     File(std::string mimeType, std::string payload);
     ~File() override;
 
-    /// Name and size alone, without "HEADER"; formatted. The caller releases it with `free`.
+    /// Name and size alone, without "HEADER"; formatted. The caller releases the text with `free`; null when out of
+    /// memory.
     char* serializeResponse();
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// One directory. Wire name "directory"; also the element of the file lists.
@@ -43,17 +42,15 @@ class ORVU_EXPORT Directory : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDirectory;
 
-    std::string name;
+    std::string name;  ///< Name of the directory; never checked here.
 
     Directory();
     explicit Directory(std::string name);
     ~Directory() override;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Files and directories of an application. Wire name "gingaFileList".
@@ -61,8 +58,8 @@ class ORVU_EXPORT GingaFileList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeGingaFileList;
 
-    std::string appid;
-    std::string path;
+    std::string appid;             ///< Identifies the interactive application.
+    std::string path;              ///< Path of the listed directory; never checked here.
     std::vector<File*> files;      ///< Owned; deleted with the list.
     std::vector<Directory*> dirs;  ///< Owned; deleted with the list.
 
@@ -80,12 +77,11 @@ public:
     /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every element off, for good: see serializeHeader(true).
     char* serialize() override;
-    /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
+    /// Appends what is under "files" and "dirs", both required; files stay also when "dirs" is missing.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Files and directories of a DSM-CC object carousel. Wire name "dsmccFileList".
@@ -93,10 +89,10 @@ class ORVU_EXPORT DsmccFileList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDsmccFileList;
 
-    int componentTag = 0;  ///< Of the stream that carries the carousel; not given below 1.
-    int carouselId = 0;    ///< Not given below 1.
-    std::string path;
-    std::vector<File*> files;      ///< Owned; deleted with the list.
+    int componentTag = 0;      ///< component_tag of the stream that carries the carousel, 1 to 255; left out below 1.
+    int carouselId = 0;        ///< Identifies the carousel, 1 or more; left out below 1.
+    std::string path;          ///< Path of the listed directory; left out when empty.
+    std::vector<File*> files;  ///< Owned; deleted with the list.
     std::vector<Directory*> dirs;  ///< Owned; deleted with the list.
 
     DsmccFileList();
@@ -113,12 +109,11 @@ public:
     /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every element off, for good: see serializeHeader(true).
     char* serialize() override;
-    /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
+    /// Appends what is under "files" and "dirs", both required; files stay also when "dirs" is missing.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

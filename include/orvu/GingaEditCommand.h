@@ -53,15 +53,15 @@ class ORVU_EXPORT GingaEditCommand : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeGingaEditCommand;
 
-    std::string appid;
-    std::string documentId;  ///< The document that is edited.
-    EditCommand command = EditCommandUnknown;
-    std::string elementId;  ///< The element that is removed or acted on.
-    std::string parentId;   ///< The base or composition that holds the element.
-    std::string xml;        ///< The element that is added.
-    std::string nodeId;
-    std::string propertyId;
-    std::string value;
+    std::string appid;                         ///< Identifies the interactive application.
+    std::string documentId;                    ///< The document that is edited.
+    EditCommand command = EditCommandUnknown;  ///< What to do; left out when unknown.
+    std::string elementId;                     ///< The element to remove or act on.
+    std::string parentId;                      ///< The base or composition that holds the element.
+    std::string xml;                           ///< The element to add, as XML.
+    std::string nodeId;                        ///< The node whose property is set.
+    std::string propertyId;                    ///< The property to set.
+    std::string value;                         ///< Its new value, as text.
     std::string alias;        ///< Of an import. Written only while `elementId` is empty, as the next four.
     std::string documentURI;  ///< Of an import.
     std::string fontFamily;   ///< Of a font.
@@ -76,11 +76,10 @@ public:
     /// The value of a word, compared exactly; unknown for any other text.
     static EditCommand stringToCmd(std::string word);
 
-    /// Formatted. Empty texts and an unknown command are left out.
+    /// Empty texts and an unknown command are left out.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu
