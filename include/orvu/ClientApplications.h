@@ -15,7 +15,7 @@ public:
 
     std::string clientId;     ///< Identifies the client; any text, never checked here.
     std::string displayName;  ///< Name shown to the user.
-    int copy = 0;             ///< Which copy of the application it is; the applications agree on the count.
+    int copy = 0;             ///< Which copy of the application it is; the applications agree on the numbers.
     int pairingState = 0;     ///< The applications agree on what each number means.
     int authorized = 0;       ///< 1 when the client is authorized, otherwise 0; a number on the wire, too.
     int bornTime;  ///< When it was paired, in seconds since 1970-01-01 00:00 UTC. Default: the time of construction.
@@ -90,7 +90,7 @@ public:
 
     /// Appends `token` unless it is empty or held already.
     void addToken(std::string token);
-    /// A copy, which the caller owns; its header flag is set. Null when out of memory.
+    /// A copy, which the caller deletes; its header flag is set. Null when out of memory.
     ServiceBindTokens* clone();
     bool isFullService() const { return fullService; }
     void setFullService(bool value) { fullService = value; }
