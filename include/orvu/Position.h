@@ -34,7 +34,7 @@ public:
     /// std::invalid_argument for a text without a number and std::out_of_range for one beyond a double.
     void convertPercentage(char* text, int* result, int total);
 
-    /// Formatted, never with "HEADER".
+    /// Never with "HEADER".
     char* serialize() override;
     /// A key holds a number of pixels or a percentage of the virtual display such as "12.5%". Numbers are taken as they
     /// are; false for a negative percentage, which the field keeps, and for any other value. Throws

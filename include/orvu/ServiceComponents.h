@@ -33,9 +33,8 @@ public:
     ServiceComponent& operator=(const ServiceComponent&) = delete;
 
     char* serialize() override;
-    /// Hexadecimal and decimal number texts are read, malformed ones as -1. Throws
-    /// std::invalid_argument for a number text without digits, std::out_of_range for one above 2147483647, and what
-    /// Position throws.
+    /// Hexadecimal and decimal number texts are read, malformed ones as -1. Throws std::invalid_argument for a number
+    /// text without digits, std::out_of_range for one above 2147483647, and what Position throws.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
 };
@@ -86,7 +85,7 @@ public:
 
     int componentTag = 0;                   ///< component_tag, 0 to 255; travels as a number.
     StatusType action = StatusTypeUnknown;  ///< Start, pause or stop.
-    Position* pos = nullptr;                ///< Owned, may be null.
+    Position* pos = nullptr;                ///< Where the window goes. Owned, may be null.
     int vol = -1;  ///< Volume, 0 to 100; -1 when not given. Read only from a text without a position.
     bool localAssociatedAccess = false;  ///< True when an application of the service itself asks.
 
@@ -105,9 +104,9 @@ public:
     char* serialize() override;
     /// Calls the error-reporting reader of the object's own class and gives its result.
     bool deserialize(const char* text) override;
-    /// `error` becomes 1 for a text that is null or not JSON, 2 for an action that a component
-    /// does not know, 3 for a bad position, 4 for a bad volume; what was read before stays. An action with a position
-    /// never changes the volume; one without drops the position held so far. Throws what Position throws.
+    /// `error` becomes 1 for a text that is null or not JSON, 2 for an action that a component does not know, 3 for a
+    /// bad position, 4 for a bad volume; what was read before stays. An action with a position never changes the
+    /// volume; one without drops the position held so far. Throws what Position throws.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 
@@ -186,10 +185,10 @@ ORVU_EXPORT char* convertIntToStringHex(int value);
 /// 2147483647. Any thread.
 ORVU_EXPORT int validateStringNumber(std::string text);
 
-/// Removes white space (characters 9 to 13 and 32) at the end, in place.
+/// Removes white space (characters 9 to 13 and 32) at the end, in place. Any thread.
 ORVU_EXPORT void rtrim(std::string& text);
 
-/// Removes white space (characters 9 to 13 and 32) at the start, in place.
+/// Removes white space (characters 9 to 13 and 32) at the start, in place. Any thread.
 ORVU_EXPORT void ltrim(std::string& text);
 
 }  // namespace Orvu
