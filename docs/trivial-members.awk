@@ -1,6 +1,6 @@
-# Doxygen's input filter. Constructors that take the fields, assignments and functions of one line that get or set a field
-# say all with their names. This gives those without a comment an empty one, so that a missing description of a class, a
-# field or another function is an error.
+# Doxygen's input filter. Constructors that take the fields, assignments and functions of one line that get or set a
+# field say all with their names. This gives those without a comment an empty one, so that a missing description of a
+# class, a field or another function is an error.
 
 function isPlain(line)
 {
