@@ -11,8 +11,8 @@ class Serializable;
 
 /// What a publisher pushes through.
 enum Channel : int {
-    ChannelTcp = 0,       ///< createServer("tcp")
-    ChannelWebSocket = 1  ///< createServer("websocket")
+    ChannelTcp = 0,       ///< createServer("tcp").
+    ChannelWebSocket = 1  ///< createServer("websocket"): RFC 6455.
 };
 
 /// What a listener hands over.
