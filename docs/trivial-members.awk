@@ -1,17 +1,11 @@
-# Doxygen's input filter. Members that say all with their names need no comment of their own: fields, what gets, sets, adds or
-# tells a value, constructors that take the fields, assignments. This gives those that have none an empty one, so that only
-# a missing description of a class or of another function is an error. What takes a pointer has an owner to tell of.
-
-function isField(line)
-{
-    return line ~ /^ +[A-Za-z_:][A-Za-z0-9_:<>,* ]* [*&]?[A-Za-z_]+( = [^;()]+)?; *(\/\/.*)?$/ &&
-           line !~ /(^| )(using|friend|class|return) /
-}
+# Doxygen's input filter. Constructors that take the fields, assignments and functions of one line that get or set a
+# field say all with their names. This gives those without a comment an empty one, so that a missing description of a
+# class, a field or another function is an error.
 
 function isPlain(line)
 {
-    return line ~ / (get|is)[A-Z][A-Za-z]*\([^()*]*\)( const)?( \{ return [a-zA-Z_]+; \}|;)$/ ||
-           line ~ / void (set|add)[A-Z][A-Za-z]*\([^()*]*\)( \{ [a-zA-Z_]+ = [^;]+; \}|;)$/ ||
+    return line ~ / (get|is)[A-Z][A-Za-z]*\(\) const \{ return [a-zA-Z_]+; \}$/ ||
+           line ~ / void set[A-Z][A-Za-z]*\([^()*]*\) \{ [a-zA-Z_]+ = [^;]+; \}$/ ||
            line ~ / operator=\(const [A-Za-z]+&[a-z ]*\)( \{ return \*this; \}| = default;)$/ ||
            line ~ ("^    (explicit )?" owner "\\([^()]*\\)(;| : .*\\{\\})$")
 }
@@ -26,9 +20,15 @@ function isPlain(line)
     sub(/.* /, "", owner)
 }
 
-previous !~ /^ *\/\/\// && !/\/\/\/</ && /^    / && (isField($0) || isPlain($0)) {
+# Every message has one; the page of the base says what it is.
+previous !~ /^ *\/\/\// && /^    static constexpr DataType kDataType = [A-Za-z]+;$/ {
     previous = $0
-    sub(/ *\/\/.*/, "")
+    print $0 "  ///< The type of this class: see Serializable."
+    next
+}
+
+previous !~ /^ *\/\/\// && !/\/\/\/</ && /^    / && isPlain($0) {
+    previous = $0
     print $0 "  ///< &zwj;"
     next
 }

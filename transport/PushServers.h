@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "orvu/OrvuRestInterface.h"
+#include "orvu/SocketServerInfo.h"
 #include "transport/Acceptor.h"
 #include "transport/ListenAddress.h"
 #include "transport/OrvuRestSimpleServer.h"

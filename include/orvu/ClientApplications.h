@@ -13,13 +13,13 @@ class ORVU_EXPORT ClientApplication : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeClientApplication;
 
-    std::string clientId;
-    std::string displayName;
-    int copy = 0;
-    int pairingState = 0;
-    int authorized = 0;  ///< A number, also on the wire.
-    int bornTime;        ///< Seconds since the epoch; the time of construction at first.
-    std::string refreshToken;
+    std::string clientId;     ///< Identifies the client; any text, never checked here.
+    std::string displayName;  ///< Name shown to the user.
+    int copy = 0;             ///< Which copy of the application it is; the applications agree on the numbers.
+    int pairingState = 0;     ///< The applications agree on what each number means.
+    int authorized = 0;       ///< 1 when the client is authorized, otherwise 0; a number on the wire, too.
+    int bornTime;  ///< When it was paired, in seconds since 1970-01-01 00:00 UTC. Default: the time of construction.
+    std::string refreshToken;  ///< The client's refresh token; any text, never checked here.
 
     ClientApplication();
     ~ClientApplication() override;
@@ -42,11 +42,9 @@ public:
     const std::string& getRefreshToken() const { return refreshToken; }
     void setRefreshToken(const std::string& value) { refreshToken = value; }
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The registry of paired applications. Wire name "clientApplicationList".
@@ -55,7 +53,7 @@ public:
     static constexpr DataType kDataType = DataTypeClientApplicationList;
 
     std::vector<ClientApplication*> apps;  ///< Owned; deleted with the list.
-    std::vector<std::string> deletionIds;  ///< Ids of the clients to be deleted. Travels as "deletionItens".
+    std::vector<std::string> deletionIds;  ///< `clientId` of each client to delete. Travels as "deletionItens".
 
     ClientApplicationList();
     ~ClientApplicationList() override;
@@ -67,13 +65,12 @@ public:
     /// Appends the id of a client to be deleted; null is ignored.
     void addAppIdToDeletion(const char* id);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every application off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the applications under "clientApplicationList", which is required; those that cannot be read are left
     /// out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The bind tokens granted for one service. Wire name "serviceBindTokens"; also the element of a ServiceBindTokensList.
@@ -82,7 +79,7 @@ public:
     static constexpr DataType kDataType = DataTypeServiceBindTokens;
 
     Service* service = nullptr;           ///< Owned; made with the message.
-    std::vector<std::string> bindTokens;  ///< Neither empty texts nor duplicates come in through addToken().
+    std::vector<std::string> bindTokens;  ///< In order. addToken() leaves out empty texts and duplicates.
     bool fullService = true;  ///< Whether the whole service is written, or only its locator. Does not travel itself.
 
     ServiceBindTokens();
@@ -93,18 +90,16 @@ public:
 
     /// Appends `token` unless it is empty or held already.
     void addToken(std::string token);
-    /// A copy, which the caller owns; its header flag is set. Null when out of memory.
+    /// A copy, which the caller deletes; its header flag is set. Null when out of memory.
     ServiceBindTokens* clone();
     bool isFullService() const { return fullService; }
     void setFullService(bool value) { fullService = value; }
 
-    /// Formatted, always with "HEADER". Switches the header flag of the service off, for good: call its
-    /// serializeHeader(true) before you send it alone.
+    /// Always with "HEADER". Switches the header flag of the service off, for good: see serializeHeader(true).
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. "serviceContextId" counts where "service" is absent. Tokens are
-    /// appended.
+    /// "serviceContextId" counts where "service" is absent. Tokens are appended.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The bind tokens granted, service by service. Wire name "serviceBindTokensList".
@@ -124,12 +119,11 @@ public:
     /// Appends `service` and takes it; null is ignored.
     void addService(ServiceBindTokens* service);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good.
+    /// Always with "HEADER". Switches the header flag of every element off, for good.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Appends what stands under "boundServices"; what cannot be read is
-    /// left out.
+    /// Appends what is under "boundServices"; what cannot be read is left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The services bound to one token. Wire name "ServiceBoundTokenList", with a capital S.
@@ -137,7 +131,7 @@ class ORVU_EXPORT ServiceBoundTokenList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeServiceBoundTokenList;
 
-    std::string token;
+    std::string token;                    ///< The bind token; any text, left out when empty.
     std::vector<Service*> boundServices;  ///< Owned; deleted with the list.
 
     ServiceBoundTokenList();
@@ -151,12 +145,11 @@ public:
     /// Appends `service` and takes it; null is ignored.
     void addService(Service* service);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every service off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the services under "boundServices", which is required; the token stays without it.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Takes a bind token back. Wire name "revokeToken".
@@ -164,8 +157,8 @@ class ORVU_EXPORT RevokeToken : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeRevokeToken;
 
-    std::string token;
-    std::string serviceContextId;  ///< Locator of the service.
+    std::string token;             ///< The bind token that is taken back.
+    std::string serviceContextId;  ///< Locator of the service (see ServiceContext); never checked here.
 
     RevokeToken();
     ~RevokeToken() override;
@@ -175,11 +168,9 @@ public:
     const std::string& getServiceContextId() const { return serviceContextId; }
     void setServiceContextId(const std::string& value) { serviceContextId = value; }
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

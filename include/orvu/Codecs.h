@@ -41,7 +41,7 @@ enum ImageCodec : int {
     ImageCodecGIF = 3,      ///< "GIF"
 };
 
-/// A container format. The last value stands for strangers.
+/// A container format. Any other word reads as the last value.
 enum DrmFormat : int {
     DrmFormatMp4 = 0,      ///< "mp4"
     DrmFormatMpegTs = 1,   ///< "mpeg-ts"
@@ -51,7 +51,7 @@ enum DrmFormat : int {
     DrmFormatUnknown = 5,  ///< "Unknown"
 };
 
-/// A delivery scheme. The last value stands for strangers.
+/// A delivery scheme. Any other word reads as the last value.
 enum DrmScheme : int {
     DrmSchemeSbtvdTs = 0,  ///< "sbtvd-ts"
     DrmSchemeDsmcc = 1,    ///< "dsmcc"
@@ -67,10 +67,10 @@ class ORVU_EXPORT Codecs : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeCodecsSupported;
 
-    std::vector<VideoCodec> video;
-    std::vector<AudioCodec> audio;
-    std::vector<SubtitleCodec> subtitle;
-    std::vector<ImageCodec> image;  ///< Does not travel.
+    std::vector<VideoCodec> video;        ///< In order; duplicates stay.
+    std::vector<AudioCodec> audio;        ///< In order; duplicates stay.
+    std::vector<SubtitleCodec> subtitle;  ///< In order; duplicates stay.
+    std::vector<ImageCodec> image;        ///< Does not travel.
 
     Codecs();
     ~Codecs() override;
@@ -92,16 +92,15 @@ public:
     /// The value of a word, compared exactly; unknown for any other text.
     static ImageCodec stringToImageCodec(std::string word);
 
-    void addVideoCodec(VideoCodec codec);
-    void addAudioCodec(AudioCodec codec);
-    void addSubtitleCodec(SubtitleCodec codec);
-    void addImageCodec(ImageCodec codec);
+    void addVideoCodec(VideoCodec codec);        ///< Appends `codec`; duplicates stay.
+    void addAudioCodec(AudioCodec codec);        ///< Appends `codec`; duplicates stay.
+    void addSubtitleCodec(SubtitleCodec codec);  ///< Appends `codec`; duplicates stay.
+    void addImageCodec(ImageCodec codec);        ///< Appends `codec`, which does not travel.
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Lists are appended to.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// A DRM system. Wire name "drmSystem"; travels nested.
@@ -109,11 +108,11 @@ class ORVU_EXPORT DrmSystem : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDrmSystem;
 
-    std::string systemId;
-    std::string drmName;
-    std::string drmVersion;
-    std::vector<DrmFormat> formatsSupported;
-    std::vector<DrmScheme> schemesSupported;  ///< Does not travel.
+    std::string systemId;                     ///< Identifies the DRM system; any text, never checked here.
+    std::string drmName;                      ///< Name of the system for people; any text.
+    std::string drmVersion;                   ///< Any text; empty when not known.
+    std::vector<DrmFormat> formatsSupported;  ///< Container formats that it decrypts, in order; duplicates stay.
+    std::vector<DrmScheme> schemesSupported;  ///< Delivery schemes. Does not travel.
 
     DrmSystem();
     ~DrmSystem() override;
@@ -134,14 +133,14 @@ public:
     /// The value of a word, compared exactly; the last value for any other text.
     static DrmScheme stringToScheme(std::string word);
 
-    void addFormatSupported(DrmFormat format);
-    void addSchemeSupported(DrmScheme scheme);
+    void addFormatSupported(DrmFormat format);  ///< Appends `format`; duplicates stay.
+    void addSchemeSupported(DrmScheme scheme);  ///< Appends `scheme`, which does not travel.
 
     /// Compact, never with "HEADER".
     char* serialize() override;
     /// "formatsSupported" is required; what was read before it stays. Formats are appended.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The DRM systems of the receiver. Wire name "drms".
@@ -159,11 +158,11 @@ public:
     /// Appends `system` and takes it; null is ignored.
     void addSystem(DrmSystem* system);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every system off, for good.
+    /// Always with "HEADER". Switches the header flag of every system off, for good.
     char* serialize() override;
     /// Appends the systems under "drms", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

@@ -3,49 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "orvu/BinaryData.h"  // which this header declared before it had one of its own
 #include "orvu/EventDescriptors.h"
 #include "orvu/Serializable.h"
 
 namespace Orvu {
-
-class JsonReader;
-class JsonWriter;
-
-/// A raw SI table as bytes. One class for "binaryNIT", "binarySDT", "binaryPAT", "binaryBAT", "binaryPMT" and
-/// "binaryEPG"; also the element of a BinaryDataMultipart.
-class ORVU_EXPORT BinaryData : public Serializable {
-public:
-    std::string serviceContextId;  ///< Locator of the service that the table belongs to.
-    unsigned bufferSize = 0;       ///< Bytes; at most 64 MiB can be received.
-    /// A block made by `malloc`, owned; released with `free`. Comes back as a block without bytes when it is null.
-    unsigned char* buffer = nullptr;
-    std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
-
-    /// `dataType` is one of DataTypeBinaryNIT to DataTypeBinaryEPG, or DataTypeBinaryDataMultipart for a part.
-    explicit BinaryData(DataType dataType);
-    ~BinaryData() override;
-    BinaryData(const BinaryData&) = delete;
-    BinaryData& operator=(const BinaryData&) = delete;
-
-    /// Formatted; the bytes as Base64. Of a block that was received, no more bytes than came, whatever size was
-    /// announced; once the application has set another `bufferSize`, no more than the block has room for.
-    char* serialize() override;
-    /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
-    /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
-    /// unchanged, for more bytes than that, for a size above 64 MiB, and when out of memory.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-
-private:
-    friend void write(JsonWriter& json, BinaryData& data);
-    friend void read(JsonReader& json, BinaryData& data);
-    friend unsigned sendable(const BinaryData& data);  // how many bytes of the block may be sent
-
-    const unsigned char* knownBlock_ = nullptr;  // the block that was held when a read last stored `bufferSize`
-    unsigned knownSize_ = 0;                     // the bytes in it
-    unsigned knownRoom_ = 0;                     // the bytes that it has room for
-    unsigned announced_ = 0;                     // the `bufferSize` that the read stored
-};
 
 /// One event of the programme guide. Wire name "eventInfo".
 class ORVU_EXPORT EventInfo : public Serializable {
@@ -55,22 +17,22 @@ public:
     /// The applications agree on a form, such as "2026-11-21T20:30:00-03:00". Schedules are sorted by its bytes, so a
     /// fixed width and one offset for all events keep them in the order of time.
     std::string startTime;
-    std::string endTime;    ///< In the same form.
-    int runningStatus = 0;  ///< As signalled.
-    std::string name;
-    int originalNetworkId = 0;
-    std::string shortDescription;
-    std::string extendedDescription;
-    int copyrightId = 0;  ///< Written as null below 1.
-    std::string copyrightInfo;
-    int parentalRating = 0;               ///< As signalled.
-    int parentalRatingDescription = 0;    ///< Written as null below 1.
-    std::string audioLanguageCode;        ///< ISO 639-2.
-    std::string audioLanguageCode2;       ///< ISO 639-2.
-    std::string dataContentLanguageCode;  ///< ISO 639-2.
-    std::string dataContentText;
-    bool hasInteractivity = false;
-    std::string logoURI;
+    std::string endTime;                  ///< In the same form.
+    int runningStatus = 0;                ///< running_status, 0 to 7, as signalled.
+    std::string name;                     ///< Name of the event, UTF-8, as broadcast.
+    int originalNetworkId = 0;            ///< original_network_id, 0 to 65535, as signalled.
+    std::string shortDescription;         ///< UTF-8, as broadcast.
+    std::string extendedDescription;      ///< UTF-8, as broadcast.
+    int copyrightId = 0;                  ///< Copyright identifier, 1 or more. Written as null below 1.
+    std::string copyrightInfo;            ///< Copyright text, UTF-8, as broadcast.
+    int parentalRating = 0;               ///< rating of the parental_rating_descriptor, as signalled.
+    int parentalRatingDescription = 0;    ///< Content descriptors, as signalled. Written as null below 1.
+    std::string audioLanguageCode;        ///< First audio language: ISO 639-2, such as "por".
+    std::string audioLanguageCode2;       ///< Second audio language: ISO 639-2; empty without one.
+    std::string dataContentLanguageCode;  ///< Language of the data content: ISO 639-2.
+    std::string dataContentText;          ///< Description of the data content, UTF-8, as broadcast.
+    bool hasInteractivity = false;        ///< True when interactive applications accompany it.
+    std::string logoURI;                  ///< URI of the event's logo; empty without one.
     /// Owned, may be null. Comes back as four zeros, whatever it was: it is written as a list and read as an object.
     ContentDescriptor* contentDescription = nullptr;
     /// Owned, may be null. Comes back as an empty descriptor when it is null, as the next four do: ask isEmpty().
@@ -85,12 +47,12 @@ public:
     EventInfo(const EventInfo&) = delete;
     EventInfo& operator=(const EventInfo&) = delete;
 
-    /// Formatted. Empty texts and missing descriptors are written as null.
+    /// Empty texts and missing descriptors are written as null.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. A descriptor that is present, null included, replaces the one
-    /// held, which is the caller's from then on. A null key gives an empty descriptor.
+    /// A descriptor that is present, null included, replaces the one held, which is the caller's from then on. A null
+    /// key gives an empty descriptor.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The present and following events of a service, and its schedule. Wire name "eventInfoList".
@@ -99,10 +61,10 @@ public:
     static constexpr DataType kDataType = DataTypeEventInfoList;
 
     std::string serviceContextId;    ///< Locator of the service.
-    EventInfo* present = nullptr;    ///< Owned, may be null.
-    EventInfo* following = nullptr;  ///< Owned, may be null.
-    /// Owned, sorted by `startTime`; deleted with the list. The applications decide whether `present` and `following` are
-    /// in it, too.
+    EventInfo* present = nullptr;    ///< The event on air. Owned, may be null.
+    EventInfo* following = nullptr;  ///< The next event. Owned, may be null.
+    /// Owned, sorted by `startTime`; deleted with the list. The applications decide whether `present` and `following`
+    /// are in it, too.
     std::vector<EventInfo*> schedule;
     std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
 
@@ -117,12 +79,11 @@ public:
     /// Whether `a` starts before `b`, by the bytes of their `startTime`.
     static bool compare(EventInfo* a, EventInfo* b);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every event off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every event off, for good: see serializeHeader(true).
     char* serialize() override;
     /// "schedule" is required; its events are added to those held.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

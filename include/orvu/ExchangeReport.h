@@ -32,7 +32,7 @@ struct ExchangeReport {
     /// writes only those that your program knows.
     std::uint32_t size = sizeof(ExchangeReport);
 
-    ExchangePhase phase = ExchangePhaseNothingToSend;
+    ExchangePhase phase = ExchangePhaseNothingToSend;  ///< Where the exchange ended.
 
     /// Null, or a text of yours. It receives the text of the answer as it came, also when that is cut, too long (then
     /// what came together with its length) or not understood. Empty when none came.
@@ -45,7 +45,7 @@ struct ExchangeReport {
     /// the request can be sent again without being carried out twice.
     bool mayHaveArrived = false;
 
-    /// The system's error number (errno). 0 when there is none, as when the peer closed the connection in good order.
+    /// The system's error number (errno). 0 without an error, as when the peer closed the connection in good order.
     /// ETIMEDOUT: the peer did nothing for as long as the library waits. ECANCELED: `cancelled` is true. EAFNOSUPPORT:
     /// the host has no IPv4 address. EAGAIN: no name server answered. ENOMEM: out of memory, also when that only kept
     /// `receivedText` from being filled.

@@ -9,8 +9,8 @@
 namespace Orvu {
 
 /// \file
-/// What a text lacks, has too much, or has wrong for the message that it is to be. For people and their tools: reading a
-/// message tells only whether it worked.
+/// What a text lacks, has too much, or has wrong for the message that it is to be. For people and their tools: reading
+/// a message says only whether it worked.
 
 /// One thing that reading a text meets.
 struct Finding {
@@ -21,7 +21,7 @@ struct Finding {
         Ignored,  ///< A value that has no effect, or another one than it seems: its kind or its word is not the key's.
         NotRead,  ///< A key that the type does not read, or not in this text.
     };
-    Kind kind = Fault;
+    Kind kind = Fault;       ///< How much it matters.
     std::size_t offset = 0;  ///< Where it is in the text, in bytes from 0.
     unsigned line = 1;       ///< The same as a line of the text, from 1.
     unsigned column = 1;     ///< And as a character of that line (UTF-8), from 1.
@@ -37,8 +37,8 @@ struct Explanation {
     std::size_t further = 0;          ///< How many findings more there are.
 };
 
-/// Explains a text as a received one, by the type that its "HEADER" names. `text` ends with a NUL; null counts as empty.
-/// It takes a few times as long as reading the message. Throws std::bad_alloc. Any thread.
+/// Explains a text as a received one, by the type that its "HEADER" names. `text` ends with a NUL; null counts as
+/// empty. It takes a few times as long as reading the message. Throws std::bad_alloc. Any thread.
 ORVU_EXPORT Explanation explain(const char* text);
 
 /// The same by a type, whatever the "HEADER", also for types that are never received by themselves.
@@ -64,8 +64,8 @@ struct KeyDescription {
         Words,         ///< A list of words.
         Objects,       ///< A list of objects, each with the keys `keys`.
     };
-    std::string key;  ///< Empty for the list that stands behind the key before, whatever it is called.
-    Kind kind = Anything;
+    std::string key;                   ///< Empty for the list that follows the key before, whatever its own key.
+    Kind kind = Anything;              ///< What the key may hold.
     bool isRequired = false;           ///< Whether a text without it is refused; in a part, whether the part is.
     std::vector<std::string> words;    ///< Those that are read back.
     std::vector<KeyDescription> keys;  ///< Left empty where a type holds itself.

@@ -3,8 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "orvu/EventInformation.h"
 #include "orvu/Serializable.h"
+
+// What this header declared, or brought along, before it had headers of its own.
+#include "orvu/BinaryData.h"
+#include "orvu/EventInformation.h"
+#include "orvu/StreamEvents.h"
 
 namespace Orvu {
 
@@ -13,25 +17,24 @@ class ORVU_EXPORT File : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeFile;
 
-    std::string name;
-    int size = 0;  ///< Bytes.
-    std::string mimeType;
-    std::string payload;  ///< The content as text; the sender encodes what is none.
-    std::string path;
+    std::string name;      ///< Name of the file; never checked here.
+    int size = 0;          ///< Bytes.
+    std::string mimeType;  ///< Such as "image/png"; never checked here.
+    std::string payload;   ///< The content as text. The sender encodes binary content, for example as Base64.
+    std::string path;      ///< Where the file is; left out when empty.
 
     File();
     File(std::string name, int size);
     File(std::string mimeType, std::string payload);
     ~File() override;
 
-    /// Name and size alone, without "HEADER"; formatted. The caller releases it with `free`.
+    /// Name and size alone, without "HEADER"; formatted. The caller releases the text with `free`; null when out of
+    /// memory.
     char* serializeResponse();
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// One directory. Wire name "directory"; also the element of the file lists.
@@ -39,17 +42,15 @@ class ORVU_EXPORT Directory : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDirectory;
 
-    std::string name;
+    std::string name;  ///< Name of the directory; never checked here.
 
     Directory();
     explicit Directory(std::string name);
     ~Directory() override;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Files and directories of an application. Wire name "gingaFileList".
@@ -57,8 +58,8 @@ class ORVU_EXPORT GingaFileList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeGingaFileList;
 
-    std::string appid;
-    std::string path;
+    std::string appid;             ///< Identifies the interactive application.
+    std::string path;              ///< Path of the listed directory; never checked here.
     std::vector<File*> files;      ///< Owned; deleted with the list.
     std::vector<Directory*> dirs;  ///< Owned; deleted with the list.
 
@@ -76,12 +77,11 @@ public:
     /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every element off, for good: see serializeHeader(true).
     char* serialize() override;
-    /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
+    /// Appends what is under "files" and "dirs", both required; files stay also when "dirs" is missing.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Files and directories of a DSM-CC object carousel. Wire name "dsmccFileList".
@@ -89,10 +89,10 @@ class ORVU_EXPORT DsmccFileList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDsmccFileList;
 
-    int componentTag = 0;  ///< Of the stream that carries the carousel; not given below 1.
-    int carouselId = 0;    ///< Not given below 1.
-    std::string path;
-    std::vector<File*> files;      ///< Owned; deleted with the list.
+    int componentTag = 0;      ///< component_tag of the stream that carries the carousel, 1 to 255; left out below 1.
+    int carouselId = 0;        ///< Identifies the carousel, 1 or more; left out below 1.
+    std::string path;          ///< Path of the listed directory; left out when empty.
+    std::vector<File*> files;  ///< Owned; deleted with the list.
     std::vector<Directory*> dirs;  ///< Owned; deleted with the list.
 
     DsmccFileList();
@@ -109,77 +109,11 @@ public:
     /// releases it with `free`.
     char* serializeResponse(bool payloadOnly);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every element off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every element off, for good: see serializeHeader(true).
     char* serialize() override;
-    /// Appends what stands under "files" and "dirs", both required; files stay also when "dirs" is missing.
+    /// Appends what is under "files" and "dirs", both required; files stay also when "dirs" is missing.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// Subscribes to stream events. Wire name "streamEventRequest".
-class ORVU_EXPORT StreamEventRequest : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeStreamEventRequest;
-
-    int componentTag = 0;  ///< Not given below 1.
-    int carouselId = 0;    ///< Not given below 1.
-    std::string protocol;
-    std::string handle;  ///< A text here, a number in StreamEventDispose.
-    std::string host;
-    std::string url;
-    int port = 0;  ///< Not given below 1.
-
-    StreamEventRequest();
-    ~StreamEventRequest() override;
-
-    /// Formatted.
-    char* serialize() override;
-    /// Every key is optional: true for any JSON text.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// Ends a subscription to stream events. Wire name "streamEventDispose".
-class ORVU_EXPORT StreamEventDispose : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeStreamEventDispose;
-
-    int handle = 0;  ///< A number here, a text in StreamEventRequest.
-
-    StreamEventDispose();
-    ~StreamEventDispose() override;
-
-    /// Formatted.
-    char* serialize() override;
-    /// "handle" is required.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// Several blocks of bytes in one message. Wire name "binaryDataMultipart".
-class ORVU_EXPORT BinaryDataMultipart : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeBinaryDataMultipart;
-
-    std::string serviceContextId;    ///< Locator of the service.
-    std::vector<BinaryData*> parts;  ///< Owned; deleted with the message.
-    std::string timestamp;           ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
-
-    BinaryDataMultipart();
-    ~BinaryDataMultipart() override;
-    BinaryDataMultipart(const BinaryDataMultipart&) = delete;
-    BinaryDataMultipart& operator=(const BinaryDataMultipart&) = delete;
-
-    /// Appends `part` and takes it when it has bytes; otherwise it stays the caller's.
-    void addBinaryData(BinaryData* part);
-
-    /// Formatted. Switches the header flag of every part off, for good: call its serializeHeader(true) before you send
-    /// one alone.
-    char* serialize() override;
-    /// Appends the parts under "binaryDataMultipart", which is required; those without bytes are left out.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

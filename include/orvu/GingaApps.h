@@ -42,13 +42,13 @@ class ORVU_EXPORT RestGingaApp : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeGingaApp;
 
-    std::string serviceContextId;  ///< Locator of the service that signals the application.
-    std::string appid;
-    std::string name;
-    GingaAppType type = GingaAppTypeUnknown;
-    GingaControlCode controlCode = GingaControlCodeUnknown;
-    GingaState state = GingaStateUnknown;
-    std::string entryPoint;
+    std::string serviceContextId;                            ///< Locator of the service that signals the application.
+    std::string appid;                                       ///< Identifies the application.
+    std::string name;                                        ///< Name for people, UTF-8, as broadcast.
+    GingaAppType type = GingaAppTypeUnknown;                 ///< What it is written in.
+    GingaControlCode controlCode = GingaControlCodeUnknown;  ///< application_control_code, as signalled.
+    GingaState state = GingaStateUnknown;                    ///< What the middleware is doing with it.
+    std::string entryPoint;  ///< Where the application starts, such as "index.html"; never checked here.
 
     RestGingaApp();
     ~RestGingaApp() override;
@@ -66,11 +66,9 @@ public:
     /// The value of a word, compared exactly; unknown for any other text.
     static GingaState stringToState(std::string word);
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The interactive applications of a service. Wire name "gingaAppList".
@@ -89,12 +87,11 @@ public:
     /// Appends `app` and takes it; null is ignored.
     void addGingaApp(RestGingaApp* app);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every application off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every application off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the applications under "apps", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Starts or stops one interactive application. Wire name "gingaAppAction".
@@ -102,7 +99,7 @@ class ORVU_EXPORT GingaAppAction : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeGingaAppAction;
 
-    std::string appid;
+    std::string appid;                      ///< RestGingaApp::appid of the application.
     StatusType action = StatusTypeUnknown;  ///< Start or stop.
 
     GingaAppAction();
@@ -111,12 +108,11 @@ public:
     /// Whether the action is start or stop; otherwise `code` becomes 3.
     bool checkArguments(unsigned char& code);
 
-    /// Formatted.
     char* serialize() override;
     /// "action" is required and must be "start" or "stop"; another word is stored all the same.
     bool deserialize(const char* text) override;
-    /// The same; `error` becomes 1 for a text that is null or no JSON, 2 without an "action" or when it is no string, 3
-    /// for another action.
+    /// The same; `error` becomes 1 for a text that is null or not JSON, 2 without an "action" or when it is not a
+    /// string, 3 for another action.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 

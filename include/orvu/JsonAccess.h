@@ -15,7 +15,8 @@ ORVU_EXPORT struct cJSON* cJSON_GetStringItem(const struct cJSON* object, const 
 /// The member if it is a JSON number, true or false (`valueint` of a boolean is 1 or 0), otherwise null.
 ORVU_EXPORT struct cJSON* cJSON_GetNumberItem(const struct cJSON* object, const char* key);
 
-/// The member if it is a JSON number; a boolean is none here. Otherwise null, and `*error` becomes 1 when the member is
-/// missing and 2 when it is of another kind. Success leaves `*error` alone, so that it can be tested once after many calls.
+/// The member if it is a JSON number; a boolean does not count here. Otherwise null, and `*error` becomes 1 when the
+/// member is missing and 2 when it is of another kind. Success leaves `*error` alone, so that it can be tested once
+/// after many calls.
 ORVU_EXPORT struct cJSON* cJSON_GetNumberItemError(const struct cJSON* object, const char* key, unsigned char* error);
 }

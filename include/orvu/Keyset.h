@@ -15,7 +15,7 @@ class ORVU_EXPORT GingaKeyset : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeKeyset;
 
-    std::vector<std::string> keys;  ///< Names of groups, unknown ones and duplicates too.
+    std::vector<std::string> keys;  ///< Names of groups, as given: unknown names and duplicates stay.
     bool releaseKeyset = false;     ///< Gives the keys back. Written only while it is set.
 
     GingaKeyset();
@@ -26,22 +26,22 @@ public:
     static const char* const SELECTION_KEYSET;  ///< "selection_keys"
     static const char* const CURSOR_KEYSET;     ///< "cursor_keys"
 
-    /// Appends the names, but for empty ones.
+    /// Appends the names in order, without the empty ones; duplicates stay.
     void addKeyset(std::vector<std::string> names);
     /// The groups that a name stands for: itself for the four basic groups, the coloured, selection and cursor keys for
     /// "interactive_keys", none for anything else.
     static std::vector<std::string> getKeySetByName(std::string name);
-    static bool isNumericKeyset(std::string name);
-    static bool isColoredKeyset(std::string name);
-    static bool isSelectionKeyset(std::string name);
-    static bool isCursorKeyset(std::string name);
-    static bool isInteractiveKeyset(std::string name);
+    static bool isNumericKeyset(std::string name);      ///< Whether `name` is "numeric_keys", compared exactly.
+    static bool isColoredKeyset(std::string name);      ///< Whether `name` is "colored_keys", compared exactly.
+    static bool isSelectionKeyset(std::string name);    ///< Whether `name` is "selection_keys", compared exactly.
+    static bool isCursorKeyset(std::string name);       ///< Whether `name` is "cursor_keys", compared exactly.
+    static bool isInteractiveKeyset(std::string name);  ///< Whether `name` is "interactive_keys", compared exactly.
 
-    /// Formatted, always with "HEADER".
+    /// Always with "HEADER".
     char* serialize() override;
     /// Appends the names under "keyset", which is required; empty ones are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "orvu/GingaEditCommand.h"  // which this header declared before it had one of its own
 #include "orvu/Serializable.h"
 #include "orvu/Status.h"
 
@@ -19,64 +20,21 @@ enum NclNodeType : int {
     NclNodeTypePort = 6,      ///< "port"
 };
 
-/// An NCL editing command.
-enum EditCommand : int {
-    EditCommandUnknown = 0,                      ///< "unknown"
-    EditCommandAddRegion = 1,                    ///< "addRegion"
-    EditCommandAddRegionBase = 2,                ///< "addRegionBase"
-    EditCommandAddRule = 3,                      ///< "addRule"
-    EditCommandAddRuleBase = 4,                  ///< "addRuleBase"
-    EditCommandAddFont = 5,                      ///< "addFont"
-    EditCommandAddFontBase = 6,                  ///< "addFontBase"
-    EditCommandAddConnector = 7,                 ///< "addConnector"
-    EditCommandAddConnectorBase = 8,             ///< "addConnectorBase"
-    EditCommandAddDescriptor = 9,                ///< "addDescriptor"
-    EditCommandAddDescriptorSwitch = 10,         ///< "addDescriptorSwitch"
-    EditCommandAddDescriptorBase = 11,           ///< "addDescriptorBase"
-    EditCommandAddTransitionBase = 12,           ///< "addTransitionBase"
-    EditCommandAddImportBase = 13,               ///< "addImportBase"
-    EditCommandAddImportedDocumentBase = 14,     ///< "addImportedDocumentBase"
-    EditCommandAddImportNCL = 15,                ///< "addImportNCL"
-    EditCommandAddNode = 16,                     ///< "addNode"
-    EditCommandAddLink = 17,                     ///< "addLink"
-    EditCommandAddInterface = 18,                ///< "addInterface"
-    EditCommandRemoveRegion = 19,                ///< "removeRegion"
-    EditCommandRemoveRegionBase = 20,            ///< "removeRegionBase"
-    EditCommandRemoveRule = 21,                  ///< "removeRule"
-    EditCommandRemoveRuleBase = 22,              ///< "removeRuleBase"
-    EditCommandRemoveFont = 23,                  ///< "removeFont"
-    EditCommandRemoveFontBase = 24,              ///< "removeFontBase"
-    EditCommandRemoveConnector = 25,             ///< "removeConnector"
-    EditCommandRemoveConnectorBase = 26,         ///< "removeConnectorBase"
-    EditCommandRemoveDescriptor = 27,            ///< "removeDescriptor"
-    EditCommandRemoveDescriptorSwitch = 28,      ///< "removeDescriptorSwitch"
-    EditCommandRemoveDescriptorBase = 29,        ///< "removeDescriptorBase"
-    EditCommandRemoveTransitionBase = 30,        ///< "removeTransitionBase"
-    EditCommandRemoveImportBase = 31,            ///< "removeImportBase"
-    EditCommandRemoveImportedDocumentBase = 32,  ///< "removeImportedDocumentBase"
-    EditCommandRemoveImportNCL = 33,             ///< "removeImportNCL"
-    EditCommandRemoveNode = 34,                  ///< "removeNode"
-    EditCommandRemoveLink = 35,                  ///< "removeLink"
-    EditCommandRemoveInterface = 36,             ///< "removeInterface"
-    EditCommandSetPropertyValue = 37,            ///< "setPropertyValue"
-};
-
 /// A reference to an NCL document. Travels nested, and shares the type of NCLEvent.
 class ORVU_EXPORT NCLDocument : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNclEvent;  ///< That of NCLEvent; neither writes a "HEADER".
 
-    std::string id;
-    std::string fileName;
+    std::string id;        ///< Identifies the document.
+    std::string fileName;  ///< Name of the document's file.
 
     NCLDocument();
     ~NCLDocument() override;
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The state machine of one event of a node. Wire name "nclEvent"; travels nested.
@@ -84,9 +42,9 @@ class ORVU_EXPORT NCLEvent : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNclEvent;
 
-    StatusType state = StatusTypeUnknown;
-    int occurrences = 0;
-    bool* prepared = nullptr;  ///< Owned; null while it is not known.
+    StatusType state = StatusTypeUnknown;  ///< What the event is doing, such as occurring or sleeping.
+    int occurrences = 0;                   ///< How often it has occurred.
+    bool* prepared = nullptr;              ///< Owned; null while it is not known.
 
     NCLEvent();
     ~NCLEvent() override;
@@ -95,9 +53,8 @@ public:
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// A node of an NCL document, with its interfaces. Wire name "nclNode"; also the element of an NCLNodeList.
@@ -105,11 +62,11 @@ class ORVU_EXPORT NCLNode : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNclNode;
 
-    std::string appid;
-    std::string documentId;
-    std::string id;
-    NclNodeType type = NclNodeTypeUnknown;
-    std::string mimeType;
+    std::string appid;                      ///< Identifies the interactive application; left out when empty.
+    std::string documentId;                 ///< Identifies the NCL document; left out when empty.
+    std::string id;                         ///< The node's id in its document.
+    NclNodeType type = NclNodeTypeUnknown;  ///< What kind of element it is.
+    std::string mimeType;                   ///< MIME type of a media node; left out when empty.
     NCLEvent* presentationEvent = nullptr;  ///< Owned, may be null.
     NCLEvent* preparationEvent = nullptr;   ///< Owned, may be null.
     std::vector<NCLNode*> interfaces;       ///< Owned; deleted with the node.
@@ -130,12 +87,12 @@ public:
     /// Appends `node` and takes it; null is ignored.
     void addInterface(NCLNode* node);
 
-    /// Compact. Switches the header flag of every interface off, for good: call its serializeHeader(true) before you
-    /// send one alone. At most 500 nodes deep.
+    /// Compact. Switches the header flag of every interface off, for good: see serializeHeader(true). At most 500 nodes
+    /// deep.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Interfaces are appended.
+    /// Interfaces are appended.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The nodes of a composition. Wire name "nclNodeList".
@@ -143,9 +100,9 @@ class ORVU_EXPORT NCLNodeList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNclNodeList;
 
-    std::string appid;
-    std::string documentId;
-    std::string compositeId;
+    std::string appid;            ///< Identifies the interactive application; left out when empty.
+    std::string documentId;       ///< Identifies the NCL document; left out when empty.
+    std::string compositeId;      ///< NCLNode::id of the composition; left out when empty.
     std::vector<NCLNode*> nodes;  ///< Owned; deleted with the list.
 
     NCLNodeList();
@@ -155,15 +112,15 @@ public:
 
     /// Appends `node` and takes it; null is ignored.
     void addNode(NCLNode* node);
-    /// The nodes alone, without "HEADER" and ids; formatted. The caller releases it with `free`.
+    /// The nodes alone, without "HEADER" and ids; formatted. The caller releases the text with `free`; null when out of
+    /// memory.
     char* serializeResponse();
 
-    /// Formatted, always with "HEADER". Switches the header flag of every node off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every node off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the nodes under "nodes", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// An action on one node, or on one of its interfaces. Wire name "nclNodeAction".
@@ -171,62 +128,27 @@ class ORVU_EXPORT NCLNodeAction : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNclNodeAction;
 
-    std::string appid;
-    std::string documentId;
-    std::string nodeId;
-    StatusType action = StatusTypeUnknown;
-    std::string interface;
-    bool hasInterface = false;  ///< "interface" was present in the text read. Does not travel.
-    bool hasValue = false;      ///< "value" was present in the text read. Does not travel.
-    std::string value;
+    std::string appid;                      ///< Identifies the interactive application; left out when empty.
+    std::string documentId;                 ///< Identifies the NCL document; left out when empty.
+    std::string nodeId;                     ///< NCLNode::id of the node; left out when empty.
+    StatusType action = StatusTypeUnknown;  ///< One that validateArguments() accepts, such as start.
+    std::string interface;                  ///< Name of the interface that is acted on; empty for the node itself.
+    bool hasInterface = false;              ///< "interface" was present in the text read. Does not travel.
+    bool hasValue = false;                  ///< "value" was present in the text read. Does not travel.
+    std::string value;                      ///< The value to set, as text; never interpreted here.
 
     NCLNodeAction();
     ~NCLNodeAction() override;
 
     /// Whether the action is one that a node knows and the interface, where it was given, is a name: not empty, and
-    /// without "<", "&" and double quotes. Nobody calls it but the application.
+    /// without "<", "&" and double quotes. The library does not call it: the application does.
     bool validateArguments();
 
     /// Compact.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Both flags tell of the last text read.
+    /// `hasInterface` and `hasValue` say what the last text read had.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
-};
-
-/// A live-editing command. Wire name "gingaEditCommand".
-class ORVU_EXPORT GingaEditCommand : public Serializable {
-public:
-    static constexpr DataType kDataType = DataTypeGingaEditCommand;
-
-    std::string appid;
-    std::string documentId;  ///< The document that is edited.
-    EditCommand command = EditCommandUnknown;
-    std::string elementId;  ///< The element that is removed or acted on.
-    std::string parentId;   ///< The base or composition that holds the element.
-    std::string xml;        ///< The element that is added.
-    std::string nodeId;
-    std::string propertyId;
-    std::string value;
-    std::string alias;        ///< Of an import. Written only while `elementId` is empty, as the next four.
-    std::string documentURI;  ///< Of an import.
-    std::string fontFamily;   ///< Of a font.
-    std::string fontStyle;    ///< Of a font.
-    std::string fontWeight;   ///< Of a font.
-
-    GingaEditCommand();
-    ~GingaEditCommand() override;
-
-    /// The word of a value; "" for one outside the enumeration. Static, never null.
-    static const char* cmdTypeString(EditCommand value);
-    /// The value of a word, compared exactly; unknown for any other text.
-    static EditCommand stringToCmd(std::string word);
-
-    /// Formatted. Empty texts and an unknown command are left out.
-    char* serialize() override;
-    /// Every key is optional: true for any JSON text.
-    bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

@@ -3,6 +3,7 @@
 /// \file
 /// All of the library.
 
+#include "orvu/BinaryData.h"
 #include "orvu/ClientApplications.h"
 #include "orvu/Codecs.h"
 #include "orvu/EventDescriptors.h"
@@ -11,6 +12,7 @@
 #include "orvu/Explanation.h"
 #include "orvu/Files.h"
 #include "orvu/GingaApps.h"
+#include "orvu/GingaEditCommand.h"
 #include "orvu/JsonAccess.h"
 #include "orvu/Keyset.h"
 #include "orvu/MediaPlayers.h"
@@ -27,6 +29,8 @@
 #include "orvu/ServiceComponents.h"
 #include "orvu/ServiceContext.h"
 #include "orvu/Services.h"
+#include "orvu/SocketServerInfo.h"
 #include "orvu/Status.h"
+#include "orvu/StreamEvents.h"
 #include "orvu/TargetApplications.h"
 #include "orvu/Version.h"

@@ -3,26 +3,18 @@
 #include <string>
 
 #include "orvu/Serializable.h"
+#include "orvu/SocketServerInfo.h"
 
 namespace Orvu {
 
 class OrvuRestRequest;
 struct ExchangeReport;
 
-/// What OrvuRestInterface::createServer() says about a push server.
-struct ORVU_EXPORT SocketServerInfo {
-    int handler = 0;        ///< The handle under which the server is registered.
-    std::string protocol;   ///< "tcp" or "websocket", as asked for.
-    std::string ipAddress;  ///< The listen address where one is set; otherwise this device's IPv4 address. Dotted.
-    int port = 0;           ///< The TCP port on which clients connect, also when the system chose it.
-    int error = 0;  ///< 0 when the server is running; 1 when it could not be started: the handle names nothing then.
-};
-
 /// The library's entry point: answers requests, sends requests and pushes messages for this process.
 ///
-/// One object a process. Any thread may call any function, also while another one destroys the facade: the call then ends
-/// as if it had come before or after. Failures are false or null results with a log line; functions that take or return a
-/// `std::string` may throw std::bad_alloc while that is copied, and no other exception leaves the library.
+/// One object a process. Any thread may call any function, also while another one destroys the facade: the call then
+/// ends as if it had come before or after. Failures are false or null results with a log line; functions that take or
+/// return a `std::string` may throw std::bad_alloc while that is copied, and no other exception leaves the library.
 class ORVU_EXPORT OrvuRestInterface {
 public:
     OrvuRestInterface(const OrvuRestInterface&) = delete;
@@ -31,15 +23,16 @@ public:
     /// The process's facade. Never null.
     static OrvuRestInterface* getInstance();
 
-    /// Stops and deletes every push server, the request client and the request server, and forgets the callback, the port
-    /// range and the listen address. Requests that are still being received or read are dropped, and no callback begins
-    /// after it has returned. One that has begun finishes in its own time and may still answer. An exchange of the client
-    /// in flight ends with a CannotConnectToServer while it connects, with an EmptyData after that. Waits for no callback
-    /// and no exchange, and returns within a second whatever peers do. May be called from inside a request callback.
+    /// Stops and deletes every push server, the request client and the request server, and forgets the callback, the
+    /// port range and the listen address. Requests that are still being received or read are dropped, and no callback
+    /// begins after it has returned. One that has begun finishes in its own time and may still answer. An exchange of
+    /// the client in flight ends with a CannotConnectToServer while it connects, with an EmptyData after that. Waits
+    /// for no callback and no exchange, and returns within a second whatever peers do. May be called from inside a
+    /// request callback.
     static void destroyInstance();
 
-    /// The same, and then waits for the callbacks that have begun, at most `waitMilliseconds` (none for 0 and below). True
-    /// when all have ended. From inside a callback it neither waits for that one nor counts it.
+    /// The same, and then waits for the callbacks that have begun, at most `waitMilliseconds` (none for 0 and below).
+    /// True when all have ended. From inside a callback it neither waits for that one nor counts it.
     static bool destroyInstance(int waitMilliseconds);
 
     /// Writes one line to the platform log (Android: priority INFO, tag "OrVU"), formatted as `printf` does and cut at
@@ -50,27 +43,27 @@ public:
     /// Keeps `callback` for the application. The library never calls it: messages always go to the platform log.
     void registerLogCallback(void* (*callback)(const char*));
 
-    /// What receives the requests of peers; replaces the one before, also while requests come in. It owns the request it
-    /// is given and may answer before it returns. Its result is ignored; an exception that leaves it is caught and logged,
-    /// and it may end its thread (pthread_exit).
+    /// What receives the requests of peers; replaces the one before, also while requests come in. It owns the request
+    /// it is given and may answer before it returns. Its result is ignored; an exception that leaves it is caught and
+    /// logged, and it may end its thread (pthread_exit).
     ///
-    /// It runs on threads of the library, several at once: a request never waits for the callback of another one. A thread
-    /// serves one request after the other, for as long as some come: thread-local values of one callback may still be there
-    /// in a later one. The library restores the thread's name, its signal mask and its cancellation state; its priority,
-    /// its affinity and its thread-local values are the application's. During the callback the signal mask is that of the
-    /// thread that called startListenRequests().
+    /// It runs on threads of the library, several at once: a request never waits for the callback of another one. A
+    /// thread serves one request after the other, for as long as some come: thread-local values of one callback may
+    /// still be there in a later one. The library restores the thread's name, its signal mask and its cancellation
+    /// state; its priority, its affinity and its thread-local values are the application's. During the callback the
+    /// signal mask is that of the thread that called startListenRequests().
     void registerRequestCallback(void* (*callback)(OrvuRestRequest*));
 
-    /// The IPv4 address of this host, dotted, on which startListenRequests() and createServer() listen from now on; empty
-    /// for every interface, which is the default. "127.0.0.1" keeps a port away from the network. An address that is none,
-    /// or not this host's, makes both fail with a log line.
+    /// The IPv4 address of this host, dotted, on which startListenRequests() and createServer() listen from now on;
+    /// empty for every interface, which is the default. "127.0.0.1" keeps a port away from the network. An address that
+    /// is malformed, or not this host's, makes both fail with a log line.
     void setListenAddress(std::string address);
 
-    /// Listens for requests on TCP `port`, 0 for one of the system's choice. Once true, peers can connect. A server that
-    /// listens already moves to `port`. False when the port is not available.
+    /// Listens for requests on TCP `port`, 0 for one of the system's choice. Once true, peers can connect. A server
+    /// that listens already moves to `port`. False when the port is not available.
     bool startListenRequests(int port);
 
-    /// The TCP port on which requests are listened for, also when the system chose it; 0 when none is.
+    /// The TCP port on which requests are listened for, also when the system chose it; 0 while there is none.
     int requestPort();
 
     /// Ends listening. Requests that were accepted are still served: their callbacks may begin and end after it has
@@ -88,9 +81,9 @@ public:
 
     /// Sends one request to the configured peer and waits for its answer: 5 s for each step, without end for a
     /// ConfirmationScreen that is not to be disposed of, and as long as the peer's name takes to resolve. Returns the
-    /// answer, owned by the caller; null only when out of memory: a peer that cannot be reached is a CannotConnectToServer,
-    /// an answer that does not come an EmptyData, one that cannot be understood an UnknowRequest. `request` stays the
-    /// caller's. Blocks. Each call has a connection of its own.
+    /// answer, owned by the caller; null only when out of memory: a peer that cannot be reached is a
+    /// CannotConnectToServer, an answer that does not come an EmptyData, one that cannot be understood an
+    /// UnknowRequest. `request` stays the caller's. Blocks. Each call has a connection of its own.
     Serializable* sendRequest(Serializable* request);
 
     /// The same with an empty request of `type`, such as DataTypeServiceList. Null as well for a type that the factory
@@ -106,11 +99,11 @@ public:
     /// The same with an empty request of `type`.
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 
-    /// The same with a peer of this exchange's own: `host` is a name or dotted IPv4 address. Needs no configureClient(),
-    /// and leaves the peer that it has set alone.
+    /// The same with a peer of this exchange's own: `host` is a name or dotted IPv4 address. Needs no
+    /// configureClient(), and leaves the peer that it has set alone.
     Serializable* sendRequest(const char* host, int port, Serializable* request, ExchangeReport& report);
 
-    /// Whether somebody listens on TCP `port` of `host`: opens a connection and closes it again. False when it was not
+    /// Whether a program listens on TCP `port` of `host`: opens a connection and closes it again. False when it was not
     /// reached within 5 s, and as long as a name takes to resolve, which is not bounded. Leaves the configured peer
     /// alone. cancelRequests() ends it, also that of `group`, unless that is null.
     bool isReachable(const char* host, int port, const void* group = nullptr);
@@ -121,11 +114,11 @@ public:
     /// ended.
     void cancelRequests();
 
-    /// The same for the exchanges whose ExchangeReport carries `group` (see there), and no others. Null names none.
+    /// The same for the exchanges whose ExchangeReport carries `group` (see there), and no others. Null ends nothing.
     void cancelRequests(const void* group);
 
-    /// The ports that createServer() tries, both ends included, at most 65,536. Without a range no port is tried. What is
-    /// no port, below 0 or above 65535, counts as tried and refused; 0 is one of the system's choice.
+    /// The ports that createServer() tries, both ends included, at most 65,536. Without a range no port is tried. A
+    /// number that is not a port, below 0 or above 65535, counts as tried and refused; 0 is one of the system's choice.
     void setSocketsPortsRange(int minPort, int maxPort);
 
     /// Opens a push server, "tcp" or "websocket", on the first free port of the range. The caller owns the
@@ -137,7 +130,7 @@ public:
     /// The same with a range of this server's own; the one that setSocketsPortsRange() has set stays as it is.
     SocketServerInfo* createServer(std::string protocol, int minPort, int maxPort);
 
-    /// Stops and deletes a push server. A push through it on another thread ends. False when `handler` names none.
+    /// Stops and deletes a push server. A push through it on another thread ends. False when `handler` names no server.
     bool stopServer(int handler);
 
     /// Stops and deletes every push server.
@@ -147,9 +140,9 @@ public:
     /// stay the caller's. False when `handler` names no server, or no longer does.
     bool sendMessage(int handler, unsigned char* data, unsigned int size);
 
-    /// Writes `message` as serialize() does, "HEADER" included whatever its header flag says, and pushes the text, without
-    /// a NUL, as above. The flag is as before afterwards. False also when the message cannot be written. The message stays
-    /// the caller's.
+    /// Writes `message` as serialize() does, "HEADER" included whatever its header flag says, and pushes the text,
+    /// without a NUL, as above. The flag is as before afterwards. False also when the message cannot be written. The
+    /// message stays the caller's.
     bool sendMessage(int handler, Serializable& message);
 
     /// This device's IPv4 address, dotted: the first that is not 127.0.0.1, in the system's order; "127.0.0.1" without

@@ -12,12 +12,12 @@ class Socket;
 
 /// One received request: the message, and the connection on which it is answered, once.
 ///
-/// The application owns it from the callback on: it answers with sendResponse(), from any thread and whenever it likes, and
-/// deletes the request. It can answer a request that it kept after OrvuRestInterface::destroyInstance(), too. Answering
-/// and deleting from different threads do not interleave.
+/// The application owns it from the callback on: it answers with sendResponse(), from any thread and whenever it likes,
+/// and deletes the request. It can answer a request that it kept after OrvuRestInterface::destroyInstance(), too.
+/// Answering and deleting from different threads do not interleave.
 class ORVU_EXPORT OrvuRestRequest {
 public:
-    /// Takes `sockfd`, a connected socket (values below 1 mean none), and `data`, which may be null.
+    /// Takes `sockfd`, a connected socket (a value below 1: no connection), and `data`, which may be null.
     OrvuRestRequest(int sockfd, Serializable* data);
     OrvuRestRequest(const OrvuRestRequest&) = delete;
     OrvuRestRequest& operator=(const OrvuRestRequest&) = delete;
@@ -25,7 +25,7 @@ public:
     /// Deletes the message. A request that was not answered is closed: its peer receives nothing.
     ~OrvuRestRequest();
 
-    /// The received message, still owned by the request.
+    /// The received message; null when the request was made without one. The request still owns it.
     Serializable* getData();
 
     /// Whether nobody is waiting for the answer any more, for an application that takes its time: true after an end of
@@ -34,9 +34,10 @@ public:
     bool isPeerGone();
 
     /// Answers the request and closes its connection. `response` stays the caller's; a null one, or one that cannot be
-    /// written, closes the connection without a word. Returns the number of text bytes sent; -1 when the peer did not take
-    /// them all (it went away meanwhile, or stopped reading for 5 s); 0 when nothing went out: nothing was to be sent, the
-    /// peer had gone before, or the request was answered before. Blocks until the answer is handed to the system.
+    /// written, closes the connection without a word. Returns the number of text bytes sent; -1 when the peer did not
+    /// take them all (it went away meanwhile, or stopped reading for 5 s); 0 when nothing went out: nothing was to be
+    /// sent, the peer had gone before, or the request was answered before. Blocks until the answer is handed to the
+    /// system.
     int sendResponse(Serializable* response);
 
     /// Takes both, for the library.

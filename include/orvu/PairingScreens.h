@@ -12,7 +12,7 @@ class ORVU_EXPORT PairMobileAppScreen : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePairMobileAppScreen;
 
-    bool pairingEnabled = false;
+    bool pairingEnabled = false;  ///< True while companion applications may pair.
 
     PairMobileAppScreen();
     ~PairMobileAppScreen() override;
@@ -20,11 +20,10 @@ public:
     bool isPairingEnabled() const { return pairingEnabled; }
     void setPairingEnabled(bool value) { pairingEnabled = value; }
 
-    /// Formatted, always with "HEADER".
+    /// Always with "HEADER".
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The question whether a named device may pair. Wire name "confirmationScreen".
@@ -42,7 +41,7 @@ public:
     bool confirmed = false;   ///< The user agreed.
     bool canceled = false;    ///< The user declined.
     bool dispose = false;     ///< Takes the screen away instead of showing it.
-    bool success = false;
+    bool success = false;     ///< The step succeeded.
 
     explicit ConfirmationScreen(std::string displayName);
     ~ConfirmationScreen() override;
@@ -58,11 +57,11 @@ public:
     bool isSuccess() const { return success; }
     void setSuccess(bool value) { success = value; }
 
-    /// Formatted, always with "HEADER".
+    /// Always with "HEADER".
     char* serialize() override;
     /// "displayName" is required; without it nothing changes.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// A QR code to scan with the companion device. Wire name "qrCodeScreen".
@@ -73,7 +72,7 @@ public:
     std::string displayName;  ///< The device's name, as shown to the user.
     std::string qrCodeData;   ///< The text that the code carries.
     bool dispose = false;     ///< Takes the screen away instead of showing it.
-    bool success = false;
+    bool success = false;     ///< The step succeeded.
 
     QrCodeScreen(std::string displayName, std::string qrCodeData);
     ~QrCodeScreen() override;
@@ -87,11 +86,11 @@ public:
     bool isSuccess() const { return success; }
     void setSuccess(bool value) { success = value; }
 
-    /// Formatted, always with "HEADER".
+    /// Always with "HEADER".
     char* serialize() override;
     /// "displayName" and "qrCodeData" are required; a name without data is stored all the same.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// A PIN to type on the companion device. Wire name "pinScreen".
@@ -100,9 +99,9 @@ public:
     static constexpr DataType kDataType = DataTypePinScreen;
 
     std::string displayName;  ///< The device's name, as shown to the user.
-    std::string pin;
-    bool dispose = false;  ///< Takes the screen away instead of showing it.
-    bool success = false;
+    std::string pin;          ///< The PIN to type, as text: leading zeros stay.
+    bool dispose = false;     ///< Takes the screen away instead of showing it.
+    bool success = false;     ///< The step succeeded.
 
     PinScreen(std::string displayName, std::string pin);
     ~PinScreen() override;
@@ -116,11 +115,11 @@ public:
     bool isSuccess() const { return success; }
     void setSuccess(bool value) { success = value; }
 
-    /// Formatted, always with "HEADER".
+    /// Always with "HEADER".
     char* serialize() override;
     /// "displayName" is required; "pin", unlike a QrCodeScreen's data, is not.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// One item of a described screen, with its children to any depth. Wire name "screenItem".
@@ -128,10 +127,10 @@ class ORVU_EXPORT ScreenItem : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeScreenItem;
 
-    std::string type;
-    bool enabled = false;
-    bool focused = false;
-    bool visible = false;
+    std::string type;                ///< Kind of item; the applications agree on the words.
+    bool enabled = false;            ///< The user can choose it.
+    bool focused = false;            ///< It has the focus.
+    bool visible = false;            ///< It is shown.
     std::string checked;             ///< "true" or "false"; empty when the item has no check state.
     std::string content;             ///< An item with content has no children on the wire.
     std::vector<ScreenItem*> items;  ///< The children. Owned; deleted with the item. Written only without `content`.
@@ -157,13 +156,11 @@ public:
     const std::string& getContent() const { return content; }
     void setContent(const std::string& value) { content = value; }
 
-    /// Formatted. Switches the header flag of every child off, for good: call its serializeHeader(true) before you send
-    /// one alone. At most 500 items deep.
+    /// Switches the header flag of every child off, for good: see serializeHeader(true). At most 500 items deep.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. Children are appended; "isSelected" counts where "focused" is
-    /// absent.
+    /// Children are appended; "isSelected" counts where "focused" is absent.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// A screen of the pairing dialogue as a tree of items. Wire name "screenDescription".
@@ -181,12 +178,11 @@ public:
     /// Appends `item` and takes it; null is ignored.
     void addItem(ScreenItem* item);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every item off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every item off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the items under "screen_items", which is required.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

@@ -57,8 +57,8 @@ enum NetworkInterfaceType : int {
 /// A width and a height. Travels nested, and carries the type of Position.
 class ORVU_EXPORT Bounds : public Serializable {
 public:
-    static constexpr DataType kDataType =
-        DataTypePos;  ///< A position's, also in what the factory makes for DataTypeBounds.
+    /// A position's, also in what the factory makes for DataTypeBounds.
+    static constexpr DataType kDataType = DataTypePos;
 
     int w = -1;  ///< Width, in pixels in a display layer; -1 when not known.
     int h = -1;  ///< Height, likewise.
@@ -80,9 +80,8 @@ public:
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// One layer of the display. Wire name "displayLayers"; travels nested.
@@ -90,8 +89,8 @@ class ORVU_EXPORT DisplayLayer : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDisplayLayers;
 
-    DisplayLayerType type = DisplayLayerTypeUnknown;
-    Bounds* bounds = nullptr;  ///< Owned; made with the layer.
+    DisplayLayerType type = DisplayLayerTypeUnknown;  ///< What the layer shows.
+    Bounds* bounds = nullptr;                         ///< Owned; made with the layer.
 
     DisplayLayer();
     ~DisplayLayer() override;
@@ -106,11 +105,10 @@ public:
     /// The value of a word, compared exactly; unknown for any other text.
     static DisplayLayerType stringToLayer(std::string word);
 
-    /// Compact, never with "HEADER". Null also when the bounds give no text.
+    /// Compact, never with "HEADER". Null also when the bounds cannot be written.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// One network interface. Wire name "networkInterfaces"; travels nested.
@@ -118,8 +116,8 @@ class ORVU_EXPORT NetworkInterface : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNetworkInterfaces;
 
-    NetworkInterfaceType type = NetworkInterfaceTypeUnknown;
-    bool active = false;
+    NetworkInterfaceType type = NetworkInterfaceTypeUnknown;  ///< How it is connected.
+    bool active = false;                                      ///< It is in use.
 
     NetworkInterface();
     ~NetworkInterface() override;
@@ -136,9 +134,8 @@ public:
 
     /// Compact, never with "HEADER".
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// What the receiver can do. Wire name "platformCapabilities".
@@ -146,21 +143,22 @@ class ORVU_EXPORT PlatformCapabilities : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePlatformCapabilities;
 
-    std::string manufacturer;
-    std::string model;
+    std::string manufacturer;  ///< Name of the maker, UTF-8.
+    std::string model;         ///< Name of the model, UTF-8.
     std::string friendlyName;  ///< Never written by this library; read from peers that write it.
     /// Owned; made with the message. The applications agree on the unit, such as pixels or millimetres.
     Bounds* physicalScreenSize = nullptr;
     int videoRefreshRate = 0;                  ///< Hz.
     std::string reservedText;                  ///< Does not travel.
     std::vector<DisplayLayer*> displayLayers;  ///< Owned; deleted with the message.
-    /// Comes back with one more unknown for each `dolbyVisionCodecString` that was written.
+    /// Colour spaces that it renders, in order. Comes back with one more unknown for each `dolbyVisionCodecString` that
+    /// was written.
     std::vector<ColorimetryType> colorimetry;
-    std::vector<DynamicRangeType> dynamicRange;
+    std::vector<DynamicRangeType> dynamicRange;        ///< Dynamic ranges that it renders, in order; duplicates stay.
     std::vector<InputDevices> inputDevices;            ///< Comes back with unknown in place of touchscreen.
     std::vector<NetworkInterface*> networkInterfaces;  ///< Owned; deleted with the message.
-    /// Written only with Dolby Vision, after the words of `colorimetry`. Never read back from there, but from a list of its
-    /// own, which other peers may send.
+    /// Codec strings such as "dvhe.05.06". Written only with Dolby Vision, after the words of `colorimetry`. Never read
+    /// back from there, but from a list of its own, which other peers may send.
     std::vector<std::string> dolbyVisionCodecString;
 
     PlatformCapabilities();
@@ -193,20 +191,23 @@ public:
 
     /// Appends `layer` and takes it; null is ignored.
     void addDisplayLayer(DisplayLayer* layer);
+    /// Appends `colorimetry`; duplicates stay.
     void addColorimetryType(ColorimetryType colorimetry);
+    /// Appends `dynamicRange`; duplicates stay.
     void addDynamicRangeType(DynamicRangeType dynamicRange);
-    /// A touchscreen is written, but read as unknown.
+    /// Appends `device`; duplicates stay. A touchscreen is written, but read as unknown.
     void addInputDevices(InputDevices device);
     /// Appends `interface` and takes it; null is ignored.
     void addNetworkInterface(NetworkInterface* interface);
+    /// Appends `codec`, a Dolby Vision codec string such as "dvhe.05.06"; duplicates stay.
     void addDolbyVisionCodecString(std::string codec);
 
-    /// Formatted. Switches the header flag of every layer and interface off, for good.
+    /// Switches the header flag of every layer and interface off, for good.
     char* serialize() override;
     /// "platformCapabilities" and in it "displayLayers", "colorimetry", "dynamicRange", "inputDevices" and
     /// "networkInterfaces" are required; what was read before a missing one stays. Lists are appended to.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

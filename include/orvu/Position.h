@@ -4,20 +4,24 @@
 
 namespace Orvu {
 
+constexpr int kVirtualDisplayWidth = 1280;  ///< Pixels.
+constexpr int kVirtualDisplayHeight = 720;  ///< Pixels.
+
 /// A rectangle on the screen, in pixels of a fixed virtual display of 1280 by 720. Wire name "pos"; travels nested.
 class ORVU_EXPORT Position : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePos;
 
-    int x = 0;     ///< Pixels from the left edge.
-    int y = 0;     ///< Pixels from the top edge.
-    int w = 1280;  ///< Width in pixels.
-    int h = 720;   ///< Height in pixels.
+    int x = 0;                      ///< Pixels from the left edge of the virtual display.
+    int y = 0;                      ///< Pixels from the top edge of the virtual display.
+    int w = kVirtualDisplayWidth;   ///< Width in pixels.
+    int h = kVirtualDisplayHeight;  ///< Height in pixels.
 
     Position();
     Position(int x, int y, int w, int h);
     ~Position() override;
 
+    /// Stores the four values as they are.
     void setValues(int x, int y, int w, int h);
     /// Copies the rectangle, not the header flag; null is ignored.
     void copyValues(Position* other);
@@ -26,17 +30,17 @@ public:
     /// Whether the rectangle has an area and lies on the virtual display.
     bool isValid();
     /// Stores the pixels that a percentage `text`, such as "50%", is of `total`, cut towards zero; -1 for null, for a
-    /// text without "%" or shorter than two characters, and for what is not finite or beyond 32 bits. Throws
+    /// text without "%" or shorter than two characters, and for a value that is not finite or beyond 32 bits. Throws
     /// std::invalid_argument for a text without a number and std::out_of_range for one beyond a double.
     void convertPercentage(char* text, int* result, int total);
 
-    /// Formatted, never with "HEADER".
+    /// Never with "HEADER".
     char* serialize() override;
-    /// Every key is optional, a number of pixels or a percentage of the virtual display such as "12.5%". Numbers are
-    /// taken as they are; false for a negative percentage, which the field keeps, and for what is neither. Throws
+    /// A key holds a number of pixels or a percentage of the virtual display such as "12.5%". Numbers are taken as they
+    /// are; false for a negative percentage, which the field keeps, and for any other value. Throws
     /// std::invalid_argument for a percentage without a number and std::out_of_range for one beyond a double.
     bool deserialize(const char* text) override;
-    /// The same; `error` becomes 1 for a text that is null or no JSON, 2 for a member that cannot be read.
+    /// The same; `error` becomes 1 for a text that is null or not JSON, 2 for a member that cannot be read.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 

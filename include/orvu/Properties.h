@@ -12,18 +12,16 @@ class ORVU_EXPORT Property : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeProperty;
 
-    std::string name;
-    std::string value;  ///< Never interpreted here.
+    std::string name;   ///< Any text; never interpreted here.
+    std::string value;  ///< Any text; never interpreted here.
 
     Property();
     Property(std::string name, std::string value);
     ~Property() override;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The properties of a node. Wire name "nodeProperties".
@@ -31,9 +29,9 @@ class ORVU_EXPORT NodeProperties : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeNodeProperties;
 
-    std::string appid;
-    std::string nodeId;
-    std::string varName;
+    std::string appid;                  ///< Identifies the interactive application; left out when empty.
+    std::string nodeId;                 ///< Identifies the NCL node; left out when empty. Travels as "node-id".
+    std::string varName;                ///< Name of the variable; left out when empty. Travels as "var-name".
     std::vector<Property*> properties;  ///< Owned; deleted with the message.
 
     NodeProperties();
@@ -43,15 +41,15 @@ public:
 
     /// Appends `property` and takes it; null is ignored.
     void addProperty(Property* property);
-    /// The properties alone, without "HEADER" and names; formatted. The caller releases it with `free`.
+    /// The properties alone, without "HEADER" and names; formatted. The caller releases the text with `free`; null when
+    /// out of memory.
     char* serializeProperties();
 
-    /// Formatted. Switches the header flag of every property off, for good: call its serializeHeader(true) before you
-    /// send one alone.
+    /// Switches the header flag of every property off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the properties under "nodeProperties", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The persistent properties of an application or service. Wire name "persistent".
@@ -59,9 +57,9 @@ class ORVU_EXPORT PersistentProperties : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePersistent;
 
-    std::string serviceContextId;
-    std::string appid;
-    std::string varName;
+    std::string serviceContextId;       ///< Locator of the service (see ServiceContext); left out when empty.
+    std::string appid;                  ///< Identifies the interactive application; left out when empty.
+    std::string varName;                ///< Name of the variable; left out when empty. Travels as "var-name".
     std::vector<Property*> properties;  ///< Owned; deleted with the message.
 
     PersistentProperties();
@@ -71,15 +69,15 @@ public:
 
     /// Appends `property` and takes it; null is ignored.
     void addProperty(Property* property);
-    /// The properties alone, without "HEADER" and names; formatted. The caller releases it with `free`.
+    /// The properties alone, without "HEADER" and names; formatted. The caller releases the text with `free`; null when
+    /// out of memory.
     char* serializeProperties();
 
-    /// Formatted. Switches the header flag of every property off, for good: call its serializeHeader(true) before you
-    /// send one alone.
+    /// Switches the header flag of every property off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the properties under "persistent", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// One persistent variable with its property. Wire name "persistProperty".
@@ -87,24 +85,22 @@ class ORVU_EXPORT PersistProperty : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePersistProperty;
 
-    std::string serviceContextId;
-    std::string appid;
-    std::string varName;
-    std::string varValue;
-    Property property;  ///< Its name and value stand flat beside the others.
+    std::string serviceContextId;  ///< Locator of the service (see ServiceContext); never checked here.
+    std::string appid;             ///< Identifies the interactive application.
+    std::string varName;           ///< Name of the variable. Travels as "var-name".
+    std::string varValue;          ///< Value of the variable, as text. Travels as "var-value".
+    Property property;             ///< Its name and value travel beside the other keys, not in an object of their own.
 
     PersistProperty();
     ~PersistProperty() override;
 
     /// The property's name and value when neither is empty, else an empty object; formatted, without "HEADER". The
-    /// caller releases it with `free`.
+    /// caller releases the text with `free`; null when out of memory.
     char* serializeProperties();
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The value of a persistent variable, as the middleware returns it. Wire name "persistentVariableValue"; only ever
@@ -113,16 +109,16 @@ class ORVU_EXPORT PersistentVariableValue : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypePersistentVariableValue;
 
-    std::string value;  ///< Never written.
+    std::string value;  ///< As text, never interpreted here. Never written.
 
     PersistentVariableValue();
     ~PersistentVariableValue() override;
 
     /// Null: the message is never sent.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text. A "varValue" that is no string counts as absent.
+    /// A "varValue" that is not a string counts as absent.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

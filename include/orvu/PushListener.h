@@ -11,8 +11,8 @@ class Serializable;
 
 /// What a publisher pushes through.
 enum Channel : int {
-    ChannelTcp = 0,       ///< createServer("tcp")
-    ChannelWebSocket = 1  ///< createServer("websocket")
+    ChannelTcp = 0,       ///< createServer("tcp").
+    ChannelWebSocket = 1  ///< createServer("websocket"): RFC 6455.
 };
 
 /// What a listener hands over.
@@ -26,11 +26,11 @@ enum PushedKind : int {
 /// Something that was pushed. It lives until the callback returns, and so does all that it points to. A later version
 /// of the library may add fields at its end.
 struct PushedMessage {
-    PushedKind kind = PushedValue;
+    PushedKind kind = PushedValue;  ///< What it is.
 
     /// `size` bytes, and then a NUL. A value has no NUL in it, and no white space around it.
     const char* text = nullptr;
-    std::size_t size = 0;
+    std::size_t size = 0;  ///< The bytes of `text`, without the NUL.
 
     /// The message that the factory makes of a value, when PushListener::makeObjects() asks for it; the listener
     /// deletes it. To keep it, take the pointer, set this one to null, and delete the message yourself. Null for a
@@ -65,11 +65,11 @@ enum ListenerLoss : int {
 /// A change of a listener's state. It lives until the callback returns. A later version of the library may add fields
 /// at its end.
 struct ListenerStatus {
-    ListenerState state = ListenerStateConnecting;
-    ListenerLoss loss = ListenerLossNone;  ///< In the states Lost, Waiting and Stopped: why.
-    std::int32_t errorNumber = 0;          ///< The system's (errno), in the same states; 0 without one.
-    std::int32_t waitMilliseconds = 0;     ///< In the state Waiting: from now until the next attempt.
-    const char* reason = "";               ///< `loss` in words, in the same states; never null.
+    ListenerState state = ListenerStateConnecting;  ///< What the listener does from now on.
+    ListenerLoss loss = ListenerLossNone;           ///< In the states Lost, Waiting and Stopped: why.
+    std::int32_t errorNumber = 0;                   ///< The system's (errno), in the same states; 0 without one.
+    std::int32_t waitMilliseconds = 0;              ///< In the state Waiting: from now until the next attempt.
+    const char* reason = "";                        ///< `loss` in words, in the same states; never null.
 };
 
 /// Listens to what a publisher pushes, over TCP or a WebSocket, and connects again when the connection is lost.

@@ -109,27 +109,35 @@ enum DataType : unsigned int {
 
 /// The base of every message that crosses a socket: one JSON object, whose "HEADER" member names its type.
 ///
-/// A class of one type names it as `static constexpr DataType kDataType`; a BinaryData gets its type at construction.
+/// Unless a class or a field says otherwise:
 ///
-/// A message has no locks: use it from one thread at a time. The functions here keep no state of their own and may be
-/// called from any thread.
+/// - The type of a class is its `static constexpr DataType kDataType`.
+/// - serialize() writes formatted text (indented, one member a line), with "HEADER" while the header flag is set.
+/// - deserialize(text) requires no key and is true for any JSON text; the reader that gives a reason is false.
+/// - Texts are UTF-8 and empty by default, numbers have 32 bits. Both are carried as they are: nothing checks their
+///   form or range.
+/// - A message owns what its pointers point to and deletes it. A function that appends a pointer takes it: it deletes
+///   the element when it is out of memory.
+///
+/// A message has no locks: use it from one thread at a time. Static functions keep no state and may be called from any
+/// thread.
 class ORVU_EXPORT Serializable {
 public:
     explicit Serializable(DataType dataType);
     virtual ~Serializable();
 
-    /// Writes the message as JSON. The caller releases the text with `free`.
-    /// Null when the message cannot be written: out of memory, or more than 1000 levels of nesting.
+    /// Writes the message as JSON. The caller releases the text with `free`. Null when out of memory, and for more than
+    /// 1000 levels of nesting.
     virtual char* serialize() = 0;
 
-    /// Reads the message from NUL-terminated JSON text. Keys that are missing leave their fields as they were, lists
-    /// are appended to; false when the text is null, is not JSON, or lacks what the message requires. What was read
-    /// before the failure stays. Some messages let `std::invalid_argument` and `std::out_of_range` of a number text
-    /// pass; they say so.
+    /// Reads the message from NUL-terminated JSON text. A missing key leaves its field as it was; lists are appended
+    /// to. False when the text is null, is not JSON, or lacks what the message requires, and when out of memory. What
+    /// was read before the failure stays. Some messages let `std::invalid_argument` and `std::out_of_range` of a number
+    /// text pass; they say so.
     virtual bool deserialize(const char* text) = 0;
 
-    /// The same with the reason of a failure. Messages that know reasons override it and name their codes; this one is
-    /// false and leaves `error` alone.
+    /// The same, and why it failed. Messages that know reasons override it and list their codes; for all others it
+    /// reads nothing, is false and leaves `error` alone: call deserialize(text).
     virtual bool deserialize(const char* text, unsigned char& error);
 
     /// The type given at construction.
@@ -137,29 +145,31 @@ public:
 
     /// Whether serialize() writes the "HEADER" member. True at construction. Lists and containers ignore it for
     /// themselves and switch it off, for good, in the messages that they carry: a message that was once written in a
-    /// list has no "HEADER" when you send it alone, and its receiver cannot tell its type. Switch it on again before.
+    /// list has no "HEADER" when you send it alone, and its receiver does not know its type. Call serializeHeader(true)
+    /// before you send it.
     void serializeHeader(bool on) { headerFlag_ = on; }
 
     /// The wire name of a type, "" for a value outside the catalogue. Never null; the text is static.
     static const char* dataTypeString(DataType type);
 
-    /// The type that the "HEADER" member of `text` names; DataTypeUnknown when there is none, when it is not in the
-    /// header mapping, or when `text` is null or no JSON. The member is found in any letter case, its value is compared
-    /// exactly.
+    /// The type that the "HEADER" member of `text` names; DataTypeUnknown without one, for a word that the library does
+    /// not know or never reads back, and when `text` is null or not JSON. The member is found in any letter case, its
+    /// value is compared exactly.
     static DataType deserializeHeader(const char* text);
 
-    /// The same JSON, formatted, without its "HEADER" member; null when `text` is not JSON. Takes `text`, which
-    /// `malloc` must have made, and releases it in either case. The caller releases the result with `free`.
+    /// The same JSON, formatted, without its "HEADER" member; null when `text` is null or not JSON, and when out
+    /// of memory. Takes `text`, which `malloc` must have made, and releases it in any case. The caller releases the
+    /// result with `free`.
     static char* removeHeader(const char* text);
 
-    /// A new, empty message of the type, owned by the caller. Null for a type that has no entry, or when out of
+    /// A new, empty message of the type; the caller deletes it. Null for a type that it does not make, and when out of
     /// memory; an UnknowRequest for DataTypeUnknown.
     static Serializable* factory(DataType type);
 
-    /// A new message of the type that the "HEADER" member of `text` names, filled from it; the caller's. It takes the
-    /// place of deserializeHeader(), factory() and deserialize(), and checks the text once. Null when `text` is null or
-    /// not JSON, names no type that factory() makes, or lacks what the type requires, and when out of memory. It throws
-    /// nothing.
+    /// A new message of the type that the "HEADER" member of `text` names, filled from it; the caller deletes it. It
+    /// takes the place of deserializeHeader(), factory() and deserialize(), and checks the text once. Null when `text`
+    /// is null or not JSON, names no type that factory() makes, or lacks what the type requires, and when out of
+    /// memory. It throws nothing.
     static Serializable* parse(const char* text);
 
     /// The same; `reason` says why there is no message, in one line such as "line 3, column 5: schedule: required,
@@ -167,7 +177,7 @@ public:
     static Serializable* parse(const char* text, std::string& reason);
 
     /// Reads the message from a parsed item (a `cJSON*`, passed untyped), through the virtual deserialize(text).
-    /// False for a null item. The item stays the caller's.
+    /// False for a null item, when deserialize(text) is, and when out of memory. The item stays the caller's.
     bool deserializeObject(void* item);
 
     /// The same through the error-reporting reader; a null item sets `error` to 1.

@@ -11,34 +11,32 @@
 namespace Orvu {
 
 /// One elementary stream (video, audio, captions, data) of a service. Wire name "serviceComponent"; also the element of
-/// a ServiceComponentList. A number of -1 is not known.
+/// a ServiceComponentList. -1 in a number means "not known".
 class ORVU_EXPORT ServiceComponent : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeServiceComponent;
 
-    int streamType = -1;    ///< stream_type of the PMT.
-    int componentTag = -1;  ///< Travels as hexadecimal text. That of -1 cannot be read: reading it throws.
-    int pid = -1;           ///< PID of the stream.
-    std::string state;
-    int streamContent = -1;          ///< stream_content of the component descriptor; travels as hexadecimal text.
-    int componentType = -1;          ///< component_type of the component descriptor; travels as hexadecimal text.
-    int vol = -1;                    ///< Volume.
-    std::string ISO639languageCode;  ///< Written only for audio and caption tags, 0x10 to 0x37.
+    int streamType = -1;     ///< stream_type of the PMT, 0 to 255 (ISO/IEC 13818-1).
+    int componentTag = -1;   ///< component_tag, 0 to 255; travels as hexadecimal text. Reading back -1 throws.
+    int pid = -1;            ///< PID of the stream, 0 to 8191 (ISO/IEC 13818-1).
+    std::string state;       ///< The applications agree on the words; left out when empty.
+    int streamContent = -1;  ///< stream_content of the component descriptor, 0 to 15; travels as hexadecimal text.
+    int componentType = -1;  ///< component_type of the component descriptor, 0 to 255; travels as hexadecimal text.
+    int vol = -1;            ///< Volume; commands set 0 to 100. Never checked here.
+    std::string ISO639languageCode;  ///< ISO 639-2. Written only for audio and caption tags, 0x10 to 0x37.
     Position* pos = nullptr;         ///< Owned, may be null. Written only for video tags, 0x00 to 0x0F.
-    int dataComponentId = -1;        ///< data_component_id.
+    int dataComponentId = -1;        ///< data_component_id of the data component descriptor, 0 to 65535 (ARIB STD-B10).
 
     ServiceComponent();
     ~ServiceComponent() override;
     ServiceComponent(const ServiceComponent&) = delete;
     ServiceComponent& operator=(const ServiceComponent&) = delete;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional. Hexadecimal and decimal number texts are read, malformed ones as -1. Throws
-    /// std::invalid_argument for a number text without digits, std::out_of_range for one above 2147483647, and what
-    /// Position throws.
+    /// Hexadecimal and decimal number texts are read, malformed ones as -1. Throws std::invalid_argument for a number
+    /// text without digits, std::out_of_range for one above 2147483647, and what Position throws.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The components of a service. Wire name "components".
@@ -56,13 +54,12 @@ public:
     /// Appends `component` and takes it; null is ignored.
     void addComponent(ServiceComponent* component);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every component off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every component off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the components under "components", which is required; those that cannot be read are left out. Throws
     /// what ServiceComponent throws.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Names one component. Wire name "serviceComponentTag".
@@ -70,16 +67,15 @@ class ORVU_EXPORT ServiceComponentTag : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeServiceComponentTag;
 
-    int componentTag = 0;  ///< Component tag; a plain number here.
+    int componentTag = 0;  ///< component_tag, 0 to 255; travels as a number.
 
     ServiceComponentTag();
     ~ServiceComponentTag() override;
 
-    /// Formatted.
     char* serialize() override;
     /// "componentTag" is required.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Starts, pauses or stops one component, moves its window or sets its volume. Wire name "serviceCompTagAction".
@@ -87,11 +83,11 @@ class ORVU_EXPORT ServiceCompTagAction : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeServiceCompTagAction;
 
-    int componentTag = 0;                   ///< Component tag; a plain number here.
+    int componentTag = 0;                   ///< component_tag, 0 to 255; travels as a number.
     StatusType action = StatusTypeUnknown;  ///< Start, pause or stop.
-    Position* pos = nullptr;                ///< Owned, may be null.
-    int vol = -1;                           ///< 0 to 100; -1 when not given. Read only from a text without a position.
-    bool localAssociatedAccess = false;
+    Position* pos = nullptr;                ///< Where the window goes. Owned, may be null.
+    int vol = -1;  ///< Volume, 0 to 100; -1 when not given. Read only from a text without a position.
+    bool localAssociatedAccess = false;  ///< True when an application of the service itself asks.
 
     ServiceCompTagAction();
     ~ServiceCompTagAction() override;
@@ -100,18 +96,17 @@ public:
 
     /// Whether the action is one that a component knows: start, pause or stop.
     bool checkAction();
-    /// Whether the position lies on the virtual display. Only with a position.
+    /// Whether the position lies on the virtual display. Call it only while `pos` is not null.
     bool checkPos();
     /// Whether `vol` is a volume: 0 to 100.
     bool checkVol(int vol);
 
-    /// Formatted.
     char* serialize() override;
     /// Calls the error-reporting reader of the object's own class and gives its result.
     bool deserialize(const char* text) override;
-    /// Every key is optional. `error` becomes 1 for a text that is null or no JSON, 2 for an action that a component
-    /// does not know, 3 for a bad position, 4 for a bad volume; what was read before stays. An action with a position
-    /// never changes the volume; one without drops the position held so far. Throws what Position throws.
+    /// `error` becomes 1 for a text that is null or not JSON, 2 for an action that a component does not know, 3 for a
+    /// bad position, 4 for a bad volume; what was read before stays. An action with a position never changes the
+    /// volume; one without drops the position held so far. Throws what Position throws.
     bool deserialize(const char* text, unsigned char& error) override;
 };
 
@@ -120,17 +115,15 @@ class ORVU_EXPORT RtkChangeComponentStatus : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeRtkChangeComponentStatus;
 
-    bool enableComponent = false;
-    unsigned componentTag = 0;  ///< Component tag; a plain number here.
+    bool enableComponent = false;  ///< True switches the component on, false off.
+    unsigned componentTag = 0;     ///< component_tag, 0 to 255; travels as a number.
 
     RtkChangeComponentStatus();
     ~RtkChangeComponentStatus() override;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Asks for a set of PIDs as a stream. Wire name "streamPidsRequest"; answered by a StreamPidsResponse.
@@ -138,9 +131,9 @@ class ORVU_EXPORT StreamPidsRequest : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeStreamPidsRequest;
 
-    std::string handle;      ///< Agreed between the applications.
-    std::string clientAddr;  ///< Agreed between the applications.
-    std::vector<unsigned short> pids;
+    std::string handle;                ///< Names the stream; the applications agree on it.
+    std::string clientAddr;            ///< Where the client receives the stream; the applications agree on the form.
+    std::vector<unsigned short> pids;  ///< 1 to 8191, in order; duplicates stay.
 
     StreamPidsRequest();
     ~StreamPidsRequest() override;
@@ -157,11 +150,11 @@ public:
     }
     using Serializable::deserializeObject;
 
-    /// Formatted, always with "HEADER".
+    /// Always with "HEADER".
     char* serialize() override;
     /// Calls deserializeObject(text, error).
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Where the stream of a StreamPidsRequest is found, or why not. Wire name "streamPidsResponse".
@@ -169,34 +162,33 @@ class ORVU_EXPORT StreamPidsResponse : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeStreamPidsResponse;
 
-    std::string handle;  ///< As in the request.
-    std::string streamUrl;
+    std::string handle;                   ///< As in the request.
+    std::string streamUrl;                ///< URL of the stream; empty when there is none.
     std::string mimeType = "video/mp2t";  ///< Never read back: keeps its default.
-    int error = 0;                        ///< Written only while `success` is false.
-    bool success = false;                 ///< Does not travel.
+    int error = 0;         ///< The applications agree on the codes. Written only while `success` is false.
+    bool success = false;  ///< The stream is there: no `error` is written. Does not travel.
 
     StreamPidsResponse();
     ~StreamPidsResponse() override;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// "0x" and the value in lower-case hexadecimal, at least two digits; a negative value as its 32-bit two's complement.
-/// The caller releases the text with `free`. Null when out of memory.
+/// The caller releases the text with `free`. Null when out of memory. Any thread.
 ORVU_EXPORT char* convertIntToStringHex(int value);
 
-/// The value of a decimal or "0x" hexadecimal number text, blanks around it and letter case ignored; -1 for what is
-/// malformed, a sign included. Throws std::invalid_argument without any digits and std::out_of_range above 2147483647.
+/// The value of a decimal or "0x" hexadecimal number text, blanks around it and letter case ignored; -1 for
+/// malformed text, a sign included. Throws std::invalid_argument without any digits and std::out_of_range above
+/// 2147483647. Any thread.
 ORVU_EXPORT int validateStringNumber(std::string text);
 
-/// Removes white space (characters 9 to 13 and 32) at the end, in place.
+/// Removes white space (characters 9 to 13 and 32) at the end, in place. Any thread.
 ORVU_EXPORT void rtrim(std::string& text);
 
-/// Removes white space (characters 9 to 13 and 32) at the start, in place.
+/// Removes white space (characters 9 to 13 and 32) at the start, in place. Any thread.
 ORVU_EXPORT void ltrim(std::string& text);
 
 }  // namespace Orvu

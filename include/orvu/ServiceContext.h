@@ -13,7 +13,7 @@ namespace Orvu {
 /// applications decide what the two ids are; the examples use the original network id and the transport stream id.
 class ORVU_EXPORT ServiceContext {
 public:
-    /// What a locator says. All numbers are 0 unless `valid` is set and the text was no keyword.
+    /// What a locator says. All numbers are 0 unless `valid` is set and the text was not a keyword.
     struct ServiceContextData {
         int firstId = 0;              ///< The number before the first dot, 1 or more.
         int secondId = 0;             ///< The number between the dots, 1 or more.
@@ -29,8 +29,8 @@ public:
     /// accept the last one: a service of type 16 or 24 has a third part of three digits.
     static std::string generateStringId(unsigned firstId, unsigned secondId, unsigned serviceId);
 
-    /// Reads a locator or keyword. Numbers are read as `atoi` reads them (saturating at the ends of 32 bits); what is not
-    /// accepted gives a record with `valid` false and all else 0. Never fails otherwise.
+    /// Reads a locator or keyword. Numbers are read as `atoi` reads them (saturating at the ends of 32 bits); a text
+    /// that is not accepted gives a record with `valid` false and all else 0. Never fails otherwise.
     static ServiceContextData parse(std::string text);
 };
 

@@ -14,21 +14,19 @@ public:
 
     std::string serviceContextId;  ///< Locator text such as "1840.1840.01" (see ServiceContext); never checked here.
     std::string serviceName;       ///< UTF-8, as broadcast.
-    int transportStreamId = 0;     ///< DVB/ISDB identifiers, as signalled.
-    int originalNetworkId = 0;
-    int serviceId = 0;
+    int transportStreamId = 0;     ///< transport_stream_id, 0 to 65535, as signalled.
+    int originalNetworkId = 0;     ///< original_network_id, 0 to 65535, as signalled.
+    int serviceId = 0;             ///< service_id, 0 to 65535, as signalled.
 
     Service();
     ~Service() override;
 
-    /// A copy, header flag included; the caller owns it. Null when out of memory.
+    /// A copy, header flag included; the caller deletes it. Null when out of memory.
     Service* clone();
 
-    /// Formatted. Null only when out of memory. The caller releases it with `free`.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The channel list. Wire name "serviceList".
@@ -46,12 +44,11 @@ public:
     /// Appends `service` and takes it; null is ignored.
     void addService(Service* service);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every service off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every service off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the services under "serviceList", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Asks for a service, or reports one, by its locator. Wire name "serviceSelection".
@@ -64,11 +61,9 @@ public:
     ServiceSelection();
     ~ServiceSelection() override;
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// The broadcast time of the current service. Wire name "serviceTime".
@@ -81,11 +76,10 @@ public:
     ServiceTime();
     ~ServiceTime() override;
 
-    /// Formatted.
     char* serialize() override;
     /// "time" is required.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

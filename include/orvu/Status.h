@@ -57,8 +57,8 @@ class ORVU_EXPORT Status {
 public:
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* statusTypeString(StatusType status);
-    /// The value of a word, compared exactly; StatusTypeUnknown for any other text, and for "uninstalled" and "requesting",
-    /// which are written but not read back.
+    /// The value of a word, compared exactly; StatusTypeUnknown for any other text, and for "uninstalled" and
+    /// "requesting", which are written but not read back.
     static StatusType stringToStatus(std::string word);
 };
 
@@ -74,8 +74,8 @@ class ORVU_EXPORT TargetStatus {
 public:
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* targetStatusTypeString(TargetStatusType status);
-    /// The value of "start" and "stop", compared exactly; TargetStatusTypeUnknown for any other text: the other words are
-    /// written but not read back.
+    /// The value of "start" and "stop", compared exactly; TargetStatusTypeUnknown for any other text: the other words
+    /// are written but not read back.
     static TargetStatusType targetStringToStatus(std::string word);
 };
 

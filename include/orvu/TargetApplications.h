@@ -20,9 +20,9 @@ class ORVU_EXPORT TargetAppFilter : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeTargetAppFilter;
 
-    std::string scheme;
-    std::string host;
-    std::string path;
+    std::string scheme;  ///< URL scheme, such as "https".
+    std::string host;    ///< Host of the URL; left out when empty.
+    std::string path;    ///< Path of the URL, with or without its first slash; left out when empty.
 
     TargetAppFilter();
     ~TargetAppFilter() override;
@@ -37,11 +37,10 @@ public:
     /// The filter as a URL: scheme, host and, where there is one, path; "" without a scheme or a host.
     std::string getAsUrl();
 
-    /// Formatted.
     char* serialize() override;
     /// "scheme" is required.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// An application on the TV that a companion may address. Wire name "targetApp"; also the element of a TargetAppList.
@@ -49,8 +48,8 @@ class ORVU_EXPORT TargetApp : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeTargetApp;
 
-    std::string targetId;
-    std::string displayName;
+    std::string targetId;                            ///< Identifies the target; any text, never checked here.
+    std::string displayName;                         ///< Name shown to the user.
     std::string canonicalName;                       ///< Written only while `writeCanonicalName` is set.
     std::vector<TargetAppFilter*> filters;           ///< Owned; deleted with the target.
     bool running = false;                            ///< Written only while `writeRunningState` is set.
@@ -93,17 +92,16 @@ public:
     static PriorityType stringToPriority(std::string word);
     /// Appends `filter` and takes it; null is ignored.
     void addFilter(TargetAppFilter* filter);
-    /// A copy, which the caller owns: its header flag is set, what was read is forgotten. Null when memory cannot be
-    /// had.
+    /// A copy, which the caller deletes: its header flag is set, its `...Read` flags are false. Null when out of
+    /// memory.
     TargetApp* clone();
 
-    /// Formatted. Switches the header flag of every filter off, for good: call its serializeHeader(true) before you
-    /// send one alone.
+    /// Switches the header flag of every filter off, for good: see serializeHeader(true).
     char* serialize() override;
     /// "filters" is required, and one filter at least held afterwards; what was read before stays. Filters are
     /// appended.
     bool deserialize(const char* text) override;
-    /// The same, with stricter rules of identity. `error` becomes 1 for a text that is null or no JSON, 2 when neither
+    /// The same, with stricter rules of identity. `error` becomes 1 for a text that is null or not JSON, 2 when neither
     /// a display name is given nor an id known, 3 without "filters", 4 without any filter held, 5 when neither a
     /// canonical name nor an id is known.
     bool deserialize(const char* text, unsigned char& error) override;
@@ -114,7 +112,7 @@ class ORVU_EXPORT TargetAppList : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeTargetApps;
 
-    std::string targetId;
+    std::string targetId;             ///< TargetApp::targetId of one target; left out when empty.
     std::vector<TargetApp*> targets;  ///< Owned; deleted with the list.
     bool writeCanonicalNames = true;  ///< Given to every target when the list is written. Does not travel.
 
@@ -131,12 +129,11 @@ public:
     /// Appends `target` and takes it; null is ignored.
     void addTargetApp(TargetApp* target);
 
-    /// Formatted, always with "HEADER". Switches the header flag of every target off, for good: call its
-    /// serializeHeader(true) before you send one alone.
+    /// Always with "HEADER". Switches the header flag of every target off, for good: see serializeHeader(true).
     char* serialize() override;
     /// Appends the targets under "targetApps", which is required; those that cannot be read are left out.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Starts or stops a target application, or opens a link. Wire name "targetAppAction".
@@ -173,12 +170,11 @@ public:
     bool isPriorityRead() const { return priorityRead; }
     void setPriorityRead(bool value) { priorityRead = value; }
 
-    /// Formatted.
     char* serialize() override;
     /// False for a text that is not an object, and for a "targetId", "action" or "priority" that is a number or a
     /// boolean; what was read before stays.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// Tells an application to start or stop a target. Wire name "targetAppPerformAction".
@@ -186,13 +182,13 @@ class ORVU_EXPORT TargetAppPerformAction : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeTargetAppPerformAction;
 
-    TargetStatusType action = TargetStatusTypeUnknown;
-    PriorityType priority = PriorityTypeForeground;
-    std::string canonicalName;
-    bool actionRead = false;         ///< Set by reading a text with "action".
-    bool priorityRead = false;       ///< Set by reading a text with "priority".
-    bool canonicalNameRead = false;  ///< Set by reading a text with "canonicalName".
-    std::string reservedText;        ///< Does not travel.
+    TargetStatusType action = TargetStatusTypeUnknown;  ///< Start or stop.
+    PriorityType priority = PriorityTypeForeground;     ///< Where it runs. Default: foreground.
+    std::string canonicalName;                          ///< Canonical name of the target; left out when empty.
+    bool actionRead = false;                            ///< Set by reading a text with "action".
+    bool priorityRead = false;                          ///< Set by reading a text with "priority".
+    bool canonicalNameRead = false;                     ///< Set by reading a text with "canonicalName".
+    std::string reservedText;                           ///< Does not travel.
 
     TargetAppPerformAction();
     ~TargetAppPerformAction() override;
@@ -210,11 +206,10 @@ public:
     bool isCanonicalNameRead() const { return canonicalNameRead; }
     void setCanonicalNameRead(bool value) { canonicalNameRead = value; }
 
-    /// Formatted.
     char* serialize() override;
     /// False for a text that is not an object; every key is optional.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 /// A link for a target application to open. Wire name "deepLink".
@@ -222,8 +217,8 @@ class ORVU_EXPORT DeepLink : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeDeepLink;
 
-    std::string targetId;
-    std::string url;
+    std::string targetId;  ///< Identifies the target (TargetApp::targetId); left out when empty.
+    std::string url;       ///< The link to open.
 
     DeepLink();
     ~DeepLink() override;
@@ -233,11 +228,9 @@ public:
     const std::string& getUrl() const { return url; }
     void setUrl(const std::string& value) { url = value; }
 
-    /// Formatted.
     char* serialize() override;
-    /// Every key is optional: true for any JSON text.
     bool deserialize(const char* text) override;
-    using Serializable::deserialize;  // the error-reporting reader stays the base's: false
+    using Serializable::deserialize;
 };
 
 }  // namespace Orvu

@@ -11,8 +11,6 @@
 namespace Orvu {
 namespace {
 
-constexpr int kDisplayWidth = 1280;
-constexpr int kDisplayHeight = 720;
 constexpr int kMalformed = -1;
 
 int pixelsOf(const char* text, int total)
@@ -41,11 +39,11 @@ struct AsPixels {
 
 AsPixels acrossWidth(int& field)
 {
-    return {field, kDisplayWidth};
+    return {field, kVirtualDisplayWidth};
 }
 AsPixels acrossHeight(int& field)
 {
-    return {field, kDisplayHeight};
+    return {field, kVirtualDisplayHeight};
 }
 
 }  // namespace
@@ -69,14 +67,14 @@ void Position::copyValues(Position* other)
 
 void Position::getVirtualDisplay(int* width, int* height)
 {
-    if (width) *width = kDisplayWidth;
-    if (height) *height = kDisplayHeight;
+    if (width) *width = kVirtualDisplayWidth;
+    if (height) *height = kVirtualDisplayHeight;
 }
 
 bool Position::isValid()
 {
-    return x >= 0 && y >= 0 && w >= 1 && std::int64_t{x} + w <= kDisplayWidth && h >= 1 &&
-           std::int64_t{y} + h <= kDisplayHeight;
+    return x >= 0 && y >= 0 && w >= 1 && std::int64_t{x} + w <= kVirtualDisplayWidth && h >= 1 &&
+           std::int64_t{y} + h <= kVirtualDisplayHeight;
 }
 
 void Position::convertPercentage(char* text, int* result, int total)

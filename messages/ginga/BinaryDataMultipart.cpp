@@ -1,6 +1,6 @@
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
-#include "orvu/Files.h"
+#include "orvu/BinaryData.h"
 
 namespace Orvu {
 namespace {

@@ -1,6 +1,6 @@
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "orvu/Ncl.h"
+#include "orvu/GingaEditCommand.h"
 
 namespace Orvu {
 namespace {

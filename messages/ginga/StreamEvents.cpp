@@ -1,5 +1,5 @@
 #include "messages/core/Message.h"
-#include "orvu/Files.h"
+#include "orvu/StreamEvents.h"
 
 namespace Orvu {
 

@@ -13,9 +13,6 @@
 namespace Orvu {
 namespace {
 
-constexpr int kScreenWidth = 1280;
-constexpr int kScreenHeight = 720;
-
 bool containsAny(const std::string& text, std::initializer_list<const char*> words)
 {
     for (const char* word : words) {
@@ -26,8 +23,8 @@ bool containsAny(const std::string& text, std::initializer_list<const char*> wor
 
 bool isOnScreen(const Position& pos)
 {
-    return pos.x >= 0 && pos.y >= 0 && std::int64_t{pos.x} + pos.w <= kScreenWidth &&
-           std::int64_t{pos.y} + pos.h <= kScreenHeight;
+    return pos.x >= 0 && pos.y >= 0 && std::int64_t{pos.x} + pos.w <= kVirtualDisplayWidth &&
+           std::int64_t{pos.y} + pos.h <= kVirtualDisplayHeight;
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include "codecs/Base64.h"
 #include "messages/core/Message.h"
-#include "orvu/EventInformation.h"
+#include "orvu/BinaryData.h"
 
 namespace Orvu {
 namespace {

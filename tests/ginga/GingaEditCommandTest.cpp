@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "orvu/Ncl.h"
+#include "orvu/GingaEditCommand.h"
 #include "support/Messages.h"
 
 using namespace Orvu;

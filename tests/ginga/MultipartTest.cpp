@@ -4,7 +4,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "orvu/Files.h"
+#include "orvu/BinaryData.h"
 #include "support/Messages.h"
 
 using namespace Orvu;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "orvu/Files.h"
+#include "orvu/StreamEvents.h"
 #include "support/Messages.h"
 
 using namespace Orvu;

@@ -1,5 +1,6 @@
 #!/bin/sh
-# headers.sh INCLUDE_FOLDER COMPILER: whether every installed header compiles alone, and none needs cJSON's.
+# headers.sh INCLUDE_FOLDER COMPILER: whether every installed header compiles alone, none needs cJSON's, Orvu.h includes
+# them all but the typed ones, and a header that gave classes away to others still brings them along.
 set -eu
 folder=$1 compiler=$2
 included=$(mktemp)
@@ -13,4 +14,28 @@ for header in "$folder"/orvu/*.h "$folder"/orvu/typed/*.h; do
         echo "$header includes cJSON's header"
         exit 1
     fi
+done
+
+# compiles TEXT: whether the C++ in TEXT does
+compiles() { printf '%s\n' "$1" | "$compiler" -std=c++17 -fsyntax-only -I "$folder" -x c++ -; }
+
+# brings HEADER CLASS...
+brings()
+{
+    header=$1
+    shift
+    for class in "$@"; do
+        compiles "#include \"orvu/$header\"
+                  const unsigned size = sizeof(Orvu::$class);"
+    done
+}
+brings EventInformation.h BinaryData
+brings Files.h BinaryData BinaryDataMultipart EventInfo StreamEventRequest StreamEventDispose
+brings Ncl.h EditCommand GingaEditCommand
+brings OrvuRestInterface.h SocketServerInfo
+
+"$compiler" -std=c++17 -fsyntax-only -MD -MF "$included" -I "$folder" -x c++ -include "$folder/orvu/Orvu.h" /dev/null
+for header in "$folder"/orvu/*.h; do
+    case $header in */Typed.h) continue ;; esac
+    grep -qF "$header" "$included" || { echo "Orvu.h does not include $header"; exit 1; }
 done

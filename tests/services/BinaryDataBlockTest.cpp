@@ -5,7 +5,7 @@
 #include <string>
 
 #include "codecs/Base64.h"
-#include "orvu/EventInformation.h"
+#include "orvu/BinaryData.h"
 #include "support/Messages.h"
 
 using namespace Orvu;

@@ -4,7 +4,7 @@
 #include <string>
 #include <type_traits>
 
-#include "orvu/EventInformation.h"
+#include "orvu/BinaryData.h"
 #include "support/Messages.h"
 
 using namespace Orvu;

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "orvu/EventInformation.h"
+#include "orvu/BinaryData.h"
 #include "orvu/Serializable.h"
 
 namespace Orvu {

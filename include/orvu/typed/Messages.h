@@ -4,7 +4,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "orvu/EventInformation.h"
+#include "orvu/BinaryData.h"
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/PlatformCapabilities.h"
 #include "orvu/Results.h"

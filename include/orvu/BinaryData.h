@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvu/Serializable.h"
+
+namespace Orvu {
+
+class JsonReader;
+class JsonWriter;
+
+/// A raw SI table as bytes. One class for "binaryNIT", "binarySDT", "binaryPAT", "binaryBAT", "binaryPMT" and
+/// "binaryEPG"; also the element of a BinaryDataMultipart.
+class ORVU_EXPORT BinaryData : public Serializable {
+public:
+    std::string serviceContextId;  ///< Locator of the service that the table belongs to.
+    unsigned bufferSize = 0;       ///< Bytes; at most 64 MiB can be received.
+    /// A block made by `malloc`, owned; released with `free`. Comes back as a block without bytes when it is null.
+    unsigned char* buffer = nullptr;
+    std::string timestamp;  ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
+
+    /// `dataType` is one of DataTypeBinaryNIT to DataTypeBinaryEPG, or DataTypeBinaryDataMultipart for a part.
+    explicit BinaryData(DataType dataType);
+    ~BinaryData() override;
+    BinaryData(const BinaryData&) = delete;
+    BinaryData& operator=(const BinaryData&) = delete;
+
+    /// The bytes travel as Base64 (RFC 4648). Of a block that was received, no more bytes than came, whatever size was
+    /// announced; once the application has set another `bufferSize`, no more than the block has room for.
+    char* serialize() override;
+    /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
+    /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
+    /// unchanged, for more bytes than that, for a size above 64 MiB, and when out of memory.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+
+private:
+    friend void write(JsonWriter& json, BinaryData& data);
+    friend void read(JsonReader& json, BinaryData& data);
+    friend unsigned sendable(const BinaryData& data);  // how many bytes of the block may be sent
+
+    const unsigned char* knownBlock_ = nullptr;  // the block that was held when a read last stored `bufferSize`
+    unsigned knownSize_ = 0;                     // the bytes in it
+    unsigned knownRoom_ = 0;                     // the bytes that it has room for
+    unsigned announced_ = 0;                     // the `bufferSize` that the read stored
+};
+
+/// Several blocks of bytes in one message. Wire name "binaryDataMultipart".
+class ORVU_EXPORT BinaryDataMultipart : public Serializable {
+public:
+    static constexpr DataType kDataType = DataTypeBinaryDataMultipart;
+
+    std::string serviceContextId;    ///< Locator of the service.
+    std::vector<BinaryData*> parts;  ///< Owned; deleted with the message.
+    std::string timestamp;           ///< Time of the data, such as "2026-11-21T20:30:00-03:00"; not checked here.
+
+    BinaryDataMultipart();
+    ~BinaryDataMultipart() override;
+    BinaryDataMultipart(const BinaryDataMultipart&) = delete;
+    BinaryDataMultipart& operator=(const BinaryDataMultipart&) = delete;
+
+    /// Appends `part` and takes it when it has bytes; otherwise it stays the caller's.
+    void addBinaryData(BinaryData* part);
+
+    /// Switches the header flag of every part off, for good: see serializeHeader(true).
+    char* serialize() override;
+    /// Appends the parts under "binaryDataMultipart", which is required; those without bytes are left out.
+    bool deserialize(const char* text) override;
+    using Serializable::deserialize;
+};
+
+}  // namespace Orvu
