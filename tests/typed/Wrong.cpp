@@ -3,12 +3,21 @@
 
 using namespace Orvu;
 
+/// An application's own class that looks as much like one of the library's as it can.
+struct Own : Service {
+    static constexpr DataType kDataType = DataTypeCurrentService;
+
+    char* serialize() override { return nullptr; }
+    bool deserialize(const char*) override { return true; }
+    using Serializable::deserialize;
+};
+
 void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>& request)
 {
 #if defined NOTHING_WRONG
     receiver.on([](const Service&) { return SuccessResponse(); });
     tv.send(ServiceSelection());
-    publisher.push(Service());
+    publisher.push(Own());
     request.answer(SuccessResponse());
 #elif defined HANDLER_OF_ANY_TYPE
     receiver.on([](const auto&) { return SuccessResponse(); });
@@ -23,8 +32,17 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
 #elif defined HANDLER_OF_ANY_MESSAGE
     receiver.on([](const Serializable&) { return SuccessResponse(); });
 #elif defined HANDLER_OF_AN_OWN_CLASS
-    struct Own : Service {};
     receiver.on([](const Own&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_AN_OWN_CLASS_THAT_OVERRIDES_NOTHING
+    struct Plain : Service {};
+    receiver.on([](const Plain&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_AN_OWN_REQUEST
+    receiver.on([](Request<Own>) {});
+#elif defined HANDLER_OF_AN_OWN_TABLE
+    struct Table : BinaryData {};
+    receiver.on<DataTypeBinaryNIT>([](const Table&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_A_CLASS_WITHOUT_A_TYPE
+    receiver.on([](const NCLDocument&) { return SuccessResponse(); });
 #elif defined HANDLER_OF_A_BORROWED_REQUEST
     receiver.on([](const Request<Service>&) {});
 #elif defined NOT_A_HANDLER
@@ -52,6 +70,12 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
     tv.ask<Serializable>();
 #elif defined ASKED_FOR_NO_MESSAGE
     tv.ask<int>();
+#elif defined ASKED_FOR_AN_OWN_CLASS
+    tv.ask<Own>();
+#elif defined SENT_FOR_AN_OWN_CLASS
+    tv.send<Own>(Service());
+#elif defined COMPARED_WITH_AN_OWN_CLASS
+    tv.ask<Service>().reason().is<Own>();
 #elif defined ASKED_FOR_SEVERAL_TYPES
     tv.ask<BinaryData>();
 #elif defined ASKED_BY_NUMBER
