@@ -12,12 +12,15 @@ struct Own : Service {
     using Serializable::deserialize;
 };
 
-void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>& request)
+void use(Receiver& receiver, Client& tv, Publisher& publisher, Listener& listener, Request<Service>& request)
 {
 #if defined NOTHING_WRONG
     receiver.on([](const Service&) { return SuccessResponse(); });
     tv.send(ServiceSelection());
     publisher.push(Own());
+    listener.on([](const Service&) {});
+    listener.on([](const PushedMessage&) {});
+    listener.on([](const ListenerStatus&) {});
     request.answer(SuccessResponse());
 #elif defined HANDLER_OF_ANY_TYPE
     receiver.on([](const auto&) { return SuccessResponse(); });
@@ -88,6 +91,24 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
     tv.send(&service);
 #elif defined PUSHED_A_NUMBER
     publisher.push(7);
+#elif defined LISTENED_TO_ANY_TYPE
+    listener.on([](const auto&) {});
+#elif defined LISTENED_TO_A_TEXT
+    listener.on([](const char*) {});
+#elif defined LISTENED_TO_A_COPY
+    listener.on([](Service) {});
+#elif defined LISTENED_TO_A_MUTABLE_STATUS
+    listener.on([](ListenerStatus&) {});
+#elif defined LISTENED_TO_REQUESTS
+    listener.on([](Request<Service>) {});
+#elif defined LISTENED_TO_AN_OWN_CLASS
+    listener.on([](const Own&) {});
+#elif defined LISTENED_TO_SEVERAL_TYPES
+    listener.on([](const BinaryData&) {});
+#elif defined LISTENED_TO_ANOTHER_TYPE
+    listener.on<DataTypeBinaryNIT>([](const Service&) {});
+#elif defined LISTENED_AND_ANSWERED
+    listener.on([](const Service&) { return SuccessResponse(); });
 #elif defined MADE_A_BUFFER
     BinaryData table(DataTypeBinaryNIT);
     make(table.buffer);
@@ -95,5 +116,6 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
     static_cast<void>(receiver);
     static_cast<void>(tv);
     static_cast<void>(publisher);
+    static_cast<void>(listener);
     static_cast<void>(request);
 }
