@@ -1,5 +1,6 @@
 /// \file
-/// A small listener: it prints what a publisher pushes, and what becomes of the connection, until Ctrl-C.
+/// A small listener over PushListener itself: it prints what a publisher pushes, and what becomes of the connection,
+/// until Ctrl-C.
 ///
 ///     listener tcp|websocket PORT [HOST]
 ///
