@@ -14,6 +14,7 @@
 #include "support/PortLease.h"
 #include "typed/Sides.h"
 #include "wire/Latch.h"
+#include "wire/Sockets.h"
 
 using namespace Orvu;
 using namespace OrvuTests;
@@ -221,6 +222,16 @@ TEST_F(AListener, SaysWhyItCannotListen)
               "the channel is ChannelTcp or ChannelWebSocket, not 2");
     EXPECT_TRUE(listen());
     EXPECT_EQ(listener->reason(), "");
+}
+
+TEST_F(AListener, SaysWhenThereIsNoThreadForIt)
+{
+    {
+        const NoThreadsLeft none;
+        EXPECT_FALSE(listen());
+    }
+    EXPECT_EQ(listener->reason(), "there are no descriptors, threads or memory left");
+    EXPECT_TRUE(listen());
 }
 
 TEST_F(AListener, CannotListenWithAHandlerForWhatIsNeverReceived)

@@ -88,7 +88,8 @@ struct Hearing : std::enable_shared_from_this<Hearing> {
 /// Handlers run on a thread of the listener's own, one after the other. While one runs, nothing more is received. When
 /// a handler throws, the exception is logged.
 ///
-/// Any thread may call stop(); call the other functions on one thread at a time. It is a PushListener, which says more.
+/// Any thread may call stop(); call the other functions on one thread at a time. PushListener, on which it stands, says
+/// what a listener misses, and when it tries again.
 class Listener {
 public:
     Listener() : hearing_(std::make_shared<Detail::Hearing>())
