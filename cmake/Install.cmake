@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(ORVU_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Orvu)
 install(TARGETS orvu EXPORT Orvu LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/orvu DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY include/orvu DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
 
 # The library needs nothing of its users' CMake, so the list of its targets is the whole package.
 install(EXPORT Orvu FILE OrvuConfig.cmake NAMESPACE Orvu:: DESTINATION ${ORVU_CMAKE_FOLDER})

@@ -8,7 +8,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-ROW = re.compile(r'^ROW(?:_AS)?\((?:DataType\w+, )?(\w+), "(\w+)"', re.MULTILINE)
+ROW = re.compile(r'^ORVU_ROW(?:_AS)?\((?:DataType\w+, )?(\w+), "(\w+)"', re.MULTILINE)
 CLASS = re.compile(r"^class ORVU_EXPORT (\w+) : public Serializable", re.MULTILINE)
 
 
@@ -20,7 +20,7 @@ def families():
 
 def messages():
     """The wire names with their classes, as the catalogue has them."""
-    return [(word, name) for name, word in ROW.findall((ROOT / "messages" / "core" / "Catalogue.def").read_text())]
+    return [(word, name) for name, word in ROW.findall((ROOT / "include" / "orvu" / "Catalogue.def").read_text())]
 
 
 def link(name):

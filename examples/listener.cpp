@@ -1,5 +1,5 @@
 /// \file
-/// A small listener: it prints what a publisher pushes, and what becomes of the connection, until Ctrl-C.
+/// A listener: it prints what a publisher pushes, and what becomes of the connection, until Ctrl-C.
 ///
 ///     listener tcp|websocket PORT [HOST]
 ///
@@ -7,26 +7,21 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
+#include <string>
 
-#include "orvu/Orvu.h"
+#include "orvu/Typed.h"
 
 namespace {
 
-/// Called on the listener's thread. A message whose type the library knows comes with its object.
-void print(Orvu::PushedMessage& message, void*)
+/// What no handler takes by its type.
+void print(const Orvu::PushedMessage& other)
 {
-    if (const auto* service = dynamic_cast<const Orvu::Service*>(message.object))
-        std::cout << "now on " << service->serviceName << std::endl;
-    else if (message.kind == Orvu::PushedValue)
-        std::cout << "a message of " << message.size << " bytes" << std::endl;
-    else if (message.kind == Orvu::PushedText)
-        std::cout << "not JSON: " << message.text << std::endl;
+    if (other.kind == Orvu::PushedValue) std::cout << "a message of " << other.size << " bytes" << std::endl;
+    if (other.kind == Orvu::PushedText) std::cout << "not JSON: " << other.text << std::endl;
 }
 
-/// The same thread.
-void tell(const Orvu::ListenerStatus& status, void*)
+void tell(const Orvu::ListenerStatus& status)
 {
     if (status.state == Orvu::ListenerStateAttached) std::cout << "attached" << std::endl;
     if (status.state == Orvu::ListenerStateWaiting)
@@ -38,8 +33,8 @@ void tell(const Orvu::ListenerStatus& status, void*)
 
 int main(int argc, char** argv)
 {
-    const bool isWebSocket = argc > 1 && std::strcmp(argv[1], "websocket") == 0;
-    if (argc < 3 || argc > 4 || (!isWebSocket && std::strcmp(argv[1], "tcp") != 0)) {
+    const std::string protocol = argc == 3 || argc == 4 ? argv[1] : "";
+    if (protocol != "tcp" && protocol != "websocket") {
         std::cerr << "usage: listener tcp|websocket PORT [HOST]\n";
         return 64;
     }
@@ -49,17 +44,17 @@ int main(int argc, char** argv)
     sigaddset(&signals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // before any other thread is started
 
-    Orvu::PushListener listener;
-    listener.onMessage(print, nullptr);
-    listener.onState(tell, nullptr);
-    listener.makeObjects(true);
-    const Orvu::Channel channel = isWebSocket ? Orvu::ChannelWebSocket : Orvu::ChannelTcp;
+    Orvu::Listener listener;  // its handlers run on its thread, one after the other
+    listener.on([](const Orvu::Service& service) { std::cout << "now on " << service.serviceName << std::endl; });
+    listener.on(print);
+    listener.on(tell);
+    const Orvu::Channel channel = protocol == "tcp" ? Orvu::ChannelTcp : Orvu::ChannelWebSocket;
     if (!listener.listen(argc == 4 ? argv[3] : "127.0.0.1", std::atoi(argv[2]), channel)) {
-        std::cerr << "listener: cannot listen to port " << argv[2] << "\n";
+        std::cerr << "listener: " << listener.reason() << "\n";
         return 1;
     }
     int signal;
     sigwait(&signals, &signal);
-    listener.stop();  // no callback runs any more
+    listener.stop();  // no handler runs any more
     std::cout << "ended" << std::endl;
 }

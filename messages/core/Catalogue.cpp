@@ -43,10 +43,11 @@ Serializable* make(DataType type)
 }
 
 constexpr CatalogueEntry kRows[] = {
-#define ROW_AS(Type, Class, wireName, mapping, making) \
+#define ORVU_ROW_AS(Type, Class, wireName, mapping, making) \
     {Type, wireName, mapping == FromHeader, making == Made, make<Class>, contractOf<Class>},
-#define ROW_WITHOUT_CLASS(Type, wireName, mapping) {Type, wireName, mapping == FromHeader, false, nullptr, nullptr},
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_WITHOUT_CLASS(Type, wireName, mapping) \
+    {Type, wireName, mapping == FromHeader, false, nullptr, nullptr},
+#include "orvu/Catalogue.def"
 };
 
 constexpr std::size_t kRowCount = sizeof kRows / sizeof kRows[0];

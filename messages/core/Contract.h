@@ -32,11 +32,11 @@ template <class Message>
 constexpr std::size_t kHeldSize = 0;
 
 // Every class of the catalogue has one.
-#define ROW_AS(Type, Class, ...) \
-    class Class;                 \
-    template <>                  \
+#define ORVU_ROW_AS(Type, Class, ...) \
+    class Class;                      \
+    template <>                       \
     const Contract& contractOf<Class>();
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
 
 }  // namespace Orvu

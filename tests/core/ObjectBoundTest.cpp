@@ -48,9 +48,9 @@ Serializable* make()
 }
 
 constexpr CatalogueClass kClasses[] = {
-#define ROW_AS(Type, Class, wireName, ...) {wireName, make<Class, Type>, contractOf<Class>},
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_AS(Type, Class, wireName, ...) {wireName, make<Class, Type>, contractOf<Class>},
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
 };
 INSTANTIATE_TEST_SUITE_P(Named, AClassOfTheCatalogue, testing::ValuesIn(kClasses),
                          [](const auto& it) { return it.param.wireName; });

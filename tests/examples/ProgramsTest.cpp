@@ -229,14 +229,16 @@ TEST(TheExamplePublisher, SaysWhyItCannotPush)
     }
 }
 
-TEST(TheExampleListener, PrintsWhatThePublisherPushes)
+class AnExampleListener : public testing::TestWithParam<const char*> {};
+
+TEST_P(AnExampleListener, PrintsWhatThePublisherPushes)
 {
     for (const std::string channel : {"tcp", "websocket"}) {
         Process publisher(command(ORVU_EXAMPLE_PUBLISHER, {channel}), withoutLog());
         ASSERT_TRUE(publisher.waitForOutput("\n"));
         const std::string line = publisher.out();
         const std::string port = line.substr(line.find(':') + 1, line.find('\n') - line.find(':') - 1);
-        Process listener(command(ORVU_EXAMPLE_LISTENER, {channel, port}), withoutLog());
+        Process listener(command(GetParam(), {channel, port}), withoutLog());
         ASSERT_TRUE(listener.waitForOutput("now on Canal "));
         publisher.signal(SIGTERM);
         publisher.wait();
@@ -250,11 +252,32 @@ TEST(TheExampleListener, PrintsWhatThePublisherPushes)
     }
 }
 
+TEST_P(AnExampleListener, PrintsWhatHasNoType)
+{
+    RawListener publisher;
+    Process listener(command(GetParam(), {"tcp", std::to_string(publisher.port())}), withoutLog());
+    publisher.accept().send("[1]hello");
+    ASSERT_TRUE(listener.waitForOutput("attached\na message of 3 bytes\nnot JSON: hello\n"));
+}
+
+TEST_P(AnExampleListener, SaysHowItIsUsed)
+{
+    EXPECT_EQ(run(command(GetParam(), {"tcp"})).err, "usage: listener tcp|websocket PORT [HOST]\n");
+    EXPECT_EQ(run(command(GetParam(), {"udp", "9000"})).code, 64);
+    EXPECT_EQ(run(command(GetParam(), {"tcp", "0"}), withoutLog()).code, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Over, AnExampleListener, testing::Values(ORVU_EXAMPLE_LISTENER, ORVU_FACADE_LISTENER),
+                         [](const auto& program) { return program.index == 0 ? "TheTypedInterface" : "TheFacade"; });
+
+TEST(TheExampleListener, SaysWhyItCannotListen)
+{
+    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"tcp", "0"}), withoutLog()).err,
+              "listener: a port is 1 to 65535, not 0\n");
+}
+
 TEST(TheExamplePrograms, SayHowTheyAreUsed)
 {
-    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"tcp"})).err, "usage: listener tcp|websocket PORT [HOST]\n");
-    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"udp", "9000"})).code, 64);
-    EXPECT_EQ(run(command(ORVU_EXAMPLE_LISTENER, {"tcp", "0"}), withoutLog()).code, 1);
     EXPECT_EQ(run(command(ORVU_EXAMPLE_PUBLISHER, {})).err, "usage: publisher tcp|websocket [MIN-PORT MAX-PORT]\n");
     EXPECT_EQ(run(command(ORVU_EXAMPLE_PUBLISHER, {"tcp", "9000"})).code, 64);
     EXPECT_EQ(run(command(ORVU_EXAMPLE_RECEIVER, {})).err, "usage: receiver PORT CHANNELS-FILE\n");

@@ -147,9 +147,9 @@ const std::vector<Described>& rows()
 const std::vector<std::pair<std::string, std::string>>& classes()
 {
     static const std::vector<std::pair<std::string, std::string>> kClasses = {
-#define ROW_AS(Type, Class, wireName, ...) {#Class, wireName},
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_AS(Type, Class, wireName, ...) {#Class, wireName},
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
         {"NCLDocument", "NCLDocument"},
     };
     return kClasses;

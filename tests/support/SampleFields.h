@@ -6,9 +6,9 @@ namespace OrvuTests {
 
 // Each gives every field of a new message a value of its own. A result has no fields.
 
-#define ROW_AS(Type, Class, ...) void fill(Orvu::Class& message);
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_AS(Type, Class, ...) void fill(Orvu::Class& message);
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
 
 void fill(Orvu::NCLDocument& document);  // has no type of its own
 

@@ -53,9 +53,9 @@ SecondText second(const std::string& name, char* (Message::*text)(Arguments...),
 const std::vector<Sample>& samples()
 {
     static const std::vector<Sample> kSamples = {
-#define ROW_AS(Type, Class, wireName, ...) sample<Class>(wireName, Type),
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_AS(Type, Class, wireName, ...) sample<Class>(wireName, Type),
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
         sample<NCLDocument>("NCLDocument", NCLDocument::kDataType),  // shares the type of NCLEvent
     };
     return kSamples;

@@ -37,11 +37,14 @@ TEST(TheTypedInterface, KnowsWhichTypesAreSentByThemselves)
     EXPECT_TRUE(hasHeader(empty) && Detail::isSent(DataTypeEmptyData));
 }
 
-/// Every class of the catalogue can be named, and stands for its type.
-#define ROW_AS(type, Class, word, ...)             \
-    static_assert(Detail::isReceivedClass<Class>); \
-    static_assert(Detail::isOfClass<Class, type>(), #Class);
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+struct Own : Service {};
+
+// A class stands for the type that "HEADER" names; an application's own class for none.
+static_assert(Detail::typeOfClass<Service>() == DataTypeCurrentService);
+static_assert(Detail::typeOfClass<Bounds>() == DataTypeBounds);
+static_assert(Detail::typeOfClass<Position>() == DataTypePos);
+static_assert(Detail::isOfClass<Bounds, DataTypeBounds>() && !Detail::isOfClass<Bounds, DataTypePos>());
+static_assert(Detail::isOfClass<BinaryData, DataTypeBinaryNIT>() && Detail::isOfClass<BinaryData, DataTypeBinaryEPG>());
+static_assert(!Detail::isOfClass<BinaryData, DataTypeCurrentService>() && !Detail::isCatalogued<Own>);
 
 }  // namespace

@@ -144,6 +144,14 @@ TEST_F(AReceiver, CannotListenWithAHandlerForWhatIsNeverReceived)
     EXPECT_THAT(log.lines(), Contains("Orvu::Receiver: cannot listen: " + receiver.reason()));
 }
 
+TEST_F(AReceiver, DoesNotTakeBoundsForAPosition)
+{
+    EXPECT_TRUE(receiver.on([](const Bounds&) { return SuccessResponse(); }));
+    EXPECT_TRUE(receiver.on([](const Position&) { return SuccessResponse(); }));
+    EXPECT_FALSE(receiver.listen(0));
+    EXPECT_EQ(receiver.reason(), "there is a handler for \"pos\", and no message of this type can be received");
+}
+
 TEST_F(AReceiver, SendsNoAnswerWithoutAType)
 {
     receiver.on([](const Service&) { return Bounds(1, 2); });

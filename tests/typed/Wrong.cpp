@@ -3,12 +3,24 @@
 
 using namespace Orvu;
 
-void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>& request)
+/// An application's own class that looks as much like one of the library's as it can.
+struct Own : Service {
+    static constexpr DataType kDataType = DataTypeCurrentService;
+
+    char* serialize() override { return nullptr; }
+    bool deserialize(const char*) override { return true; }
+    using Serializable::deserialize;
+};
+
+void use(Receiver& receiver, Client& tv, Publisher& publisher, Listener& listener, Request<Service>& request)
 {
 #if defined NOTHING_WRONG
     receiver.on([](const Service&) { return SuccessResponse(); });
     tv.send(ServiceSelection());
-    publisher.push(Service());
+    publisher.push(Own());
+    listener.on([](const Service&) {});
+    listener.on([](const PushedMessage&) {});
+    listener.on([](const ListenerStatus&) {});
     request.answer(SuccessResponse());
 #elif defined HANDLER_OF_ANY_TYPE
     receiver.on([](const auto&) { return SuccessResponse(); });
@@ -23,8 +35,17 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
 #elif defined HANDLER_OF_ANY_MESSAGE
     receiver.on([](const Serializable&) { return SuccessResponse(); });
 #elif defined HANDLER_OF_AN_OWN_CLASS
-    struct Own : Service {};
     receiver.on([](const Own&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_AN_OWN_CLASS_THAT_OVERRIDES_NOTHING
+    struct Plain : Service {};
+    receiver.on([](const Plain&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_AN_OWN_REQUEST
+    receiver.on([](Request<Own>) {});
+#elif defined HANDLER_OF_AN_OWN_TABLE
+    struct Table : BinaryData {};
+    receiver.on<DataTypeBinaryNIT>([](const Table&) { return SuccessResponse(); });
+#elif defined HANDLER_OF_A_CLASS_WITHOUT_A_TYPE
+    receiver.on([](const NCLDocument&) { return SuccessResponse(); });
 #elif defined HANDLER_OF_A_BORROWED_REQUEST
     receiver.on([](const Request<Service>&) {});
 #elif defined NOT_A_HANDLER
@@ -52,6 +73,12 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
     tv.ask<Serializable>();
 #elif defined ASKED_FOR_NO_MESSAGE
     tv.ask<int>();
+#elif defined ASKED_FOR_AN_OWN_CLASS
+    tv.ask<Own>();
+#elif defined SENT_FOR_AN_OWN_CLASS
+    tv.send<Own>(Service());
+#elif defined COMPARED_WITH_AN_OWN_CLASS
+    tv.ask<Service>().reason().is<Own>();
 #elif defined ASKED_FOR_SEVERAL_TYPES
     tv.ask<BinaryData>();
 #elif defined ASKED_BY_NUMBER
@@ -64,6 +91,24 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
     tv.send(&service);
 #elif defined PUSHED_A_NUMBER
     publisher.push(7);
+#elif defined LISTENED_TO_ANY_TYPE
+    listener.on([](const auto&) {});
+#elif defined LISTENED_TO_A_TEXT
+    listener.on([](const char*) {});
+#elif defined LISTENED_TO_A_COPY
+    listener.on([](Service) {});
+#elif defined LISTENED_TO_A_MUTABLE_STATUS
+    listener.on([](ListenerStatus&) {});
+#elif defined LISTENED_TO_REQUESTS
+    listener.on([](Request<Service>) {});
+#elif defined LISTENED_TO_AN_OWN_CLASS
+    listener.on([](const Own&) {});
+#elif defined LISTENED_TO_SEVERAL_TYPES
+    listener.on([](const BinaryData&) {});
+#elif defined LISTENED_TO_ANOTHER_TYPE
+    listener.on<DataTypeBinaryNIT>([](const Service&) {});
+#elif defined LISTENED_AND_ANSWERED
+    listener.on([](const Service&) { return SuccessResponse(); });
 #elif defined MADE_A_BUFFER
     BinaryData table(DataTypeBinaryNIT);
     make(table.buffer);
@@ -71,5 +116,6 @@ void use(Receiver& receiver, Client& tv, Publisher& publisher, Request<Service>&
     static_cast<void>(receiver);
     static_cast<void>(tv);
     static_cast<void>(publisher);
+    static_cast<void>(listener);
     static_cast<void>(request);
 }

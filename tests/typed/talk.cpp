@@ -1,5 +1,6 @@
-// A receiver, a client and a publisher in one process, for applications without exceptions or run-time type
+// A receiver, a client, a publisher and a listener in one process, for applications without exceptions or run-time type
 // information.
+#include <atomic>
 #include <cstdio>
 #include <thread>
 
@@ -38,6 +39,24 @@ bool asks(Client&& tv)
     return holds;
 }
 
+bool hears()
+{
+    Publisher publisher("tcp");
+    std::atomic<int> heard{0};
+    Listener listener;
+    listener.on([&](const Service& service) { heard = service.serviceName == "Canal Um" ? 1 : 2; });
+    if (!expect(publisher && !publisher.push("nobody listens"), "the publisher is open")) return false;
+    if (!expect(listener.listen("127.0.0.1", publisher.port(), ChannelTcp), "the listener listens")) return false;
+    Service service;
+    service.serviceName = "Canal Um";
+    while (heard == 0) {
+        publisher.push(service);
+        std::this_thread::yield();
+    }
+    listener.stop();
+    return expect(heard == 1, "the listener hears the service");
+}
+
 }  // namespace
 
 int main()
@@ -55,6 +74,5 @@ int main()
     receiver.on(answerOnAThread);
     if (!expect(receiver.listen(0), "the receiver listens")) return 1;
     const bool holds = asks({"127.0.0.1", receiver.port()});
-    Publisher publisher("tcp");
-    return expect(publisher && !publisher.push("nobody listens"), "the publisher is open") && holds ? 0 : 1;
+    return hears() && holds ? 0 : 1;
 }

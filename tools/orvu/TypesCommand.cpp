@@ -48,9 +48,9 @@ std::unique_ptr<Serializable> make()
 constexpr Maker kMadeByApplications[] = {
 #define MAKER_Made(...)
 #define MAKER_NeverMade(Class) {Orvu::Class::kDataType, make<Orvu::Class>},
-#define ROW_AS(Type, Class, wireName, mapping, making) MAKER_##making(Class)
-#define ROW_WITHOUT_CLASS(...)
-#include "messages/core/Catalogue.def"
+#define ORVU_ROW_AS(Type, Class, wireName, mapping, making) MAKER_##making(Class)
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
 };
 
 /// Null when the library has no class for the type.

@@ -30,7 +30,8 @@ public:
     template <class Message>
     bool is() const
     {
-        return type_ == Detail::typeOfReceived(Detail::typeOfClass<Message>());
+        constexpr DataType type = Detail::typeOfReceived(Detail::typeOfClass<Message>());
+        return type_ == type;
     }
 
     friend bool operator==(const Reason& reason, DataType type) { return reason.type_ == type; }
@@ -120,7 +121,7 @@ public:
     template <DataType type>
     Reply<BinaryData> ask()
     {
-        static_assert(Detail::isBinaryTable(type),
+        static_assert(Detail::isOfClass<BinaryData, type>(),
                       "Orvu: only a binary table is asked for by its number: name the class of the message instead");
         BinaryData request(type);
         return exchange<BinaryData>(type, &request);
@@ -139,7 +140,7 @@ public:
     template <DataType wanted, class Request>
     Reply<BinaryData> send(Request&& request)
     {
-        static_assert(Detail::isBinaryTable(wanted),
+        static_assert(Detail::isOfClass<BinaryData, wanted>(),
                       "Orvu: only a binary table is asked for by its number: name the class of the message instead");
         return Detail::withMessage(std::forward<Request>(request),
                                    [this](Serializable* message) { return exchange<BinaryData>(wanted, message); });

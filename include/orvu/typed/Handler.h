@@ -1,13 +1,16 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "orvu/typed/Request.h"
 
 /// \file
-/// How a handler's parameter says which requests it takes. Not for applications.
+/// How a handler's parameter says which messages it takes, and where handlers are kept. Not for applications.
 
 namespace Orvu {
 namespace Detail {
@@ -58,10 +61,20 @@ struct MessageOf<Request<Message>> {
 template <class Message>
 struct MessageOf<const Request<Message>&> : MessageOf<void> {};
 
+/// Whether a handler may take messages of this class. An application's own class is an error.
+template <class Message>
+constexpr bool isTaken()
+{
+    static_assert(!isMessage<Message> || isCatalogued<Message>,
+                  "Orvu: the library makes no messages of this class: name one of its own, such as Orvu::ServiceList");
+    return isCatalogued<Message>;
+}
+
 template <class Type>
 inline constexpr bool isAnswer = std::is_same_v<Type, Answer> || isMessage<Type> || isMessagePointer<Type>;
 
-/// What a callable says about itself. Its checks are written so that the first error is the one that helps.
+/// What a callable says about itself as a handler of a Receiver. Its checks are written so that the first error is the
+/// one that helps.
 template <class Callable>
 struct HandlerTraits {
     using Call = CallOf<std::decay_t<Callable>>;
@@ -69,7 +82,7 @@ struct HandlerTraits {
     using Message = typename Parameter::Type;
     using Result = typename Call::ResultType;
     static constexpr bool isDeferred = Parameter::isDeferred;
-    static constexpr bool takesAMessage = isReceivedClass<Message>;
+    static constexpr bool takesAMessage = isTaken<Message>();
     static constexpr bool answers = isDeferred ? std::is_void_v<Result> : isAnswer<Result>;
     static constexpr bool isGood = takesAMessage && answers;
 
@@ -82,7 +95,7 @@ struct HandlerTraits {
                   "Orvu: a handler that takes an Orvu::Request returns nothing: it calls request.answer()");
 };
 
-/// A registered handler.
+/// A registered handler of a Receiver.
 class Handler {
 public:
     virtual ~Handler() = default;
@@ -107,6 +120,53 @@ public:
 
 private:
     Callable callable_;
+};
+
+/// The handlers of a Receiver or a Listener, by the numbers of their types. Fixed once they are closed; then any thread
+/// may use them.
+template <class Kind>
+class Handlers {
+public:
+    /// `owner` is named in log lines.
+    explicit Handlers(const char* owner) : owner_(owner) {}
+
+    /// False, with a log line, once they are closed, and for a type that has one. One that is never called, because no
+    /// message `isReceived`, is a fault.
+    bool add(DataType type, bool isReceived, std::unique_ptr<Kind> handler)
+    {
+        const std::string name = '"' + std::string(Serializable::dataTypeString(type)) + '"';
+        if (isReceived || isClosed_) return put(byType_[typeOfReceived(type)], std::move(handler), name.c_str());
+        fault_ = "there is a handler for " + name + ", and no message of this type can be received";
+        return true;
+    }
+
+    /// The same for a handler that is kept elsewhere, at `place`.
+    template <class Other>
+    bool put(std::unique_ptr<Other>& place, std::unique_ptr<Other> handler, const char* name)
+    {
+        if (isClosed_ || place) {
+            OrvuRestInterface::log(isClosed_ ? "%s: the handler for %s comes too late: it has listened"
+                                             : "%s: there is a handler for %s already",
+                                   owner_, name);
+            return false;
+        }
+        place = std::move(handler);
+        return true;
+    }
+
+    void close() { isClosed_ = true; }
+    void clear() { byType_.clear(); }
+
+    /// Null without one.
+    Kind* at(DataType type) const { return type < byType_.size() ? byType_[type].get() : nullptr; }
+    /// Why nobody can listen with them; empty when somebody can.
+    const std::string& fault() const { return fault_; }
+
+private:
+    const char* const owner_;
+    std::vector<std::unique_ptr<Kind>> byType_{kTypeCount};
+    std::string fault_;
+    std::atomic<bool> isClosed_{false};
 };
 
 }  // namespace Detail

@@ -1,14 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <type_traits>
 #include <utility>
 
-#include "orvu/BinaryData.h"
-#include "orvu/OrvuRestInterface.h"
-#include "orvu/PlatformCapabilities.h"
-#include "orvu/Results.h"
-#include "orvu/Serializable.h"
+#include "orvu/Orvu.h"
 
 /// \file
 /// What the other headers in this folder know about the classes and types of messages. Not for applications.
@@ -16,29 +13,31 @@
 namespace Orvu {
 namespace Detail {
 
+/// The catalogue's words.
+inline constexpr bool Made = true, NeverMade = false;
+
 /// Whether the library makes a message of the type when it receives one.
 constexpr bool isReceived(DataType type)
 {
     switch (type) {
-        case DataTypeEmptyData:
-        case DataTypePos:
-        case DataTypeCodecsSupported:
-        case DataTypePersistentVariableValue:
-        case DataTypeContentDescription:
-        case DataTypeLinkageDescriptor:
-        case DataTypeHyperlinkDescriptor:
-        case DataTypeSeriesDescriptor:
-        case DataTypeEventGroupDescriptor:
-        case DataTypeEventGroup:
-        case DataTypeComponentGroup:
-        case DataTypeComponentGroupDescriptor:
-        case DataTypeCAUnit:
-        case DataTypeSiCacheUnavailable:
-            return false;
+#define ORVU_ROW_AS(type, Class, word, mapping, making) \
+    case type:                                          \
+        return making;
+#define ORVU_ROW_WITHOUT_CLASS(type, ...) \
+    case type:                            \
+        return false;
+#include "orvu/Catalogue.def"
         default:
             return true;
     }
 }
+
+/// The numbers of the types are below this one.
+inline constexpr std::size_t kTypeCount = 0
+#define ORVU_ROW_AS(...) +1
+#define ORVU_ROW_WITHOUT_CLASS(...) +1
+#include "orvu/Catalogue.def"
+    ;
 
 /// Whether a message of the type can be sent by itself: those that never write a "HEADER" only travel inside others.
 constexpr bool isSent(DataType type)
@@ -58,53 +57,51 @@ constexpr bool isSent(DataType type)
 template <class Type>
 inline constexpr bool isMessage = std::is_base_of_v<Serializable, Type> && !std::is_same_v<Serializable, Type>;
 
-/// Whether `Type` is a class of messages that the library receives; one that derives from such a class is not received.
-template <class Type, class = void>
-inline constexpr bool isReceivedClass = false;
+/// How many types the catalogue has for a class; none for one that derives from a class of the catalogue.
 template <class Type>
-inline constexpr bool isReceivedClass<Type, std::enable_if_t<isMessage<Type>>> =
-    std::is_same_v<decltype(&Type::serialize), char* (Type::*)()>;
+inline constexpr int typeCount = 0
+#define ORVU_ROW_AS(type, Class, ...) +std::is_same_v<Type, Class>
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
+    ;
+template <class Type>
+inline constexpr bool isCatalogued = typeCount<Type> > 0;
 
-template <class Message, class = void>
-inline constexpr bool hasOneType = false;
-template <class Message>
-inline constexpr bool hasOneType<Message, std::void_t<decltype(Message::kDataType)>> = true;
+/// Whether a message of `wanted` is a `Message`. Bounds are those of DataTypeBounds, though their own type is another.
+template <class Message, DataType wanted>
+constexpr bool isOfClass()
+{
+    switch (wanted) {
+#define ORVU_ROW_AS(type, Class, ...) \
+    case type:                        \
+        return std::is_same_v<Message, Class>;
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
+        default:
+            return false;
+    }
+}
 
-/// The type that "HEADER" names for a class of one type. That of Bounds is not its own: it has a position's.
+/// The type that "HEADER" names for a class of one type.
 template <class Message>
 constexpr DataType typeOfClass()
 {
-    static_assert(isReceivedClass<Message>,
-                  "Orvu: this is not a message of the library: name one of its classes, such as Orvu::ServiceList");
-    static_assert(!isReceivedClass<Message> || hasOneType<Message>,
+    static_assert(isCatalogued<Message>,
+                  "Orvu: the library makes no messages of this class: name one of its own, such as Orvu::ServiceList");
+    static_assert(typeCount<Message> < 2,
                   "Orvu: this class has several types: name the type instead, such as Orvu::DataTypeBinaryNIT");
-    if constexpr (std::is_same_v<Message, Bounds>)
-        return DataTypeBounds;
-    else if constexpr (isReceivedClass<Message> && hasOneType<Message>)
-        return Message::kDataType;
-    else
-        return DataTypeUnknown;
+    DataType found = DataTypeUnknown;
+#define ORVU_ROW_AS(type, Class, ...) \
+    if (std::is_same_v<Message, Class>) found = type;
+#define ORVU_ROW_WITHOUT_CLASS(...)
+#include "orvu/Catalogue.def"
+    return found;
 }
 
 /// What getDataType() says of a received message whose "HEADER" names `type`.
 constexpr DataType typeOfReceived(DataType type)
 {
     return type == DataTypeBounds ? DataTypePos : type;
-}
-
-constexpr bool isBinaryTable(DataType type)
-{
-    return type >= DataTypeBinaryNIT && type <= DataTypeBinaryEPG;
-}
-
-/// Whether a message of `type` is a `Message`.
-template <class Message, DataType type>
-constexpr bool isOfClass()
-{
-    if constexpr (std::is_same_v<Message, BinaryData>)
-        return isBinaryTable(type);
-    else
-        return typeOfClass<Message>() == type;
 }
 
 /// `held` as the class that its type names.

@@ -8,7 +8,6 @@
 #include <string>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include "orvu/typed/Handler.h"
 
@@ -17,18 +16,14 @@ namespace Detail {
 
 /// What a Receiver shares with the handlers that run.
 struct Receiving {
-    std::vector<std::unique_ptr<Handler>> handlers;  // by the numbers of their types; fixed once it listens
-    std::string fault;                               // of a handler; empty without one
+    Handlers<Handler> handlers{"Orvu::Receiver"};  // closed once it has listened
 
     std::atomic<unsigned> waiting{0};     // threads that wait in stop()
     std::atomic<std::size_t> running{0};  // handlers; more of them only under Listening::mutex
     // Those below are guarded by Listening::mutex.
-    bool hasListened = false;
     bool isStopping = false;
     std::size_t stopping = 0;  // handlers that wait in stop() for the others
     std::condition_variable changed;
-
-    Handler* handlerFor(DataType type) const { return type < handlers.size() ? handlers[type].get() : nullptr; }
 };
 
 /// The one of this process that listens.
@@ -100,7 +95,7 @@ inline void* onRequest(OrvuRestRequest* request)
     if (!running) return nullptr;
     const Serializable* const message = question->getData();
     const DataType type = message ? message->getDataType() : DataTypeUnknown;
-    if (Handler* const handler = running->handlerFor(type)) {
+    if (Handler* const handler = running->handlers.at(type)) {
         handler->serve(std::move(question));
     } else if (type == DataTypeUnknown) {
         question.answer(UnknowRequest());
@@ -169,7 +164,7 @@ public:
     /// for a type that is never received. Replaces the facade's callback. Can listen again after stop().
     bool listen(int port)
     {
-        if (!receiving_->fault.empty()) return fail(receiving_->fault);
+        if (!receiving_->handlers.fault().empty()) return fail(receiving_->handlers.fault());
         if (!become()) return false;
         OrvuRestInterface& facade = *OrvuRestInterface::getInstance();
         facade.registerRequestCallback(Detail::onRequest);
@@ -226,33 +221,8 @@ private:
     template <class Callable>
     bool add(DataType type, Callable callable)
     {
-        return isFree(type) && put(type, std::make_unique<Detail::HandlerOf<Callable>>(std::move(callable)));
-    }
-
-    bool isFree(DataType type)
-    {
-        const char* const name = Serializable::dataTypeString(type);
-        const std::lock_guard<std::mutex> lock(listening().mutex);
-        if (receiving_->hasListened) {
-            OrvuRestInterface::log("Orvu::Receiver: the handler for \"%s\" comes too late: it has listened", name);
-            return false;
-        }
-        if (!receiving_->handlerFor(Detail::typeOfReceived(type))) return true;
-        OrvuRestInterface::log("Orvu::Receiver: there is a handler for \"%s\" already", name);
-        return false;
-    }
-
-    bool put(DataType type, std::unique_ptr<Detail::Handler> handler)
-    {
-        if (!Detail::isReceived(type)) {
-            receiving_->fault = "there is a handler for \"" + std::string(Serializable::dataTypeString(type)) +
-                                "\", and no message of this type can be received";
-            return true;
-        }
-        const DataType key = Detail::typeOfReceived(type);
-        if (key >= receiving_->handlers.size()) receiving_->handlers.resize(key + 1U);
-        receiving_->handlers[key] = std::move(handler);
-        return true;
+        return receiving_->handlers.add(type, Detail::isReceived(type),
+                                        std::make_unique<Detail::HandlerOf<Callable>>(std::move(callable)));
     }
 
     /// Becomes the one that listens.
@@ -263,7 +233,7 @@ private:
         if (listening().receiving) return failLocked("another receiver of this process listens");
         if (OrvuRestInterface::getInstance()->requestPort() != 0)
             return failLocked("this process listens for requests already, without a receiver");
-        receiving_->hasListened = true;
+        receiving_->handlers.close();
         receiving_->isStopping = false;
         listening().receiving = receiving_;
         return true;
