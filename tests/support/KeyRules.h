@@ -13,8 +13,8 @@
 #include "support/Messages.h"
 
 /// \file
-/// What holds for every key of every message that is read by its own text. A test of a family instantiates AMessage with
-/// what its messages' keys are; the rules themselves are in KeyRules.cpp, which orvu_message_tests() links:
+/// What holds for every key of every message that is read by its own text. A test of a family instantiates AMessage
+/// with what its messages' keys are; the rules themselves are in KeyRules.cpp, which orvu_message_tests() links:
 ///
 ///     INSTANTIATE_TEST_SUITE_P(Services, AMessage, testing::Values(
 ///         keysOf<ServiceTime>("ServiceTime", {required(text("time", &ServiceTime::time))})), nameOf);
