@@ -135,10 +135,12 @@ const std::vector<Described>& rows()
      }},
 #define WRITER(Class, text) {#Class, "serialize", text, nullptr, nullptr, nullptr},
 #define ENUMERATOR(...)
+#define WORDS(...)
 #include "fields.inc"
 #undef FIELD
 #undef WRITER
 #undef ENUMERATOR
+#undef WORDS
     };
     return kRows;
 }

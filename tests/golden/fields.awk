@@ -1,5 +1,6 @@
 # Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description
-# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text").
+# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text"). And for
+# each enumeration that has two functions for its words: WORDS(enumeration, function to a word, function from a word).
 
 function quoted(text)
 {
@@ -32,6 +33,16 @@ function nameIn(code)
     sub(/\[[0-9]+\]$/, "", code)
     sub(/^.*[ *]/, "", code)
     return code
+}
+
+/^class ORVU_EXPORT / { holder = $3 }
+/^    static const char\* [A-Za-z]+\([A-Z][A-Za-z]+ [a-z]+\);/ {
+    split($4, parts, "(")
+    toWord[parts[2]] = holder "::" parts[1]
+}
+/^    static [A-Z][A-Za-z]+ [A-Za-z]+\(std::string [a-z]+\);/ {
+    split($3, parts, "(")
+    toValue[$2] = holder "::" parts[1]
 }
 
 /^class ORVU_EXPORT .* : public Serializable/ { owner = $3; isMessage = 1; next }
@@ -68,4 +79,10 @@ isMessage {
     if (code ~ /[;}{:]$/ || line ~ /^ *$/) code = above = ""
 }
 
-END { flush() }
+END {
+    flush()
+    for (enumeration in toWord) {
+        if (!(enumeration in toValue)) continue
+        print "WORDS(" enumeration ", " toWord[enumeration] ", " toValue[enumeration] ")"
+    }
+}

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "orvu/ServiceContext.h"
-#include "support/Messages.h"
 #include "support/Samples.h"
 
 /// The examples that the schemas give, and those of examples/answers, as the library reads them.
@@ -61,10 +60,8 @@ void addExamplesOf(std::vector<Example>& all, const std::string& message, const 
 std::vector<Example> schemaExamples()
 {
     std::vector<Example> all;
-    for (const Sample& sample : samples()) {
-        const std::string file = std::string(ORVU_SCHEMAS) + "/" + sample.name + ".schema.json";
-        addExamplesOf(all, sample.name, treeOf(contentOf(file)).get());
-    }
+    for (const Sample& sample : samples())
+        addExamplesOf(all, sample.name, schemaOf(sample.name).get());
     return all;
 }
 

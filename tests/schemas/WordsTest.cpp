@@ -1,12 +1,9 @@
-#include <fstream>
 #include <gtest/gtest.h>
 #include <ostream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "support/Messages.h"
 #include "support/Samples.h"
 
 /// The words that the schemas list for a key, and those of them of which they say that they are not read back.
@@ -43,13 +40,6 @@ std::set<std::string> textsIn(const cJSON* list)
         texts.insert(cJSON_GetStringValue(item));
     }
     return texts;
-}
-
-Tree schemaOf(const std::string& message)
-{
-    std::ostringstream text;
-    text << std::ifstream(std::string(ORVU_SCHEMAS) + "/" + message + ".schema.json", std::ios::binary).rdbuf();
-    return treeOf(text.str());
 }
 
 void addKeysOf(std::vector<WordKey>& all, const std::string& message, const std::string& parent, const cJSON* schema)

@@ -109,6 +109,7 @@ class Schemas(unittest.TestCase):
             with self.subTest(path.name):
                 answer = json.loads(path.read_text())
                 validator(answer["HEADER"]).validate(answer)
+                self.assertEqual(path.read_text(), path.read_text().strip())  # as the library writes it
 
     def test_accept_their_examples(self):
         """But for keys that the examples leave out."""

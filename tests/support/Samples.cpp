@@ -1,12 +1,13 @@
 #include "support/Samples.h"
 
 #include <algorithm>
+#include <fstream>
 #include <iterator>
 #include <regex>
+#include <sstream>
 #include <type_traits>
 
 #include "messages/core/NewMessage.h"
-#include "support/Messages.h"
 #include "support/SampleFields.h"
 #include "support/WrittenTexts.h"
 
@@ -81,6 +82,13 @@ const std::vector<SecondText>& secondTexts()
         second("persistProperty-properties", &PersistProperty::serializeProperties),
     };
     return kTexts;
+}
+
+Tree schemaOf(const std::string& name)
+{
+    std::ostringstream text;
+    text << std::ifstream(std::string(ORVU_SCHEMAS) + "/" + name + ".schema.json", std::ios::binary).rdbuf();
+    return treeOf(text.str());
 }
 
 std::string withoutBornTimes(const std::string& text)

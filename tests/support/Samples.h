@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "orvu/Serializable.h"
+#include "support/Messages.h"
 
 namespace OrvuTests {
 
@@ -30,6 +31,9 @@ struct SecondText {
     std::function<std::string()> filled;
 };
 const std::vector<SecondText>& secondTexts();
+
+/// The schema of what a sample writes, by the sample's name.
+Tree schemaOf(const std::string& name);
 
 /// The text with 0 for the times at which client applications were made: those of new ones are the clock's.
 std::string withoutBornTimes(const std::string& text);
