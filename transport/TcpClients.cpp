@@ -43,7 +43,7 @@ struct TcpClients::Delivery {
     bool isWorthWaiting() const { return isWaiting() && !client->stalled; }
 
     std::shared_ptr<Client> client;
-    Outgoing bytes;
+    Outgoing bytes{nullptr, 0};
 };
 
 TcpClients::TcpClients() = default;
@@ -62,6 +62,7 @@ void TcpClients::take(Socket connection)
         auto client = std::make_shared<Client>(std::move(connection));
         const std::lock_guard<std::mutex> lock(mutex_);
         if (isOpen_) clients_.push_back(std::move(client));
+        haveChanged_ = true;
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestServerTcpSocket::serverThread: ERROR out of memory!");
     }
@@ -75,15 +76,24 @@ void TcpClients::drop()
         for (const auto& client : clients_)
             client->socket.shutdown();  // a push may still hold it
         clients_.clear();
+        haveChanged_ = true;
     }
-    const std::lock_guard<std::mutex> untilThePushEnds(sending_);
+    forgetUnlisted();
 }
 
 bool TcpClients::makeRoom()
 {
     if (!unlistGone()) return false;
-    const std::lock_guard<std::mutex> untilThePushEnds(sending_);  // it may still hold their descriptors
+    forgetUnlisted();
     return true;
+}
+
+/// Closes the descriptors of clients that are listed no more, once the push in progress has ended.
+void TcpClients::forgetUnlisted()
+{
+    const std::lock_guard<std::mutex> untilThePushEnds(sending_);
+    deliveries_.clear();
+    haveChanged_ = true;
 }
 
 /// A bare end of stream comes last: the peer may still read.
@@ -115,19 +125,26 @@ bool TcpClients::send(const unsigned char* data, unsigned int size)
     prepare(data, size);
     for (std::size_t i = 0; size == 0 && i < deliveries_.size(); ++i)
         logLine("OrvuRestServerTcpSocket::send: ERROR data is empty!");
-    const bool anybody = size > 0 && handOut();
-    deliveries_.clear();  // they keep no client that has left
-    return anybody;
+    return size > 0 && handOut();
 }
 
-/// Takes all the memory that the push needs, before its first byte goes out.
 void TcpClients::prepare(const unsigned char* data, unsigned int size)
 {
+    if (haveChanged_) addressAll();
+    for (Delivery& delivery : deliveries_)
+        delivery.bytes = Outgoing(data, size);
+}
+
+/// Takes all the memory that a push needs, before its first byte goes out.
+void TcpClients::addressAll()
+{
+    deliveries_.clear();
     const std::lock_guard<std::mutex> lock(mutex_);
     deliveries_.reserve(clients_.size());
     waiting_.reserve(clients_.size());
     for (const auto& client : clients_)
-        deliveries_.push_back({client, Outgoing(data, size)});
+        deliveries_.push_back({client});
+    haveChanged_ = false;
 }
 
 /// Gives the clients that could not take the push whole the rest, as they make room for it.
