@@ -34,7 +34,7 @@ private:
     void joinEnding();
 
     WebSocketPlace place_;
-    std::mutex pushing_;  // one push at a time
+    PushTarget target_;
 
     std::mutex mutex_;  // guards what follows; never held while joining
     bool isOpen_ = false;

@@ -42,6 +42,15 @@ void WebSocketConnection::serve()
 {
     if (shakesHands()) clientReadThread();
     place_.end(*this);
+    leaveTarget();
+}
+
+/// Waits until no push uses the connection; one in progress ends, since the connection has ended.
+void WebSocketConnection::leaveTarget()
+{
+    if (target_.client != this) return;
+    const std::lock_guard<std::mutex> lock(target_.writing);
+    if (target_.client == this) target_.client = nullptr;
 }
 
 bool WebSocketConnection::shakesHands()
@@ -62,7 +71,6 @@ bool WebSocketConnection::doHanshake()
     const std::optional<std::string> response = getHSresponse(request_.text());
     if (!response) return false;
     request_.dropText();
-    const std::lock_guard<std::mutex> beforeAnyPush(writing_);
     if (place_.give(shared_from_this())) return answer(*response);
     if (!isOver_) logLine("OrvuRestServerWebSocket::serverThread: Already have a client... ignoring connection.");
     return false;
@@ -81,7 +89,6 @@ void WebSocketConnection::readOpeningRequest()
     }
 }
 
-/// For whoever holds `writing_`.
 bool WebSocketConnection::answer(const std::string& response)
 {
     logLine(
@@ -91,10 +98,12 @@ bool WebSocketConnection::answer(const std::string& response)
     socket_.sendAtOnce();
     socket_.keepAlive();
     Outgoing answer(response.data(), response.size());
+    const std::lock_guard<std::mutex> beforeAnyPush(target_.writing);
     if (!answer.finish(socket_.fd(), kFrameTime)) {
         place_.end(*this);
         return false;
     }
+    target_.client = this;
     logLine("OrvuRestServerWebSocket::doHanshake: doHanshake <<--");
     return true;
 }
@@ -180,17 +189,16 @@ void WebSocketConnection::echo(const std::string& text)
     if (text.empty()) return;
     logLine("OrvuRestServerWebSocket::clientReadThread: Received msg: echo back to client: %.*s",
             shownSize(text.size()), text.data());
-    const std::lock_guard<std::mutex> lock(writing_);
+    const std::lock_guard<std::mutex> lock(target_.writing);
     sendframe(text.data(), text.size(), WS_FR_OP_TXT);
 }
 
 ssize_t WebSocketConnection::push(const void* data, std::size_t size)
 {
-    const std::lock_guard<std::mutex> lock(writing_);
     return isOver_ ? 0 : sendframe(data, size, WS_FR_OP_BIN);
 }
 
-/// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing_`.
+/// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing`.
 ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int opcode)
 {
     const FrameHeader header(opcode, static_cast<unsigned>(size));

@@ -35,12 +35,6 @@ bool WebSocketPlace::isFreeFor(const WebSocketConnection* newcomer, Lock& lock)
     return !client_;
 }
 
-WebSocketPlace::Connection WebSocketPlace::client()
-{
-    const Lock lock(mutex_);
-    return client_;
-}
-
 bool WebSocketPlace::isAttached(const WebSocketConnection& connection)
 {
     const Lock lock(mutex_);

@@ -19,8 +19,6 @@ public:
     /// The same question for a newcomer whose opening request is whole: unless refused, it is attached, and its reader
     /// counts as busy. False as well for one that was ended.
     bool give(const Connection& newcomer);
-    /// The attached client; null without one.
-    Connection client();
     bool isAttached(const WebSocketConnection& connection);
 
     /// Ends a connection; an attached one leaves the place.
