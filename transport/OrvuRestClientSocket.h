@@ -80,7 +80,7 @@ private:
     ORVU_LOCAL ~OrvuRestClientSocket();
 
     ORVU_LOCAL void setPeer(Peer peer);
-    ORVU_LOCAL Peer peer();
+    ORVU_LOCAL Peer peerAt(const Address* own);
     ORVU_LOCAL bool canConnect(const Address* address, const void* group);
     // Those below have the remembered peer where `address` is null.
     ORVU_LOCAL Connection connect(const Address* address, int timeoutSeconds, ExchangeNotes& notes, InGroup* exchange);
