@@ -19,13 +19,12 @@ namespace {
 constexpr int kTimeoutSeconds = 5;
 constexpr int kNoTimeout = 0;
 
-/// The time-out that goes with a confirmation screen which waits for the user, and with everything else.
+/// The time-out that goes with a confirmation screen which waits for the user, and with everything else. An object of a
+/// class without run-time type information does not say whether it is such a screen: any class may have that number.
 int timeoutFor(Serializable* request)
 {
-    if (!request || request->getDataType() != DataTypeConfirmationScreen) return kTimeoutSeconds;
-    // A class built without run-time type information cannot be asked: its type number is all there is.
-    const auto* const screen = typeOf(*request) ? dynamic_cast<const ConfirmationScreen*>(request)
-                                                : static_cast<const ConfirmationScreen*>(request);
+    if (!request || request->getDataType() != DataTypeConfirmationScreen || !typeOf(*request)) return kTimeoutSeconds;
+    const auto* const screen = dynamic_cast<const ConfirmationScreen*>(request);
     return screen && !screen->dispose ? kNoTimeout : kTimeoutSeconds;
 }
 
