@@ -27,7 +27,8 @@ bool setTimeout(const Socket& socket, int option, int seconds, ExchangeNotes& no
 }
 
 /// Whether the whole text went out.
-bool sendText(const Connection& connection, const char* text, std::size_t size, Seconds patience, ExchangeNotes& notes)
+bool sendText(const ConnectionInFlight& connection, const char* text, std::size_t size, Seconds patience,
+              ExchangeNotes& notes)
 {
     notes.enter(ExchangePhaseNotSent);
     std::size_t sent = 0;
@@ -107,7 +108,7 @@ Serializable* answerIn(const FrameText& text, ExchangeNotes& notes, const PeerNa
 }
 
 /// Sends the text and reads the answer's; none when either fails.
-std::optional<FrameText> ask(const Connection& connection, JsonText text, std::size_t size, Seconds patience,
+std::optional<FrameText> ask(const ConnectionInFlight& connection, JsonText text, std::size_t size, Seconds patience,
                              ExchangeNotes& notes)
 {
     const bool isSent = sendText(connection, text.get(), size, patience, notes);
@@ -154,7 +155,7 @@ bool setTimeouts(const Socket& socket, int seconds, ExchangeNotes& notes)
     return true;
 }
 
-Serializable* exchangeOn(Connection connection, Serializable& request, Seconds patience, ExchangeNotes& notes,
+Serializable* exchangeOn(ConnectionInFlight connection, Serializable& request, Seconds patience, ExchangeNotes& notes,
                          const PeerName& peerName)
 {
     notes.enter(ExchangePhaseNothingToSend);

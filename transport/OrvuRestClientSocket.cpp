@@ -16,7 +16,7 @@
 namespace Orvu {
 namespace {
 
-constexpr int kTimeoutSeconds = 5;
+constexpr int kTimeoutSeconds = kPatience.count();
 constexpr int kNoTimeout = 0;
 
 /// The time-out that goes with a confirmation screen which waits for the user, and with everything else. An object of a
@@ -48,7 +48,7 @@ std::shared_ptr<OrvuRestClientSocket> existing()
 OrvuRestClientSocket::OrvuRestClientSocket() : inFlight_(std::make_shared<InFlight>()) {}
 OrvuRestClientSocket::~OrvuRestClientSocket() = default;
 
-std::shared_ptr<OrvuRestClientSocket> OrvuRestClientSocket::shared()
+std::shared_ptr<OrvuRestClientSocket> OrvuRestClientSocket::sharedInstance()
 {
     const std::lock_guard<StaticMutex> lock(instanceMutex);
     try {
@@ -61,7 +61,7 @@ std::shared_ptr<OrvuRestClientSocket> OrvuRestClientSocket::shared()
 
 OrvuRestClientSocket* OrvuRestClientSocket::getInstance()
 {
-    return shared().get();
+    return sharedInstance().get();
 }
 
 void OrvuRestClientSocket::destroyInstance()
@@ -145,8 +145,8 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
     const auto untilItReturns = shared_from_this();
     try {
         ExchangeNotes notes;
-        Connection connection = connect(nullptr, timeoutSeconds, notes, nullptr);
-        Socket socket = connection.takeSocket();
+        ConnectionInFlight connection = connect(nullptr, timeoutSeconds, notes, nullptr);
+        Socket socket = connection.releaseSocket();
         return connection.isWanted() && socket ? socket.release() : 0;
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestClientSocket::connectSocket: ERROR out of memory!");
@@ -155,8 +155,8 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
 }
 
 /// Empty on any failure.
-Connection OrvuRestClientSocket::connect(const Address* own, int timeoutSeconds, ExchangeNotes& notes,
-                                         InGroup* exchange)
+ConnectionInFlight OrvuRestClientSocket::connect(const Address* own, int timeoutSeconds, ExchangeNotes& notes,
+                                                 InGroup* exchange)
 {
     logLine("OrvuRestClientSocket::connectSocket: -- init");
     notes.enter(ExchangePhaseNoPeer);
@@ -170,7 +170,7 @@ Connection OrvuRestClientSocket::connect(const Address* own, int timeoutSeconds,
     if (!socket) return {};
     const std::optional<in_addr> address = findHost(peer.host, notes);
     if (!address || !setTimeouts(socket, timeoutSeconds, notes)) return {};
-    Connection connection(std::move(socket), inFlight_, begun, exchange);
+    ConnectionInFlight connection(std::move(socket), inFlight_, begun, exchange);
     const int error = connection ? connectTo(connection.fd(), *address, peer.port, Seconds(timeoutSeconds)) : 0;
     if (!connection.isWanted()) {
         notes.cancel();
@@ -215,7 +215,7 @@ Serializable* OrvuRestClientSocket::exchange(const Address* address, Serializabl
         return make<UnknowRequest>();
     }
     InGroup inGroup(*inFlight_, notes.group());
-    Connection connection = connect(address, timeoutSeconds, notes, &inGroup);
+    ConnectionInFlight connection = connect(address, timeoutSeconds, notes, &inGroup);
     if (!connection) {
         logLine("OrvuRestClientSocket::send: ERROR cannot connect to server");
         return make<CannotConnectToServer>();

@@ -14,6 +14,10 @@ using Deadline = std::chrono::steady_clock::time_point;
 /// Later than anything that happens.
 constexpr Deadline kNever = Deadline::max();
 
+/// How long a peer may take for the next step of what it has begun, such as its handshake, or to make room for more
+/// bytes.
+constexpr Seconds kPatience(5);
+
 /// The end of a wait that begins now.
 inline Deadline after(Seconds wait)
 {

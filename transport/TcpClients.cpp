@@ -1,6 +1,7 @@
 #include "transport/TcpClients.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <optional>
 
@@ -9,8 +10,6 @@
 
 namespace Orvu {
 namespace {
-
-constexpr Seconds kPushTime(5);
 
 short statesOf(const Socket& socket, short wanted)
 {
@@ -108,7 +107,7 @@ bool TcpClients::unlist(bool (Client::*isGone)() const)
 {
     std::size_t kept = 0;
     for (std::shared_ptr<Client>& client : clients_) {
-        if ((*client.*isGone)()) {
+        if (std::invoke(isGone, *client)) {
             client->socket.shutdown();  // a push may hold it
         } else {
             clients_[kept++].swap(client);
@@ -157,7 +156,7 @@ void TcpClients::finish()
             if (delivery.isWorthWaiting()) waiting_.push_back({delivery.client->socket.fd(), POLLOUT, 0});
         }
         if (waiting_.empty()) return;
-        if (!end) end = after(kPushTime);
+        if (!end) end = after(kPatience);
         inTime = waitForAny(waiting_.data(), waiting_.size(), *end);
         // At the end all are tried once more: the system reports room only once there is plenty.
         for (Delivery& delivery : deliveries_) {

@@ -14,8 +14,6 @@
 namespace Orvu {
 namespace {
 
-constexpr Seconds kHandshakeTime(5);
-constexpr Seconds kFrameTime(5);
 constexpr int kReaderPauseMilliseconds = 60 * 1000;
 constexpr std::size_t kReceiveSize = 2 * 1024;
 
@@ -78,7 +76,7 @@ bool WebSocketConnection::doHanshake()
 
 void WebSocketConnection::readOpeningRequest()
 {
-    SocketSource source(socket_.fd(), kHandshakeTime, after(kHandshakeTime));
+    SocketSource source(socket_.fd(), kPatience, after(kPatience));
     char bytes[kReceiveSize];
     while (!request_.canBeJudged()) {
         const ssize_t got = source.read(bytes, sizeof bytes);
@@ -99,7 +97,7 @@ bool WebSocketConnection::answer(const std::string& response)
     socket_.keepAlive();
     Outgoing answer(response.data(), response.size());
     const std::lock_guard<std::mutex> beforeAnyPush(target_.writing);
-    if (!answer.finish(socket_.fd(), kFrameTime)) {
+    if (!answer.finish(socket_.fd(), kPatience)) {
         place_.end(*this);
         return false;
     }
@@ -119,7 +117,8 @@ void WebSocketConnection::clientReadThread()
     logLine("OrvuRestServerWebSocket::clientReadThread end");
 }
 
-/// What came together with the end of the opening request. False when the client is to be let go, as of the functions below.
+/// What came together with the end of the opening request. False when the client is to be let go, as of the functions
+/// below.
 bool WebSocketConnection::handleEarly()
 {
     const std::string early = std::move(early_);
@@ -208,7 +207,7 @@ ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int o
     const bool isOpen = frame.offer(socket_.fd());
     if (frame.left() == 0) return static_cast<ssize_t>(whole);
     if (isOpen && frame.left() == whole) return -1;  // no room for its first byte: dropped whole
-    if (isOpen && frame.finish(socket_.fd(), kFrameTime, after(kFrameTime))) return static_cast<ssize_t>(whole);
+    if (isOpen && frame.finish(socket_.fd(), kPatience, after(kPatience))) return static_cast<ssize_t>(whole);
     place_.end(*this);  // its stream ends in the middle of a frame: nothing may follow
     return -1;
 }

@@ -20,8 +20,8 @@ struct PushTarget {
     std::atomic<WebSocketConnection*> client{nullptr};
 };
 
-/// One connection of a WebSocket push server: its handshake, the frames that it sends and the echo. A reader thread serves
-/// it; push() and shutdown() are for any thread.
+/// One connection of a WebSocket push server: its handshake, the frames that it sends and the echo. A reader thread
+/// serves it; push() and shutdown() are for any thread.
 class WebSocketConnection : public std::enable_shared_from_this<WebSocketConnection> {
 public:
     /// `place` and `target` stay the caller's.
@@ -32,8 +32,8 @@ public:
     /// From the opening request to the end, for the reader thread.
     void serve();
 
-    /// Sends one binary frame to the client of the target, for whoever holds `writing` of that. The bytes that went out, its
-    /// header counted; 0 when the connection has been ended meanwhile, -1 when writing failed.
+    /// Sends one binary frame to the client of the target, for whoever holds `writing` of that. The bytes that went
+    /// out, its header counted; 0 when the connection has been ended meanwhile, -1 when writing failed.
     ssize_t push(const void* data, std::size_t size);
 
     // What the place knows of it:

@@ -17,7 +17,7 @@ bool WebSocketPlace::isTaken()
     return !isFreeFor(nullptr, lock);
 }
 
-bool WebSocketPlace::give(const Connection& newcomer)
+bool WebSocketPlace::give(const std::shared_ptr<WebSocketConnection>& newcomer)
 {
     Lock lock(mutex_);
     if (!isFreeFor(newcomer.get(), lock) || newcomer->isOver()) return false;
