@@ -100,7 +100,7 @@ Attachment::End Attachment::readAnswer(const std::string& key, bool wasAttachedB
     attach();
     const std::size_t early = answer.size() - blankLine - 4;  // all of them came with the last bytes of the answer
     std::memmove(room_, answer.data() + answer.size() - early, early);
-    return take(early);
+    return handle(early);
 }
 
 Loss Attachment::receive()
@@ -109,20 +109,20 @@ Loss Attachment::receive()
         delivery_.endTurn();
         const ssize_t got = connection_.receive(room_, kRoom);
         if (got > 0) {
-            if (End end = take(static_cast<std::size_t>(got))) return *end;
+            if (End end = handle(static_cast<std::size_t>(got))) return *end;
             continue;
         }
         if (got < 0 && errno == ECANCELED) break;
         return got == 0 ? ended() : broken(errno);
     }
-    return leave();
+    return detach();
 }
 
 /// Says good-bye where the protocol has a word for it.
-Loss Attachment::leave()
+Loss Attachment::detach()
 {
     delivery_.endTurn();
-    if (place_.channel == ChannelWebSocket) connection_.leave(closeFrame(randomBytes<4>()));
+    if (place_.channel == ChannelWebSocket) connection_.finish(closeFrame(randomBytes<4>()));
     return ended();
 }
 
@@ -133,7 +133,7 @@ Attachment::End Attachment::answerPing()
     return broken(fault);
 }
 
-Attachment::End Attachment::take(std::size_t size)
+Attachment::End Attachment::handle(std::size_t size)
 {
     if (place_.channel == ChannelWebSocket) return takeFrames({room_, size});
     takePayload({room_, size});
@@ -158,7 +158,7 @@ Attachment::End Attachment::takeFrames(std::string_view bytes)
                 if (End end = answerPing()) return end;
                 break;
             case Kind::Close:
-                return leave();
+                return detach();
             default:
                 return Loss{ListenerLossBroke, EPROTO, "it sends something that is not a WebSocket frame"};
         }

@@ -55,11 +55,11 @@ private:
     void attach();
     Loss receive();
     End answerPing();
-    End take(std::size_t size);
+    End handle(std::size_t size);
     End takeFrames(std::string_view bytes);
     void takePayload(std::string_view payload);
     void endMessage();
-    Loss leave();
+    Loss detach();
 
     const PublisherPlace& place_;
     Delivery& delivery_;

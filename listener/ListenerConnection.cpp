@@ -9,7 +9,6 @@
 namespace Orvu {
 namespace {
 
-constexpr Seconds kPatience{5};
 constexpr std::chrono::milliseconds kLastWords{500};
 
 bool mayBeRepeated(int error)
@@ -80,7 +79,7 @@ int ListenerConnection::send(std::string_view bytes)
     return 0;
 }
 
-void ListenerConnection::leave(std::string_view goodBye)
+void ListenerConnection::finish(std::string_view goodBye)
 {
     if (!goodBye.empty() && ::send(socket_.fd(), goodBye.data(), goodBye.size(), MSG_NOSIGNAL) < 0) return;
     ::shutdown(socket_.fd(), SHUT_WR);

@@ -32,7 +32,7 @@ public:
 
     /// Says `goodBye` if there is room at once, then waits for the publisher to close as well, half a second at most,
     /// so that bytes which are still coming do not reset the connection under it. Rings or not.
-    void leave(std::string_view goodBye);
+    void finish(std::string_view goodBye);
 
 private:
     Awaited wait(short events, Deadline until);

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
-#include <sys/eventfd.h>
 
 #include "listener/RandomBytes.h"
 #include "log/Log.h"
@@ -46,7 +45,7 @@ bool ListenerRun::end(bool waits)
 {
     std::unique_lock<std::mutex> lock(mutex_);
     isOver_ = true;
-    eventfd_write(bell_.fd(), 1);
+    bell_.ring();
     if (!waits) {
         delivery_.end();
         return false;

@@ -56,10 +56,10 @@ std::optional<FrameText> FrameReader::readText(std::size_t size)
     while (text.size_ < size) {
         const bool isFull = text.size_ >= text.reserved_;
         if (isFull && !text.reserve(std::min(size, std::max(2 * text.size_, kFirstStep)))) return std::nullopt;
-        // At the end, into the NUL's place as well: a peer's own NUL, left unread, would make closing reset the
-        // connection.
-        const std::size_t nul = text.reserved_ == size ? 1 : 0;
-        const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + nul);
+        // Some peers send a NUL after the text. Left unread, it would make closing reset the connection: the last read
+        // takes it along, and the text's own NUL then takes its place.
+        const std::size_t peersNul = text.reserved_ == size ? 1 : 0;
+        const ssize_t got = source_.read(text.bytes_.get() + text.size_, text.reserved_ - text.size_ + peersNul);
         if (got <= 0) break;
         text.size_ += static_cast<std::size_t>(got);
     }

@@ -90,7 +90,8 @@ InGroup::~InGroup()
     inFlight_.leaveGroup(*this);
 }
 
-Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun, InGroup* exchange)
+ConnectionInFlight::ConnectionInFlight(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun,
+                                       InGroup* exchange)
     : inFlight_(std::move(inFlight)),
       begun_(begun),
       exchange_(exchange),
@@ -99,7 +100,7 @@ Connection::Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsign
     if (isIn_) socket_ = std::move(socket);
 }
 
-Connection::Connection(Connection&& other) noexcept
+ConnectionInFlight::ConnectionInFlight(ConnectionInFlight&& other) noexcept
     : socket_(std::move(other.socket_)),
       inFlight_(std::move(other.inFlight_)),
       begun_(other.begun_),
@@ -107,7 +108,7 @@ Connection::Connection(Connection&& other) noexcept
       isIn_(std::exchange(other.isIn_, false))
 {}
 
-Connection& Connection::operator=(Connection&& other) noexcept
+ConnectionInFlight& ConnectionInFlight::operator=(ConnectionInFlight&& other) noexcept
 {
     close();
     socket_ = std::move(other.socket_);
@@ -118,23 +119,23 @@ Connection& Connection::operator=(Connection&& other) noexcept
     return *this;
 }
 
-Connection::~Connection()
+ConnectionInFlight::~ConnectionInFlight()
 {
     close();
 }
 
-void Connection::leave()
+void ConnectionInFlight::leave()
 {
     if (std::exchange(isIn_, false)) inFlight_->leave(socket_.fd(), exchange_);
 }
 
-Socket Connection::takeSocket()
+Socket ConnectionInFlight::releaseSocket()
 {
     leave();
     return std::move(socket_);
 }
 
-void Connection::close()
+void ConnectionInFlight::close()
 {
     leave();
     socket_ = Socket();

@@ -78,15 +78,15 @@ private:
 };
 
 /// A socket that is in flight while it lives: it enters when made, and leaves before it is closed.
-class Connection {
+class ConnectionInFlight {
 public:
-    Connection() = default;
+    ConnectionInFlight() = default;
     /// Of an exchange that began when `inFlight` had woken all `begun` times. Without a socket, which is closed then,
     /// when it was not let in. `exchange` may be null. Throws std::bad_alloc.
-    Connection(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun, InGroup* exchange = nullptr);
-    Connection(Connection&& other) noexcept;
-    Connection& operator=(Connection&& other) noexcept;
-    ~Connection();
+    ConnectionInFlight(Socket socket, std::shared_ptr<InFlight> inFlight, unsigned begun, InGroup* exchange = nullptr);
+    ConnectionInFlight(ConnectionInFlight&& other) noexcept;
+    ConnectionInFlight& operator=(ConnectionInFlight&& other) noexcept;
+    ~ConnectionInFlight();
 
     explicit operator bool() const { return static_cast<bool>(socket_); }
     int fd() const { return socket_.fd(); }
@@ -98,7 +98,7 @@ public:
     /// Leaves early; the socket stays.
     void leave();
     /// Gives the socket away, after leaving.
-    Socket takeSocket();
+    Socket releaseSocket();
     /// Leaves and closes.
     void close();
     /// Those it belongs to, also after leaving.

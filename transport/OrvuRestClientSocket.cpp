@@ -1,133 +1,31 @@
 #include "transport/OrvuRestClientSocket.h"
 
 #include <cerrno>
-#include <cstring>
 #include <new>
 #include <optional>
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/time.h>
 
 #include "log/Log.h"
 #include "messages/core/Exact.h"
 #include "orvu/PairingScreens.h"
 #include "orvu/Results.h"
 #include "transport/Connecting.h"
+#include "transport/Exchange.h"
 #include "transport/ExchangeNotes.h"
-#include "transport/Frame.h"
-#include "transport/MessageCalls.h"
-#include "transport/Refusal.h"
 #include "transport/Threads.h"
 
 namespace Orvu {
 namespace {
 
-constexpr int kTimeoutSeconds = 5;
+constexpr int kTimeoutSeconds = kPatience.count();
 constexpr int kNoTimeout = 0;
 
-/// The time-out that goes with a confirmation screen which waits for the user, and with everything else.
+/// The time-out that goes with a confirmation screen which waits for the user, and with everything else. An object of a
+/// class without run-time type information does not say whether it is such a screen: any class may have that number.
 int timeoutFor(Serializable* request)
 {
-    if (!request || request->getDataType() != DataTypeConfirmationScreen) return kTimeoutSeconds;
-    // A class built without run-time type information cannot be asked: its type number is all there is.
-    const auto* const screen = typeOf(*request) ? dynamic_cast<const ConfirmationScreen*>(request)
-                                                : static_cast<const ConfirmationScreen*>(request);
+    if (!request || request->getDataType() != DataTypeConfirmationScreen || !typeOf(*request)) return kTimeoutSeconds;
+    const auto* const screen = dynamic_cast<const ConfirmationScreen*>(request);
     return screen && !screen->dispose ? kNoTimeout : kTimeoutSeconds;
-}
-
-template <class Message>
-Serializable* make()
-{
-    return new (std::nothrow) Message;
-}
-
-bool setTimeout(int fd, int option, int seconds)
-{
-    timeval time{};
-    time.tv_sec = seconds;
-    return setsockopt(fd, SOL_SOCKET, option, &time, sizeof time) == 0;
-}
-
-/// Whether the whole text went out.
-bool sendText(const Connection& connection, const char* text, std::size_t size, Seconds patience, ExchangeNotes& notes)
-{
-    notes.enter(ExchangePhaseNotSent);
-    std::size_t sent = 0;
-    const bool isWhole = sendFrame(connection.fd(), text, size, patience, &sent) == FrameSent::Whole;
-    if (!isWhole) notes.fail(withTimeOut(errno));
-    notes.sent(sent);
-    return isWhole;
-}
-
-/// The length of the answer's text, with the NUL; none when it does not come.
-std::optional<std::uint32_t> readResponseLength(FrameReader& frame, int fd, Seconds patience, ExchangeNotes& notes)
-{
-    notes.enter(ExchangePhaseNoAnswer);
-    errno = ETIMEDOUT;  // which a wait that ends in time does not set
-    // Asking for an answer before it can be there would be in vain.
-    if (waitFor(fd, POLLIN, endOf(patience))) return frame.readLength();
-    notes.fail(withTimeOut(errno));
-    return std::nullopt;
-}
-
-/// The text of the answer; none when it does not come whole.
-std::optional<FrameText> readResponseText(FrameReader& frame, std::uint32_t size, ExchangeNotes& notes)
-{
-    std::optional<FrameText> text = frame.readText(size);
-    if (text) notes.keep({text->c_str(), text->size()});
-    if (text && text->size() == size) notes.enter(ExchangePhaseAnswerNotUnderstood);
-    if (!text || text->empty()) {
-        logLine("OrvuRestClientSocket::send: ERROR response data is empty!");
-    } else if (text->size() < size) {
-        logLine("OrvuRestClientSocket::send: ERROR response data is cut short!");
-    } else {
-        return text;
-    }
-    return std::nullopt;
-}
-
-/// The same from the length on.
-std::optional<FrameText> readResponse(int fd, Seconds patience, ExchangeNotes& notes)
-{
-    NotedSource source(fd, patience, notes);
-    FrameReader frame(source);
-    const std::optional<std::uint32_t> length = readResponseLength(frame, fd, patience, notes);
-    if (!length) {
-        logLine("OrvuRestClientSocket::send: Cannot get buffer size!");
-        return std::nullopt;
-    }
-    const std::uint32_t size = *length == 0 ? 0 : *length - 1;
-    notes.announced(size);
-    if (size <= kLongestText) return readResponseText(frame, size, notes);
-    notes.enter(ExchangePhaseAnswerTooLong);
-    notes.keep(frame.early());
-    logLine("OrvuRestClientSocket::send: ERROR response of %u bytes is too long!", *length);
-    return std::nullopt;
-}
-
-/// `peerName` names the peer when the answer is refused.
-template <class PeerName>
-Serializable* answerIn(const FrameText& text, ExchangeNotes& notes, PeerName peerName)
-{
-    CheckedText checked(text.c_str());
-    requireMemory(checked);
-    const HeaderTypes types = headerTypes(checked);
-    std::unique_ptr<Serializable> answer(Serializable::factory(types.mapped));
-    if (!answer) {
-        logLine("OrvuRestClientSocket::send: ERROR cannot find serializable class");
-        logLine("OrvuRestClientSocket::send: -- end");
-        return make<UnknowRequest>();
-    }
-    if (!isFilled(*answer, checked, text.c_str())) {
-        logLine("OrvuRestClientSocket::send: ERROR cannot deserialize response!");
-        answer.reset();  // what it holds would be held twice
-        logRefusal("OrvuRestClientSocket::send", peerName(), checked, types.mapped);
-        return make<UnknowRequest>();
-    }
-    // What names no message is an UnknowRequest as well; that is not what the peer said.
-    if (types.isName && types.mapped == types.named) notes.enter(ExchangePhaseAnswered);
-    logLine("OrvuRestClientSocket::send worked? -- end");
-    return answer.release();
 }
 
 StaticMutex instanceMutex;
@@ -150,7 +48,7 @@ std::shared_ptr<OrvuRestClientSocket> existing()
 OrvuRestClientSocket::OrvuRestClientSocket() : inFlight_(std::make_shared<InFlight>()) {}
 OrvuRestClientSocket::~OrvuRestClientSocket() = default;
 
-std::shared_ptr<OrvuRestClientSocket> OrvuRestClientSocket::shared()
+std::shared_ptr<OrvuRestClientSocket> OrvuRestClientSocket::sharedInstance()
 {
     const std::lock_guard<StaticMutex> lock(instanceMutex);
     try {
@@ -163,7 +61,7 @@ std::shared_ptr<OrvuRestClientSocket> OrvuRestClientSocket::shared()
 
 OrvuRestClientSocket* OrvuRestClientSocket::getInstance()
 {
-    return shared().get();
+    return sharedInstance().get();
 }
 
 void OrvuRestClientSocket::destroyInstance()
@@ -198,8 +96,10 @@ void OrvuRestClientSocket::setPeer(Peer peer)
     peer_ = std::move(peer);
 }
 
-OrvuRestClientSocket::Peer OrvuRestClientSocket::peer()
+/// The one at `own`; the remembered one where that is null.
+OrvuRestClientSocket::Peer OrvuRestClientSocket::peerAt(const Address* own)
 {
+    if (own) return {own->host ? own->host : "", own->port};
     const std::lock_guard<std::mutex> lock(mutex_);
     return peer_;
 }
@@ -245,8 +145,8 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
     const auto untilItReturns = shared_from_this();
     try {
         ExchangeNotes notes;
-        Connection connection = connect(nullptr, timeoutSeconds, notes, nullptr);
-        Socket socket = connection.takeSocket();
+        ConnectionInFlight connection = connect(nullptr, timeoutSeconds, notes, nullptr);
+        Socket socket = connection.releaseSocket();
         return connection.isWanted() && socket ? socket.release() : 0;
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestClientSocket::connectSocket: ERROR out of memory!");
@@ -255,45 +155,23 @@ int OrvuRestClientSocket::connectSocket(int timeoutSeconds)
 }
 
 /// Empty on any failure.
-Connection OrvuRestClientSocket::connect(const Address* own, int timeoutSeconds, ExchangeNotes& notes,
-                                         InGroup* exchange)
+ConnectionInFlight OrvuRestClientSocket::connect(const Address* own, int timeoutSeconds, ExchangeNotes& notes,
+                                                 InGroup* exchange)
 {
     logLine("OrvuRestClientSocket::connectSocket: -- init");
     notes.enter(ExchangePhaseNoPeer);
     const unsigned begun = inFlight_->wakes();
-    const Peer peer = own ? Peer{own->host ? own->host : "", own->port} : this->peer();
+    const Peer peer = peerAt(own);
     if (peer.host.empty() || peer.port == 0) {
         logLine("OrvuRestClientSocket::connectSocket: ERROR configure host/port before use!");
         return {};
     }
-    notes.enter(ExchangePhaseNotConnected);
-    Socket socket = Socket::stream();
-    if (!socket) {
-        notes.fail(errno);
-        logLine("OrvuRestClientSocket::connectSocket: ERROR opening client socket");
-        return {};
-    }
-    notes.enter(ExchangePhaseNotResolved);
-    int error = 0;
-    const std::optional<in_addr> address = resolved(peer.host, error);
-    if (!address) {
-        notes.fail(error);
-        logLine("OrvuRestClientSocket::connectSocket: ERROR cannot find host: %s", peer.host.c_str());
-        return {};
-    }
-    notes.enter(ExchangePhaseNotConnected);
-    if (!setTimeout(socket.fd(), SO_RCVTIMEO, timeoutSeconds)) {
-        notes.fail(errno);
-        logLine("OrvuRestClientSocket::connectSocket: ERROR cannot set SO_RCVTIMEO");
-        return {};
-    }
-    if (!setTimeout(socket.fd(), SO_SNDTIMEO, timeoutSeconds)) {
-        notes.fail(errno);
-        logLine("OrvuRestClientSocket::connectSocket: ERROR cannot set SO_SNDTIMEO");
-        return {};
-    }
-    Connection connection(std::move(socket), inFlight_, begun, exchange);
-    error = connection ? connectTo(connection.fd(), *address, peer.port, Seconds(timeoutSeconds)) : 0;
+    Socket socket = openSocket(notes);
+    if (!socket) return {};
+    const std::optional<in_addr> address = findHost(peer.host, notes);
+    if (!address || !setTimeouts(socket, timeoutSeconds, notes)) return {};
+    ConnectionInFlight connection(std::move(socket), inFlight_, begun, exchange);
+    const int error = connection ? connectTo(connection.fd(), *address, peer.port, Seconds(timeoutSeconds)) : 0;
     if (!connection.isWanted()) {
         notes.cancel();
         logLine("OrvuRestClientSocket::connectSocket: ERROR dropped, %s",
@@ -336,40 +214,17 @@ Serializable* OrvuRestClientSocket::exchange(const Address* address, Serializabl
         logLine("OrvuRestClientSocket::send: ERROR cannot send NULL data");
         return make<UnknowRequest>();
     }
-    const Seconds patience(timeoutSeconds);
     InGroup inGroup(*inFlight_, notes.group());
-    Connection connection = connect(address, timeoutSeconds, notes, &inGroup);
+    ConnectionInFlight connection = connect(address, timeoutSeconds, notes, &inGroup);
     if (!connection) {
         logLine("OrvuRestClientSocket::send: ERROR cannot connect to server");
         return make<CannotConnectToServer>();
     }
-    notes.enter(ExchangePhaseNothingToSend);
-    JsonText text = textOf(request);
-    if (!text) {
-        logLine("OrvuRestClientSocket::send: ERROR cannot serialize request!");
-        connection.close();
-        logLine("OrvuRestClientSocket::send: -- end");
-        return make<UnknowRequest>();
-    }
-    const std::size_t size = std::strlen(text.get());
-    if (size == 0) {
-        logLine("OrvuRestClientSocket::send: ERROR serializable data is empty!");
-        return make<EmptyData>();
-    }
-    if (!sendText(connection, text.get(), size, patience, notes)) {
-        if (!connection.isWanted()) notes.cancel();
-        logLine("OrvuRestClientSocket::send: ERROR writing to socket");
-        return make<EmptyData>();
-    }
-    text.reset();
-    const std::optional<FrameText> response = readResponse(connection.fd(), patience, notes);
-    if (!response && !connection.isWanted()) notes.cancel();
-    connection.close();
     const auto peerName = [this, address] {
-        const Peer peer = address ? Peer{address->host ? address->host : "", address->port} : this->peer();
+        const Peer peer = peerAt(address);
         return peer.host + ":" + std::to_string(peer.port);
     };
-    return response ? answerIn(*response, notes, peerName) : make<EmptyData>();
+    return exchangeOn(std::move(connection), *request, Seconds(timeoutSeconds), notes, peerName);
 }
 
 Serializable* OrvuRestClientSocket::sendRequest(Serializable* request)

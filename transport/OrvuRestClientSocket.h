@@ -23,7 +23,7 @@ public:
     /// The process's request client. Null when out of memory.
     static OrvuRestClientSocket* getInstance();
     /// The same, which then lives at least as long as the result.
-    ORVU_LOCAL static std::shared_ptr<OrvuRestClientSocket> shared();
+    ORVU_LOCAL static std::shared_ptr<OrvuRestClientSocket> sharedInstance();
 
     /// Deletes the client once nobody uses it. Exchanges in flight are woken and end with an error message as their
     /// answer; it does not wait for them.
@@ -43,14 +43,14 @@ public:
     /// closes the descriptor. 0 on any failure.
     int connectSocket(int timeoutSeconds);
 
-    /// One exchange. Returns the answer, owned by the caller; null only when out of memory: a CannotConnectToServer when
-    /// the peer cannot be reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be written
-    /// or the answer not be understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at most, 0
-    /// for without end, and as long as a name takes to resolve.
+    /// One exchange. Returns the answer, owned by the caller; null only when out of memory: a CannotConnectToServer
+    /// when the peer cannot be reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be
+    /// written or the answer not be understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at
+    /// most, 0 for without end, and as long as a name takes to resolve.
     Serializable* send(Serializable* request, int timeoutSeconds);
 
-    /// The same with the time-out that the request asks for: 5 s, without end for a ConfirmationScreen whose `dispose` is
-    /// false, since the user decides.
+    /// The same with the time-out that the request asks for: 5 s, without end for a ConfirmationScreen whose `dispose`
+    /// is false, since the user decides.
     Serializable* sendRequest(Serializable* request);
 
     /// The same with an empty request of `type`. Null as well for a type that the factory cannot make.
@@ -80,10 +80,11 @@ private:
     ORVU_LOCAL ~OrvuRestClientSocket();
 
     ORVU_LOCAL void setPeer(Peer peer);
-    ORVU_LOCAL Peer peer();
+    ORVU_LOCAL Peer peerAt(const Address* own);
     ORVU_LOCAL bool canConnect(const Address* address, const void* group);
     // Those below have the remembered peer where `address` is null.
-    ORVU_LOCAL Connection connect(const Address* address, int timeoutSeconds, ExchangeNotes& notes, InGroup* exchange);
+    ORVU_LOCAL ConnectionInFlight connect(const Address* address, int timeoutSeconds, ExchangeNotes& notes,
+                                          InGroup* exchange);
     ORVU_LOCAL Serializable* sendRequest(const Address* address, Serializable* request, ExchangeNotes& notes);
     ORVU_LOCAL Serializable* sendRequest(DataType type, ExchangeNotes& notes);
     ORVU_LOCAL Serializable* send(const Address* address, Serializable* request, int timeoutSeconds,

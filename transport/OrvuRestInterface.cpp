@@ -61,7 +61,7 @@ SharedAddress& listenAddress()
 template <class... Arguments>
 Serializable* sendWithReport(ExchangeReport& report, Arguments... arguments)
 {
-    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::sharedInstance();
     if (client) return client->sendRequest(arguments..., report);
     ExchangeNotes notes(report);
     notes.enter(ExchangePhaseNoPeer);
@@ -139,7 +139,7 @@ bool OrvuRestInterface::startListenRequests(int port)
     logLine("startListenRequests");
     try {
         const std::optional<in_addr> address = listenAddress().get().usable("OrvuRestInterface::startListenRequests");
-        const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
+        const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::sharedInstance();
         return address && server && server->acceptor().configure(*address, port) && server->start();
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestInterface::startListenRequests: ERROR out of memory!");
@@ -150,14 +150,14 @@ bool OrvuRestInterface::startListenRequests(int port)
 bool OrvuRestInterface::stopListenRequests()
 {
     logLine("stopListenRequests");
-    const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
+    const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::sharedInstance();
     if (server) server->stop();
     return true;
 }
 
 int OrvuRestInterface::requestPort()
 {
-    const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::shared();
+    const std::shared_ptr<OrvuRestServerSocket> server = OrvuRestServerSocket::sharedInstance();
     return server && server->acceptor().isRunning() ? server->acceptor().port() : 0;
 }
 
@@ -169,19 +169,19 @@ bool OrvuRestInterface::notifyCallback(OrvuRestRequest* request)
 
 bool OrvuRestInterface::configureClient(const char* host, int port)
 {
-    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::sharedInstance();
     return client && client->configure(host, port);
 }
 
 Serializable* OrvuRestInterface::sendRequest(Serializable* request)
 {
-    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::sharedInstance();
     return client ? client->sendRequest(request) : nullptr;
 }
 
 Serializable* OrvuRestInterface::sendRequest(DataType type)
 {
-    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::sharedInstance();
     return client ? client->sendRequest(type) : nullptr;
 }
 
@@ -202,7 +202,7 @@ Serializable* OrvuRestInterface::sendRequest(const char* host, int port, Seriali
 
 bool OrvuRestInterface::isReachable(const char* host, int port, const void* group)
 {
-    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::shared();
+    const std::shared_ptr<OrvuRestClientSocket> client = OrvuRestClientSocket::sharedInstance();
     return client && client->isReachable({host, port}, group);
 }
 

@@ -11,8 +11,6 @@
 namespace Orvu {
 namespace {
 
-constexpr Seconds kPatience{5};
-
 int send(int fd, const char* text)
 {
     const std::size_t size = text ? std::strlen(text) : 0;
@@ -32,10 +30,10 @@ OrvuRestRequest::Connection::Connection(Socket socket) noexcept : fd_(socket.rel
 
 OrvuRestRequest::Connection::~Connection()
 {
-    take().shutdown();
+    release().shutdown();
 }
 
-Socket OrvuRestRequest::Connection::take()
+Socket OrvuRestRequest::Connection::release()
 {
     return Socket(std::exchange(fd_, -1));
 }
@@ -56,7 +54,7 @@ OrvuRestRequest::~OrvuRestRequest()
     {
         const std::lock_guard<std::mutex> lock(mutex_);  // an answer on its way goes out first
         data_.reset();
-        connection_.take().shutdown();
+        connection_.release().shutdown();
     }
     logLine("OrvuRestRequest::~OrvuRestRequest: -- end");
 }
@@ -82,7 +80,7 @@ int OrvuRestRequest::sendResponse(Serializable* response)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (response && connection_.fd() >= 0) sent = send(connection_.fd(), textOf(response).get());
-        const Socket answered = connection_.take();
+        const Socket answered = connection_.release();
     }
     logLine("OrvuRestRequest::sendResponse: -- end");
     return sent;

@@ -69,7 +69,7 @@ OrvuRestServerSocket::OrvuRestServerSocket() : requests_(std::make_unique<Reques
 
 OrvuRestServerSocket::~OrvuRestServerSocket() = default;
 
-std::shared_ptr<OrvuRestServerSocket> OrvuRestServerSocket::shared()
+std::shared_ptr<OrvuRestServerSocket> OrvuRestServerSocket::sharedInstance()
 {
     const std::lock_guard<StaticMutex> lock(instanceMutex);
     try {
@@ -82,7 +82,7 @@ std::shared_ptr<OrvuRestServerSocket> OrvuRestServerSocket::shared()
 
 OrvuRestServerSocket* OrvuRestServerSocket::getInstance()
 {
-    return shared().get();
+    return sharedInstance().get();
 }
 
 void OrvuRestServerSocket::dropRequests()

@@ -35,17 +35,23 @@ bool Outgoing::offer(int fd)
 
 bool Outgoing::finish(int fd, Seconds patience, Deadline end)
 {
-    Deadline giveUp;
-    std::size_t before = left() + 1;  // so that the first offer counts as progress
-    while (offer(fd)) {
-        if (left() == 0) return true;
-        if (left() < before) giveUp = std::min(endOf(patience), end);
+    bool isOpen = offer(fd);
+    while (isOpen && left() > 0)
+        isOpen = offerMore(fd, std::min(endOf(patience), end));
+    return isOpen;
+}
+
+/// Waits until the socket has taken some of the rest. False when it failed, or took nothing until `giveUp`.
+bool Outgoing::offerMore(int fd, Deadline giveUp)
+{
+    const std::size_t before = left();
+    while (left() == before) {
         if (std::chrono::steady_clock::now() >= giveUp) return false;
-        before = left();
         // The system reports room only once there is plenty. A slow peer may have made less: a look every second.
         waitFor(fd, POLLOUT, std::min(giveUp, after(Seconds(1))));
+        if (!offer(fd)) return false;
     }
-    return false;
+    return true;
 }
 
 void Outgoing::skip(std::size_t sent)

@@ -136,14 +136,18 @@ void PushServers::stopEach()
         server.acceptor->retire();
 }
 
+/// The server of that handle; null when there is none.
+std::shared_ptr<OrvuRestSimpleServer> PushServers::find(int handler)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto place = servers_.find(handler);
+    return place == servers_.end() ? nullptr : place->second.pushes;
+}
+
 bool PushServers::send(int handler, unsigned char* data, unsigned int size)
 {
     logLine("OrvuRestInterface::sendMessage: handler: %d | size: %d", handler, static_cast<int>(size));
-    std::unique_lock<std::mutex> lock(mutex_);
-    const auto place = servers_.find(handler);
-    const Server server = place == servers_.end() ? Server{} : place->second;
-    lock.unlock();
-    if (server.pushes) return server.pushes->send(data, size);
+    if (const auto server = find(handler)) return server->send(data, size);
     logLine("OrvuRestInterface::sendMessage: cannot found handler: %d", handler);
     return false;
 }

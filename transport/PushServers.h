@@ -43,6 +43,7 @@ private:
     void startAs(SocketServerInfo& info, Server server);
     int count();
     void stopEach();
+    std::shared_ptr<OrvuRestSimpleServer> find(int handler);
 
     std::mutex mutex_;  // guards all below; never held while a server stops or pushes
     PortRange portRange_ = kNoPorts;

@@ -12,13 +12,12 @@
 namespace Orvu {
 namespace {
 
-constexpr Seconds kPatience{5};
 constexpr Seconds kInAll{30};
 
 TextRoom roomForRequests(128u << 20);  // what all requests may take that are being received or read
 
-/// A type of the catalogue that the header mapping leaves out has no message either: the factory is to say so, instead
-/// of making an UnknowRequest of it.
+/// The type that the factory is asked for. The header mapping leaves out the types without a message; the factory is
+/// given those by their name, so that it says so instead of making an UnknowRequest.
 DataType requestedType(const CheckedText& checked)
 {
     const HeaderTypes types = headerTypes(checked);
@@ -26,7 +25,7 @@ DataType requestedType(const CheckedText& checked)
 }
 
 /// The text, which may be empty; none when the connection is to be closed without a word.
-std::optional<FrameText> readText(const Connection& connection)
+std::optional<FrameText> readText(const ConnectionInFlight& connection)
 {
     const int number = connection.fd();
     SocketSource source(number, kPatience, after(kInAll));
@@ -56,21 +55,21 @@ std::optional<FrameText> readText(const Connection& connection)
 }
 
 /// False when the server is being destroyed, or is gone: nobody wants the request any more.
-bool isWanted(const Connection& connection, int number)
+bool isWanted(const ConnectionInFlight& connection, int number)
 {
     if (!connection.isWanted()) logDropped(number);
     return connection.isWanted();
 }
 
-void answer(Connection& connection, int number, Serializable&& response)
+void answer(ConnectionInFlight& connection, int number, Serializable&& response)
 {
     if (!isWanted(connection, number)) return;
-    OrvuRestRequest request(connection.takeSocket(), nullptr);
+    OrvuRestRequest request(connection.releaseSocket(), nullptr);
     request.sendResponse(&response);
 }
 
 /// The request that `text` holds; null when it is answered, and when there is no message for it.
-std::unique_ptr<OrvuRestRequest> requestOf(Connection& connection, int number, FrameText text)
+std::unique_ptr<OrvuRestRequest> requestOf(ConnectionInFlight& connection, int number, FrameText text)
 {
     CheckedText checked(text.c_str());
     requireMemory(checked);
@@ -78,7 +77,7 @@ std::unique_ptr<OrvuRestRequest> requestOf(Connection& connection, int number, F
     if (!message) {
         logLine("OrvuRestServerSocket::workerThread: Serializable class not found!");
     } else if (isFilled(*message, checked, text.c_str())) {
-        return std::make_unique<OrvuRestRequest>(connection.takeSocket(), std::move(message));
+        return std::make_unique<OrvuRestRequest>(connection.releaseSocket(), std::move(message));
     } else {
         logLine("OrvuRestServerSocket::workerThread: Cannot deserialize!");
         const DataType type = message->getDataType();
@@ -90,7 +89,7 @@ std::unique_ptr<OrvuRestRequest> requestOf(Connection& connection, int number, F
     return nullptr;
 }
 
-std::unique_ptr<OrvuRestRequest> receive(Connection& connection, int number)
+std::unique_ptr<OrvuRestRequest> receive(ConnectionInFlight& connection, int number)
 {
     std::optional<FrameText> text = readText(connection);
     connection.leave();
@@ -103,7 +102,7 @@ std::unique_ptr<OrvuRestRequest> receive(Connection& connection, int number)
 
 }  // namespace
 
-std::unique_ptr<OrvuRestRequest> receiveRequest(Connection& connection)
+std::unique_ptr<OrvuRestRequest> receiveRequest(ConnectionInFlight& connection)
 {
     const int number = connection.fd();
     try {

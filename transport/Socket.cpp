@@ -113,6 +113,12 @@ void Socket::keepAlive()
     setOption(fd_, IPPROTO_TCP, TCP_USER_TIMEOUT, 120 * 1000);  // milliseconds
 }
 
+void Socket::ring() const
+{
+    while (eventfd_write(fd_, 1) != 0 && errno == EINTR) {
+    }
+}
+
 void Socket::shutdown()
 {
     if (fd_ >= 0) ::shutdown(fd_, SHUT_RDWR);

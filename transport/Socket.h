@@ -14,6 +14,10 @@ using Deadline = std::chrono::steady_clock::time_point;
 /// Later than anything that happens.
 constexpr Deadline kNever = Deadline::max();
 
+/// How long a peer may take for the next step of what it has begun, such as its handshake, or to make room for more
+/// bytes.
+constexpr Seconds kPatience(5);
+
 /// The end of a wait that begins now.
 inline Deadline after(Seconds wait)
 {
@@ -40,8 +44,8 @@ bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline);
 
 /// Owns one socket and closes it. shutdown() may be called from another thread; closing may not.
 ///
-/// Sockets made here are closed by `exec` and never take a standard descriptor: the contract counts descriptors from 1, and
-/// log lines go to 2.
+/// Sockets made here are closed by `exec` and never take a standard descriptor: the contract counts descriptors from 1,
+/// and log lines go to 2.
 class Socket {
 public:
     Socket() = default;
@@ -55,8 +59,7 @@ public:
     /// The next connection of a listening socket; without one `errno` tells why. Blocks.
     static Socket acceptedFrom(const Socket& listener);
 
-    /// Not a socket, but a counter that poll() finds readable once eventfd_write() has counted; without one `errno` tells
-    /// why.
+    /// Not a socket, but a counter that poll() finds readable once ring() was called; without one `errno` tells why.
     static Socket bell();
 
     explicit operator bool() const { return fd_ >= 0; }
@@ -66,9 +69,11 @@ public:
     /// Lets what is written go out at once, however small, instead of waiting until the peer has confirmed what went
     /// before.
     void sendAtOnce();
-    /// Has the system find a peer that vanished without a word within two minutes, whether or not something is on its way
-    /// to it.
+    /// Has the system find a peer that vanished without a word within two minutes, whether or not something is on its
+    /// way to it.
     void keepAlive();
+    /// Wakes whoever polls the bell, now and later.
+    void ring() const;
     /// Ends the traffic both ways and wakes whoever waits for some. A listening socket stops listening and stays bound.
     void shutdown();
 

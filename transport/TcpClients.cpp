@@ -1,6 +1,7 @@
 #include "transport/TcpClients.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <optional>
 
@@ -9,8 +10,6 @@
 
 namespace Orvu {
 namespace {
-
-constexpr Seconds kPushTime(5);
 
 short statesOf(const Socket& socket, short wanted)
 {
@@ -43,7 +42,7 @@ struct TcpClients::Delivery {
     bool isWorthWaiting() const { return isWaiting() && !client->stalled; }
 
     std::shared_ptr<Client> client;
-    Outgoing bytes;
+    Outgoing bytes{nullptr, 0};
 };
 
 TcpClients::TcpClients() = default;
@@ -62,6 +61,7 @@ void TcpClients::take(Socket connection)
         auto client = std::make_shared<Client>(std::move(connection));
         const std::lock_guard<std::mutex> lock(mutex_);
         if (isOpen_) clients_.push_back(std::move(client));
+        haveChanged_ = true;
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestServerTcpSocket::serverThread: ERROR out of memory!");
     }
@@ -75,15 +75,24 @@ void TcpClients::drop()
         for (const auto& client : clients_)
             client->socket.shutdown();  // a push may still hold it
         clients_.clear();
+        haveChanged_ = true;
     }
-    const std::lock_guard<std::mutex> untilThePushEnds(sending_);
+    forgetUnlisted();
 }
 
 bool TcpClients::makeRoom()
 {
     if (!unlistGone()) return false;
-    const std::lock_guard<std::mutex> untilThePushEnds(sending_);  // it may still hold their descriptors
+    forgetUnlisted();
     return true;
+}
+
+/// Closes the descriptors of clients that are listed no more, once the push in progress has ended.
+void TcpClients::forgetUnlisted()
+{
+    const std::lock_guard<std::mutex> untilThePushEnds(sending_);
+    deliveries_.clear();
+    haveChanged_ = true;
 }
 
 /// A bare end of stream comes last: the peer may still read.
@@ -98,7 +107,7 @@ bool TcpClients::unlist(bool (Client::*isGone)() const)
 {
     std::size_t kept = 0;
     for (std::shared_ptr<Client>& client : clients_) {
-        if ((*client.*isGone)()) {
+        if (std::invoke(isGone, *client)) {
             client->socket.shutdown();  // a push may hold it
         } else {
             clients_[kept++].swap(client);
@@ -115,19 +124,26 @@ bool TcpClients::send(const unsigned char* data, unsigned int size)
     prepare(data, size);
     for (std::size_t i = 0; size == 0 && i < deliveries_.size(); ++i)
         logLine("OrvuRestServerTcpSocket::send: ERROR data is empty!");
-    const bool anybody = size > 0 && handOut();
-    deliveries_.clear();  // they keep no client that has left
-    return anybody;
+    return size > 0 && handOut();
 }
 
-/// Takes all the memory that the push needs, before its first byte goes out.
 void TcpClients::prepare(const unsigned char* data, unsigned int size)
 {
+    if (haveChanged_) addressAll();
+    for (Delivery& delivery : deliveries_)
+        delivery.bytes = Outgoing(data, size);
+}
+
+/// Takes all the memory that a push needs, before its first byte goes out.
+void TcpClients::addressAll()
+{
+    deliveries_.clear();
     const std::lock_guard<std::mutex> lock(mutex_);
     deliveries_.reserve(clients_.size());
     waiting_.reserve(clients_.size());
     for (const auto& client : clients_)
-        deliveries_.push_back({client, Outgoing(data, size)});
+        deliveries_.push_back({client});
+    haveChanged_ = false;
 }
 
 /// Gives the clients that could not take the push whole the rest, as they make room for it.
@@ -140,7 +156,7 @@ void TcpClients::finish()
             if (delivery.isWorthWaiting()) waiting_.push_back({delivery.client->socket.fd(), POLLOUT, 0});
         }
         if (waiting_.empty()) return;
-        if (!end) end = after(kPushTime);
+        if (!end) end = after(kPatience);
         inTime = waitForAny(waiting_.data(), waiting_.size(), *end);
         // At the end all are tried once more: the system reports room only once there is plenty.
         for (Delivery& delivery : deliveries_) {

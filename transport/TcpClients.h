@@ -32,18 +32,21 @@ private:
 
     bool unlistGone();
     bool unlist(bool (Client::*isGone)() const);
+    void forgetUnlisted();
     void prepare(const unsigned char* data, unsigned int size);
+    void addressAll();
     bool handOut();
     void finish();
     bool settle() const;
 
-    std::mutex sending_;  // one push at a time, which has these:
-    std::vector<Delivery> deliveries_;
+    std::mutex sending_;                // one push at a time, which has these:
+    std::vector<Delivery> deliveries_;  // one for each client that the last push found
     std::vector<pollfd> waiting_;
 
     std::mutex mutex_;  // guards what follows; never held while writing or joining
     bool isOpen_ = false;
     std::vector<std::shared_ptr<Client>> clients_;
+    std::atomic<bool> haveChanged_{false};  // since deliveries_ were made for them
 };
 
 }  // namespace Orvu

@@ -33,7 +33,7 @@ void WebSocketClients::take(Socket socket)
     logLine("OrvuRestServerWebSocket::serverThread: Accepted new client connection.");
     endLongestHandshake();
     try {
-        start(std::make_shared<WebSocketConnection>(std::move(socket), place_));
+        start(std::make_shared<WebSocketConnection>(std::move(socket), place_, target_));
     } catch (const std::bad_alloc&) {
         logLine("OrvuRestServerWebSocket::serverThread: ERROR out of memory!");
         logLine("OrvuRestServerWebSocket::serverThread: Handshake fail! Ignoring client.");
@@ -93,13 +93,13 @@ void WebSocketClients::drop()
             if (const auto connection = reader.connection.lock()) place_.end(*connection);
         all.swap(readers_);
     }
-    const std::lock_guard<std::mutex> untilThePushEnds(pushing_);
+    const std::lock_guard<std::mutex> untilThePushEnds(target_.writing);
 }
 
 ssize_t WebSocketClients::push(const void* data, std::size_t size)
 {
-    const std::lock_guard<std::mutex> lock(pushing_);
-    const std::shared_ptr<WebSocketConnection> client = place_.client();
+    const std::lock_guard<std::mutex> lock(target_.writing);
+    WebSocketConnection* const client = target_.client;
     return client ? client->push(data, size) : 0;
 }
 

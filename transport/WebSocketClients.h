@@ -10,8 +10,8 @@
 
 namespace Orvu {
 
-/// The connections of a WebSocket push server, each with its reader thread: one at most is attached and gets what is pushed,
-/// and eight at most are in their handshake. Any thread.
+/// The connections of a WebSocket push server, each with its reader thread: one at most is attached and gets what is
+/// pushed, and eight at most are in their handshake. Any thread.
 class WebSocketClients final : public Connections {
 public:
     void begin(const Socket& listener) override;
@@ -34,7 +34,7 @@ private:
     void joinEnding();
 
     WebSocketPlace place_;
-    std::mutex pushing_;  // one push at a time
+    PushTarget target_;
 
     std::mutex mutex_;  // guards what follows; never held while joining
     bool isOpen_ = false;

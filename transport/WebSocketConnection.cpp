@@ -14,8 +14,6 @@
 namespace Orvu {
 namespace {
 
-constexpr Seconds kHandshakeTime(5);
-constexpr Seconds kFrameTime(5);
 constexpr int kReaderPauseMilliseconds = 60 * 1000;
 constexpr std::size_t kReceiveSize = 2 * 1024;
 
@@ -42,6 +40,15 @@ void WebSocketConnection::serve()
 {
     if (shakesHands()) clientReadThread();
     place_.end(*this);
+    leaveTarget();
+}
+
+/// Waits until no push uses the connection; one in progress ends, since the connection has ended.
+void WebSocketConnection::leaveTarget()
+{
+    if (target_.client != this) return;
+    const std::lock_guard<std::mutex> lock(target_.writing);
+    if (target_.client == this) target_.client = nullptr;
 }
 
 bool WebSocketConnection::shakesHands()
@@ -62,7 +69,6 @@ bool WebSocketConnection::doHanshake()
     const std::optional<std::string> response = getHSresponse(request_.text());
     if (!response) return false;
     request_.dropText();
-    const std::lock_guard<std::mutex> beforeAnyPush(writing_);
     if (place_.give(shared_from_this())) return answer(*response);
     if (!isOver_) logLine("OrvuRestServerWebSocket::serverThread: Already have a client... ignoring connection.");
     return false;
@@ -70,7 +76,7 @@ bool WebSocketConnection::doHanshake()
 
 void WebSocketConnection::readOpeningRequest()
 {
-    SocketSource source(socket_.fd(), kHandshakeTime, after(kHandshakeTime));
+    SocketSource source(socket_.fd(), kPatience, after(kPatience));
     char bytes[kReceiveSize];
     while (!request_.canBeJudged()) {
         const ssize_t got = source.read(bytes, sizeof bytes);
@@ -81,7 +87,6 @@ void WebSocketConnection::readOpeningRequest()
     }
 }
 
-/// For whoever holds `writing_`.
 bool WebSocketConnection::answer(const std::string& response)
 {
     logLine(
@@ -91,10 +96,12 @@ bool WebSocketConnection::answer(const std::string& response)
     socket_.sendAtOnce();
     socket_.keepAlive();
     Outgoing answer(response.data(), response.size());
-    if (!answer.finish(socket_.fd(), kFrameTime)) {
+    const std::lock_guard<std::mutex> beforeAnyPush(target_.writing);
+    if (!answer.finish(socket_.fd(), kPatience)) {
         place_.end(*this);
         return false;
     }
+    target_.client = this;
     logLine("OrvuRestServerWebSocket::doHanshake: doHanshake <<--");
     return true;
 }
@@ -110,7 +117,8 @@ void WebSocketConnection::clientReadThread()
     logLine("OrvuRestServerWebSocket::clientReadThread end");
 }
 
-/// What came together with the end of the opening request. False when the client is to be let go, as of the functions below.
+/// What came together with the end of the opening request. False when the client is to be let go, as of the functions
+/// below.
 bool WebSocketConnection::handleEarly()
 {
     const std::string early = std::move(early_);
@@ -180,17 +188,16 @@ void WebSocketConnection::echo(const std::string& text)
     if (text.empty()) return;
     logLine("OrvuRestServerWebSocket::clientReadThread: Received msg: echo back to client: %.*s",
             shownSize(text.size()), text.data());
-    const std::lock_guard<std::mutex> lock(writing_);
+    const std::lock_guard<std::mutex> lock(target_.writing);
     sendframe(text.data(), text.size(), WS_FR_OP_TXT);
 }
 
 ssize_t WebSocketConnection::push(const void* data, std::size_t size)
 {
-    const std::lock_guard<std::mutex> lock(writing_);
     return isOver_ ? 0 : sendframe(data, size, WS_FR_OP_BIN);
 }
 
-/// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing_`.
+/// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing`.
 ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int opcode)
 {
     const FrameHeader header(opcode, static_cast<unsigned>(size));
@@ -200,7 +207,7 @@ ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int o
     const bool isOpen = frame.offer(socket_.fd());
     if (frame.left() == 0) return static_cast<ssize_t>(whole);
     if (isOpen && frame.left() == whole) return -1;  // no room for its first byte: dropped whole
-    if (isOpen && frame.finish(socket_.fd(), kFrameTime, after(kFrameTime))) return static_cast<ssize_t>(whole);
+    if (isOpen && frame.finish(socket_.fd(), kPatience, after(kPatience))) return static_cast<ssize_t>(whole);
     place_.end(*this);  // its stream ends in the middle of a frame: nothing may follow
     return -1;
 }

@@ -11,18 +11,29 @@
 
 namespace Orvu {
 
-/// One connection of a WebSocket push server: its handshake, the frames that it sends and the echo. A reader thread serves
-/// it; push() and shutdown() are for any thread.
+class WebSocketConnection;
+
+/// Who gets what is pushed, of the connections of one server.
+struct PushTarget {
+    std::mutex writing;  // one frame, or the answer to an opening request, at a time: held by whoever writes
+    /// Once its opening request is answered, until its reader ends. Set by whoever holds `writing`.
+    std::atomic<WebSocketConnection*> client{nullptr};
+};
+
+/// One connection of a WebSocket push server: its handshake, the frames that it sends and the echo. A reader thread
+/// serves it; push() and shutdown() are for any thread.
 class WebSocketConnection : public std::enable_shared_from_this<WebSocketConnection> {
 public:
-    /// `place` stays the caller's.
-    WebSocketConnection(Socket socket, WebSocketPlace& place) : socket_(std::move(socket)), place_(place) {}
+    /// `place` and `target` stay the caller's.
+    WebSocketConnection(Socket socket, WebSocketPlace& place, PushTarget& target)
+        : socket_(std::move(socket)), place_(place), target_(target)
+    {}
 
     /// From the opening request to the end, for the reader thread.
     void serve();
 
-    /// Sends one binary frame on a connection that was attached. The bytes that went out, its header counted; 0 when it has
-    /// been ended meanwhile, -1 when writing failed.
+    /// Sends one binary frame to the client of the target, for whoever holds `writing` of that. The bytes that went
+    /// out, its header counted; 0 when the connection has been ended meanwhile, -1 when writing failed.
     ssize_t push(const void* data, std::size_t size);
 
     // What the place knows of it:
@@ -38,6 +49,7 @@ private:
     bool doHanshake();
     void readOpeningRequest();
     bool answer(const std::string& response);
+    void leaveTarget();
 
     void clientReadThread();
     bool handleEarly();
@@ -51,8 +63,8 @@ private:
 
     Socket socket_;
     WebSocketPlace& place_;
+    PushTarget& target_;
     std::atomic<bool> isOver_{false};
-    std::mutex writing_;  // one frame, or the answer to the opening request, at a time
 
     // The reader's:
     OpeningRequest request_;

@@ -17,7 +17,7 @@ bool WebSocketPlace::isTaken()
     return !isFreeFor(nullptr, lock);
 }
 
-bool WebSocketPlace::give(const Connection& newcomer)
+bool WebSocketPlace::give(const std::shared_ptr<WebSocketConnection>& newcomer)
 {
     Lock lock(mutex_);
     if (!isFreeFor(newcomer.get(), lock) || newcomer->isOver()) return false;
@@ -33,12 +33,6 @@ bool WebSocketPlace::isFreeFor(const WebSocketConnection* newcomer, Lock& lock)
         return isUnwanted || !client_ || (!isReaderBusy_ && !client_->hasArrived());
     });
     return !client_;
-}
-
-WebSocketPlace::Connection WebSocketPlace::client()
-{
-    const Lock lock(mutex_);
-    return client_;
 }
 
 bool WebSocketPlace::isAttached(const WebSocketConnection& connection)

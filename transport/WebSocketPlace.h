@@ -11,16 +11,12 @@ class WebSocketConnection;
 /// The place of the one client that is attached to a WebSocket push server, for which connections compete. Any thread.
 class WebSocketPlace {
 public:
-    using Connection = std::shared_ptr<WebSocketConnection>;
-
-    /// Whether a newcomer is to be refused. The attached client's reader first handles what has already arrived, for up to
-    /// 100 ms, since the client may have left.
+    /// Whether a newcomer is to be refused. The attached client's reader first handles what has already arrived, for up
+    /// to 100 ms, since the client may have left.
     bool isTaken();
     /// The same question for a newcomer whose opening request is whole: unless refused, it is attached, and its reader
     /// counts as busy. False as well for one that was ended.
-    bool give(const Connection& newcomer);
-    /// The attached client; null without one.
-    Connection client();
+    bool give(const std::shared_ptr<WebSocketConnection>& newcomer);
     bool isAttached(const WebSocketConnection& connection);
 
     /// Ends a connection; an attached one leaves the place.
@@ -41,7 +37,7 @@ private:
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    Connection client_;
+    std::shared_ptr<WebSocketConnection> client_;
     bool isReaderBusy_ = false;  // that of client_, with what it has received
 };
 

@@ -24,7 +24,7 @@ constexpr char kName[] = "orvu-worker";
 /// unwinding its stack, so nothing that matters may be held there meanwhile.
 class Workers::Worker {
 public:
-    Worker(std::shared_ptr<Workers> workers, Connection connection)
+    Worker(std::shared_ptr<Workers> workers, ConnectionInFlight connection)
         : workers_(std::move(workers)), connection_(std::move(connection))
     {}
 
@@ -45,7 +45,7 @@ private:
     void endCallback();
 
     const std::shared_ptr<Workers> workers_;
-    Connection connection_;
+    ConnectionInFlight connection_;
     bool isInCallback_ = false;
     sigset_t signals_{};  // during the callback
 
@@ -89,7 +89,7 @@ void Workers::Worker::serve()
     const int number = connection_.fd();
     logLine("OrvuRestServerSocket::workerThread: clientSockfd: %d", number);
     if (std::unique_ptr<OrvuRestRequest> request = receiveRequest(connection_)) handOver(std::move(request), number);
-    connection_ = Connection();
+    connection_ = ConnectionInFlight();
     logLine("OrvuRestServerSocket::workerThread -- end (%d)", number);
 }
 
@@ -138,14 +138,14 @@ void Workers::getSignals(sigset_t& signals)
 }
 
 /// Without a socket when the server is being destroyed. Throws std::bad_alloc.
-Connection Workers::connectionOf(Socket accepted)
+ConnectionInFlight Workers::connectionOf(Socket accepted)
 {
     return {std::move(accepted), inFlight_, inFlight_->wakes()};
 }
 
 bool Workers::serve(Socket accepted)
 {
-    Connection connection = connectionOf(std::move(accepted));
+    ConnectionInFlight connection = connectionOf(std::move(accepted));
     if (!connection) return true;
     auto worker = std::make_unique<Worker>(shared_from_this(), std::move(connection));
     pthread_t thread;
@@ -154,8 +154,8 @@ bool Workers::serve(Socket accepted)
     return true;
 }
 
-/// Accepts the next connection. False when the thread is to end instead: after ten seconds without one, once closed, and
-/// when accepting failed, which is then the accept thread's to deal with.
+/// Accepts the next connection. False when the thread is to end instead: after ten seconds without one, once closed,
+/// and when accepting failed, which is then the accept thread's to deal with.
 bool Workers::idle(Worker& worker)
 {
     const Socket* const listener = beginIdling(worker);

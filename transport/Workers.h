@@ -29,8 +29,8 @@ public:
     bool serve(Socket accepted);
     /// Returns when no worker idles, or once closed.
     void waitUntilNoneIdles();
-    /// From now on no worker idles: returns when the idle ones have ended; each other one ends after its connection. Called
-    /// after the listening socket was shut down, which is what wakes them.
+    /// From now on no worker idles: returns when the idle ones have ended; each other one ends after its connection.
+    /// Called after the listening socket was shut down, which is what wakes them.
     void close();
 
     /// Whether the calling thread is a worker in a callback.
@@ -42,7 +42,7 @@ private:
     bool idle(Worker& worker);
     const Socket* beginIdling(Worker& worker);
     void endIdling(Worker& worker);
-    Connection connectionOf(Socket accepted);
+    ConnectionInFlight connectionOf(Socket accepted);
     void getSignals(sigset_t& signals);
 
     const std::shared_ptr<InFlight> inFlight_;

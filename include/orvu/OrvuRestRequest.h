@@ -53,7 +53,8 @@ private:
         ORVU_LOCAL ~Connection();
 
         int fd() const { return fd_; }
-        ORVU_LOCAL Socket take();
+        /// Gives it away.
+        ORVU_LOCAL Socket release();
 
     private:
         alignas(void*) int fd_;

@@ -119,6 +119,7 @@ const Outcomes kLostOrHeard = {"lost", "heard"};
 const FaultsOf kFaults[] = {
     {"allocations", &allocations, {"not begun", "lost", "heard without an object", "heard"}},
     {"eventfd", &calls.eventfd, {"not begun"}},
+    {"eventfd_write", &calls.eventfd_write},
     {"pthread_create", &calls.pthread_create, {"not begun"}},
     {"gethostbyname_r", &calls.gethostbyname_r, kLost},
     {"socket", &calls.socket, kLost},
@@ -134,7 +135,11 @@ const FaultsOf kFaults[] = {
 INSTANTIATE_TEST_SUITE_P(Each, AListenerToTcp, testing::ValuesIn(kFaults), nameOfCall);
 INSTANTIATE_TEST_SUITE_P(Each, AListenerToAWebSocket, testing::ValuesIn(kFaults), nameOfCall);
 
-const FaultsOf kWebSocketFaults[] = {{"send", &calls.send, kLostOrHeard}, {"shutdown", &calls.shutdown, {"heard"}}};
+const FaultsOf kWebSocketFaults[] = {
+    {"send", &calls.send, kLostOrHeard},
+    {"shutdown", &calls.shutdown, {"heard"}},
+    {"getrandom", &calls.getrandom, {"heard"}},
+};
 INSTANTIATE_TEST_SUITE_P(WebSockets, AListenerToAWebSocket, testing::ValuesIn(kWebSocketFaults), nameOfCall);
 
 }  // namespace

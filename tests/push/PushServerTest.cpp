@@ -290,7 +290,7 @@ TYPED_TEST(APushServer, NamesItsThreadsAndBlocksTheirSignals)
     ASSERT_EQ(threadsNamed("self", "orvu-accept").size(), 1u);
     for (const char* const name : {"orvu-accept", "orvu-reader"})
         for (const int thread : threadsNamed("self", name))
-            EXPECT_TRUE(hasTheLibrarysSignals("self", thread)) << name;
+            EXPECT_TRUE(eventually([&] { return hasTheLibrarysSignals("self", thread); })) << name;
 }
 
 TYPED_TEST(APushServer, LeavesNothingBehind)

@@ -149,6 +149,7 @@ FROM_LIBRARY(bind, (int fd, const sockaddr* address, socklen_t size), (fd, addre
 FROM_LIBRARY(close, (int fd), (fd))
 FROM_LIBRARY(connect, (int fd, const sockaddr* address, socklen_t size), (fd, address, size))
 FROM_LIBRARY(eventfd, (unsigned count, int flags), (count, flags))
+FROM_LIBRARY(eventfd_write, (int fd, eventfd_t value), (fd, value))
 FROM_LIBRARY(freeaddrinfo, (addrinfo * list), (list))
 FROM_LIBRARY(freeifaddrs, (ifaddrs * list), (list))
 FROM_LIBRARY(getaddrinfo, (const char* name, const char* service, const addrinfo* hints, addrinfo** list),
@@ -157,6 +158,7 @@ FROM_LIBRARY(gethostbyname_r,
              (const char* name, hostent* host, char* buffer, std::size_t size, hostent** found, int* reason),
              (name, host, buffer, size, found, reason))
 FROM_LIBRARY(getifaddrs, (ifaddrs * *list), (list))
+FROM_LIBRARY(getrandom, (void* to, std::size_t size, unsigned flags), (to, size, flags))
 FROM_LIBRARY(getsockname, (int fd, sockaddr* address, socklen_t* size), (fd, address, size))
 FROM_LIBRARY(getsockopt, (int fd, int level, int option, void* value, socklen_t* size),
              (fd, level, option, value, size))

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
+#include <sys/random.h>
 #include <sys/socket.h>
 #include <sys/types.h>
 
@@ -37,6 +38,7 @@ struct SystemCalls {
     SystemCall<int(int fd)> close;
     SystemCall<int(int fd, const sockaddr* address, socklen_t size)> connect;
     SystemCall<int(unsigned count, int flags)> eventfd{::eventfd};
+    SystemCall<int(int fd, eventfd_t value)> eventfd_write{::eventfd_write};
     SystemCall<int(int fd, int command, int argument)> fcntl;
     SystemCall<void(addrinfo* list)> freeaddrinfo{::freeaddrinfo};
     SystemCall<void(ifaddrs* list)> freeifaddrs{::freeifaddrs};
@@ -44,6 +46,7 @@ struct SystemCalls {
     SystemCall<int(const char* name, hostent* host, char* buffer, std::size_t size, hostent** found, int* reason)>
         gethostbyname_r;
     SystemCall<int(ifaddrs** list)> getifaddrs{::getifaddrs};
+    SystemCall<ssize_t(void* to, std::size_t size, unsigned flags)> getrandom{::getrandom};
     SystemCall<int(int fd, sockaddr* address, socklen_t* size)> getsockname{::getsockname};
     SystemCall<int(int fd, int level, int option, void* value, socklen_t* size)> getsockopt{::getsockopt};
     SystemCall<const char*(int family, const void* address, char* text, socklen_t size)> inet_ntop{::inet_ntop};

@@ -72,11 +72,11 @@ TEST_F(ExchangesInFlight, LetNobodyInOnceTheyAreClosed)
 
 TEST_F(ExchangesInFlight, LearnThatTheyAreNotWantedAnyMore)
 {
-    const Connection connection(std::move(socket), inFlight, inFlight->wakes());
+    const ConnectionInFlight connection(std::move(socket), inFlight, inFlight->wakes());
     EXPECT_TRUE(connection.isWanted());
     inFlight->wakeAll();
     EXPECT_FALSE(connection.isWanted());
-    const Connection later(Socket::stream(), inFlight, inFlight->wakes());
+    const ConnectionInFlight later(Socket::stream(), inFlight, inFlight->wakes());
     EXPECT_TRUE(later.isWanted());
     inFlight->close();
     EXPECT_FALSE(later.isWanted());
@@ -111,7 +111,7 @@ TEST_F(ExchangesInFlight, LeaveByTheirConnection)
 {
     const int fd = socket.fd();
     {
-        const Connection connection(std::move(socket), inFlight, 0);
+        const ConnectionInFlight connection(std::move(socket), inFlight, 0);
         EXPECT_TRUE(connection);
     }
     EXPECT_FALSE(isOpen(fd));
@@ -123,7 +123,7 @@ TEST_F(ExchangesInFlight, LeaveBeforeTheirDescriptorIsClosed)
     bool wasStillKnown = true;
     std::optional<Instead> closing;
     {
-        const Connection connection(std::move(socket), inFlight, 0);
+        const ConnectionInFlight connection(std::move(socket), inFlight, 0);
         closing.emplace(calls.close, [&](int) {
             inFlight->wakeAll();
             char byte;
@@ -138,15 +138,15 @@ TEST_F(ExchangesInFlight, CloseAConnectionThatIsNotLetIn)
 {
     const int fd = socket.fd();
     inFlight->close();
-    const Connection connection(std::move(socket), inFlight, inFlight->wakes());
+    const ConnectionInFlight connection(std::move(socket), inFlight, inFlight->wakes());
     EXPECT_FALSE(connection);
     EXPECT_FALSE(isOpen(fd));
 }
 
 TEST_F(ExchangesInFlight, GiveTheirSocketAwayAfterTheyLeft)
 {
-    Connection connection(std::move(socket), inFlight, 0);
-    socket = connection.takeSocket();
+    ConnectionInFlight connection(std::move(socket), inFlight, 0);
+    socket = connection.releaseSocket();
     inFlight->waitUntilEmpty();
     connection.close();
     EXPECT_TRUE(isOpen(socket.fd()));
@@ -154,10 +154,10 @@ TEST_F(ExchangesInFlight, GiveTheirSocketAwayAfterTheyLeft)
 
 TEST_F(ExchangesInFlight, MoveWithTheirConnection)
 {
-    Connection first(std::move(socket), inFlight, 0);
+    ConnectionInFlight first(std::move(socket), inFlight, 0);
     const int fd = first.fd();
     {
-        const Connection second(std::move(first));
+        const ConnectionInFlight second(std::move(first));
         EXPECT_EQ(second.fd(), fd);
     }
     EXPECT_FALSE(isOpen(fd));

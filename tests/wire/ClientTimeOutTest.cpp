@@ -98,11 +98,12 @@ TEST_F(TheTimeOut, IsFiveSecondsForAnotherClassOfTheSameType)
     EXPECT_EQ(of(request), 5);
 }
 
-TEST_F(TheTimeOut, IsFoundForAConfirmationWithoutTypeInformation)
+TEST_F(TheTimeOut, IsFiveSecondsForClassesWithoutTypeInformation)
 {
-    ASSERT_EQ(typeOf(*screenWithoutTypeInfo(false)), nullptr);
-    EXPECT_EQ(of(*screenWithoutTypeInfo(false)), kNone);
-    EXPECT_EQ(of(*screenWithoutTypeInfo(true)), 5);
+    for (const auto& request : {screenWithoutTypeInfo(), anotherClassWithoutTypeInfo()}) {
+        ASSERT_EQ(typeOf(*request), nullptr);
+        EXPECT_EQ(of(*request), 5);
+    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "wire/WithoutTypeInfo.h"
 
 #include "orvu/PairingScreens.h"
+#include "support/Messages.h"
 
 // Compiled without run-time type information, as some applications are.
 
@@ -13,13 +14,24 @@ public:
     char* serialize() override { return ConfirmationScreen::serialize(); }
 };
 
+class Another : public Orvu::Serializable {
+public:
+    Another() : Serializable(Orvu::DataTypeConfirmationScreen) {}
+    char* serialize() override { return mallocText(R"({"HEADER":"confirmationScreen"})"); }
+    bool deserialize(const char*) override { return true; }
+    using Serializable::deserialize;
+};
+
 }  // namespace
 
-std::unique_ptr<Orvu::Serializable> screenWithoutTypeInfo(bool dispose)
+std::shared_ptr<Orvu::Serializable> screenWithoutTypeInfo()
 {
-    auto screen = std::make_unique<Screen>();
-    screen->dispose = dispose;
-    return screen;
+    return std::make_shared<Screen>();
+}
+
+std::shared_ptr<Orvu::Serializable> anotherClassWithoutTypeInfo()
+{
+    return std::make_shared<Another>();
 }
 
 }  // namespace OrvuTests
