@@ -267,7 +267,7 @@ void Explainer::explainWord(const WordTable& words, JsonValue word)
     const std::string text = word.text();
     const std::vector<std::string_view> known = words.words();
     if (std::find(known.begin(), known.end(), text) != known.end() || !hasRoom(Finding::Ignored)) return;
-    add(Finding::Ignored, word, joined({quoted(text), " is no word that is read here", nearestHint(text, known)}));
+    add(Finding::Ignored, word, joined({quoted(text), " is not a word that is read here", nearestHint(text, known)}));
 }
 
 void Explainer::explainUnread(const Frame& frame)

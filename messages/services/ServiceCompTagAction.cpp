@@ -36,7 +36,7 @@ struct AsValidPosition {
     const Expected& expected() const { return kExpectedChild; }
     bool read(JsonReader& json, JsonValue value) const
     {
-        if (!readPosition(value)) json.fail(kBadPosition, value.isObject() ? "is no position" : nullptr);
+        if (!readPosition(value)) json.fail(kBadPosition, value.isObject() ? "is not a position" : nullptr);
         if (!json.failed() && !action.checkPos()) json.fail(kBadPosition, "is not within the display of 1280 by 720");
         return true;
     }

@@ -8,10 +8,10 @@ enum ExitCode {
     ExitDiffers = 1,   ///< check: what is written back is not what was read.
     ExitRefused = 2,   ///< ask, send: an error answer. check: the text does not read.
     ExitNoServer = 3,  ///< ask, send, watch: the peer cannot be reached. watch: it refuses, or the connection broke.
-    ExitUsage = 64,    ///< Wrong arguments, or a type that cannot be asked for.
+    ExitUsage = 64,    ///< Wrong arguments, or a type that cannot be requested.
     ExitNoInput = 66,  ///< A file or folder that cannot be read.
     ExitNoPort = 69,   ///< serve, push: no port is available, or the address is not this device's.
-    ExitNoOutput = 74  ///< Standard output cannot be written, for another reason than a reader that has left.
+    ExitNoOutput = 74  ///< Standard output cannot be written, unless only its reader has left.
 };
 
 }  // namespace OrvuTool

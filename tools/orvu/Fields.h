@@ -15,8 +15,8 @@ struct FieldsText {
 };
 
 /// The text of a message of the type `name`, which reads `keys`, from arguments such as "serviceContextId=1.2.01",
-/// "pos.w=640", "services[0].serviceName=Canal Um" or, once for each item of a list, "keys=numeric_keys". A value counts
-/// as what its key holds.
+/// "pos.w=640", "services[0].serviceName=Canal Um" or, once for each item of a list, "keys=numeric_keys". A value
+/// counts as what its key holds.
 FieldsText textOfFields(const std::string& name, const std::vector<Orvu::KeyDescription>& keys,
                         const std::vector<std::string>& arguments);
 
