@@ -11,8 +11,8 @@
 namespace OrvuBench {
 
 /// \file
-/// Fields of plain structs from and to cJSON's tree. A field stays as it is where its key is missing or of another kind. A
-/// struct has its own `readFields(const cJSON*, Struct&)` and `addFields(cJSON*, const Struct&)`.
+/// Fields of plain structs from and to cJSON's tree. A field stays as it is where its key is missing or of another
+/// kind. A struct has its own `readFields(const cJSON*, Struct&)` and `addFields(cJSON*, const Struct&)`.
 
 inline void read(const cJSON* tree, const char* key, std::string& field)
 {

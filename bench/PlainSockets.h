@@ -11,8 +11,8 @@ namespace OrvuBench {
 /// The exchange as somebody would write it who needs nothing else: one frame each way on a connection of its own. No
 /// time-outs, no stopping half way, no log.
 
-/// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a fresh
-/// stack is a page fault, so that a server takes no more than requests need.
+/// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a
+/// fresh stack is a page fault, so that a server takes no more than requests need.
 struct RequestRoom {
     char bytes[4 * 1024];
 };

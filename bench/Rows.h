@@ -23,8 +23,8 @@ void addPushRows();
 /// The same pushes without pause, to clients that read as fast as they can.
 void addFloodRows();
 
-/// A thousand messages of 1 KB that a saturated publisher pushes, as a listener of the library hears them and as a loop of
-/// recv does that divides the stream by the same rule.
+/// A thousand messages of 1 KB that a saturated publisher pushes, as a listener of the library hears them and as a loop
+/// of recv does that divides the stream by the same rule.
 void addListeningRows();
 
 }  // namespace OrvuBench

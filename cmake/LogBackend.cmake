@@ -1,4 +1,5 @@
-# Where log lines go, the one switch between platforms: Android's log through liblog, or what ORVU_LOG names at run time.
+# Where log lines go, the one switch between platforms: Android's log through liblog, or what ORVU_LOG names at run
+# time.
 set(ORVU_LOG_BACKEND auto CACHE STRING "Where log lines go: android (liblog), posix, or auto: by the target system")
 set_property(CACHE ORVU_LOG_BACKEND PROPERTY STRINGS auto android posix)
 if(NOT ORVU_LOG_BACKEND MATCHES "^(auto|android|posix)$")

@@ -1,6 +1,7 @@
-# Doxygen's input filter. Members that say all with their names need no comment of their own: fields, what gets, sets, adds or
-# tells a value, constructors that take the fields, assignments. This gives those that have none an empty one, so that only
-# a missing description of a class or of another function is an error. What takes a pointer has an owner to tell of.
+# Doxygen's input filter. Members that say all with their names need no comment of their own: fields, what gets, sets,
+# adds or tells a value, constructors that take the fields, assignments. This gives those that have none an empty one,
+# so that only a missing description of a class or of another function is an error. What takes a pointer has an owner to
+# tell of.
 
 function isField(line)
 {

@@ -33,8 +33,8 @@ private:
     Orvu::Socket other_;
 };
 
-/// While it lives, each `recv` of the library gives few bytes or many, as a row of random numbers says that begins with the
-/// bytes of `stream`: where it is cut follows from the input alone.
+/// While it lives, each `recv` of the library gives few bytes or many, as a row of random numbers says that begins with
+/// the bytes of `stream`: where it is cut follows from the input alone.
 class CutReads {
 public:
     explicit CutReads(const std::string& stream);

@@ -18,8 +18,8 @@ public:
     virtual void waitUntilNeeded() {}
     /// Takes a connection that was accepted. On the accept thread, which waits meanwhile.
     virtual void take(Socket connection) = 0;
-    /// Ends them all, and whatever waits on one of them; from then until begin() none is taken. Called by each stop, before
-    /// the accept thread has ended: it may be about to hand over a last one.
+    /// Ends them all, and whatever waits on one of them; from then until begin() none is taken. Called by each stop,
+    /// before the accept thread has ended: it may be about to hand over a last one.
     virtual void drop() = 0;
     /// Called on the accept thread when descriptors ran out. True when some were released.
     virtual bool makeRoom() { return false; }
@@ -60,7 +60,8 @@ public:
     bool start();
     /// Returns when the accept thread has ended and every connection is dropped.
     void stop();
-    /// Stops it for good: it cannot be configured any more. For an owner that does not wait until nobody uses the server.
+    /// Stops it for good: it cannot be configured any more. For an owner that does not wait until nobody uses the
+    /// server.
     void retire();
 
     /// The port that is bound; 0 when none is.

@@ -43,14 +43,14 @@ public:
     /// closes the descriptor. 0 on any failure.
     int connectSocket(int timeoutSeconds);
 
-    /// One exchange. Returns the answer, owned by the caller; null only when out of memory: a CannotConnectToServer when
-    /// the peer cannot be reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be written
-    /// or the answer not be understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at most, 0
-    /// for without end, and as long as a name takes to resolve.
+    /// One exchange. Returns the answer, owned by the caller; null only when out of memory: a CannotConnectToServer
+    /// when the peer cannot be reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be
+    /// written or the answer not be understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at
+    /// most, 0 for without end, and as long as a name takes to resolve.
     Serializable* send(Serializable* request, int timeoutSeconds);
 
-    /// The same with the time-out that the request asks for: 5 s, without end for a ConfirmationScreen whose `dispose` is
-    /// false, since the user decides.
+    /// The same with the time-out that the request asks for: 5 s, without end for a ConfirmationScreen whose `dispose`
+    /// is false, since the user decides.
     Serializable* sendRequest(Serializable* request);
 
     /// The same with an empty request of `type`. Null as well for a type that the factory cannot make.

@@ -18,8 +18,8 @@ public:
     /// The same, which then lives at least as long as the result.
     ORVU_LOCAL static std::shared_ptr<OrvuRestServerSocket> shared();
 
-    /// Stops the server, and deletes it once nobody uses it. Requests still being received are dropped; returns when they
-    /// are. No callback begins afterwards.
+    /// Stops the server, and deletes it once nobody uses it. Requests still being received are dropped; returns when
+    /// they are. No callback begins afterwards.
     static void destroyInstance();
     /// The part of it that concerns requests.
     ORVU_LOCAL static void dropRequests();

@@ -22,8 +22,9 @@ public:
     /// Closes every client as well. A push in progress ends.
     void stop() override;
     /// Offers the bytes to every client in the order of acceptance, then gives those that could not take them whole the
-    /// rest, for 5 s at most in all. A client that let this time pass is from then on only offered, until it takes a push
-    /// whole: it may find messages cut. True when at least one client took all bytes. Clients that failed stay listed.
+    /// rest, for 5 s at most in all. A client that let this time pass is from then on only offered, until it takes a
+    /// push whole: it may find messages cut. True when at least one client took all bytes. Clients that failed stay
+    /// listed.
     bool send(unsigned char* data, unsigned int size) override;
 
 private:

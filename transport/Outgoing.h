@@ -15,8 +15,8 @@ public:
     /// Gives the socket as much as it takes without waiting. False when the socket failed for good.
     bool offer(int fd);
 
-    /// Gives it all the rest, waiting for room up to `patience` at a time and not beyond `end`. False when the socket failed
-    /// or the time was over.
+    /// Gives it all the rest, waiting for room up to `patience` at a time and not beyond `end`. False when the socket
+    /// failed or the time was over.
     bool finish(int fd, Seconds patience, Deadline end = kNever);
 
     /// Bytes that the socket has not taken yet.
@@ -32,8 +32,8 @@ private:
 /// What a short frame is put together in.
 using ShortFrame = char[1500];
 
-/// A frame's head and body on their way: put together in `room`, which is to live as long, when it is short. Sending two parts
-/// costs more.
+/// A frame's head and body on their way: put together in `room`, which is to live as long, when it is short. Sending
+/// two parts costs more.
 Outgoing frameOf(ShortFrame& room, const void* head, std::size_t headSize, const void* body, std::size_t bodySize);
 
 }  // namespace Orvu

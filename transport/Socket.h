@@ -40,8 +40,8 @@ bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline);
 
 /// Owns one socket and closes it. shutdown() may be called from another thread; closing may not.
 ///
-/// Sockets made here are closed by `exec` and never take a standard descriptor: the contract counts descriptors from 1, and
-/// log lines go to 2.
+/// Sockets made here are closed by `exec` and never take a standard descriptor: the contract counts descriptors from 1,
+/// and log lines go to 2.
 class Socket {
 public:
     Socket() = default;
@@ -55,8 +55,8 @@ public:
     /// The next connection of a listening socket; without one `errno` tells why. Blocks.
     static Socket acceptedFrom(const Socket& listener);
 
-    /// Not a socket, but a counter that poll() finds readable once eventfd_write() has counted; without one `errno` tells
-    /// why.
+    /// Not a socket, but a counter that poll() finds readable once eventfd_write() has counted; without one `errno`
+    /// tells why.
     static Socket bell();
 
     explicit operator bool() const { return fd_ >= 0; }
@@ -66,8 +66,8 @@ public:
     /// Lets what is written go out at once, however small, instead of waiting until the peer has confirmed what went
     /// before.
     void sendAtOnce();
-    /// Has the system find a peer that vanished without a word within two minutes, whether or not something is on its way
-    /// to it.
+    /// Has the system find a peer that vanished without a word within two minutes, whether or not something is on its
+    /// way to it.
     void keepAlive();
     /// Ends the traffic both ways and wakes whoever waits for some. A listening socket stops listening and stays bound.
     void shutdown();

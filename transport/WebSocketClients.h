@@ -10,8 +10,8 @@
 
 namespace Orvu {
 
-/// The connections of a WebSocket push server, each with its reader thread: one at most is attached and gets what is pushed,
-/// and eight at most are in their handshake. Any thread.
+/// The connections of a WebSocket push server, each with its reader thread: one at most is attached and gets what is
+/// pushed, and eight at most are in their handshake. Any thread.
 class WebSocketClients final : public Connections {
 public:
     void begin(const Socket& listener) override;

@@ -110,7 +110,8 @@ void WebSocketConnection::clientReadThread()
     logLine("OrvuRestServerWebSocket::clientReadThread end");
 }
 
-/// What came together with the end of the opening request. False when the client is to be let go, as of the functions below.
+/// What came together with the end of the opening request. False when the client is to be let go, as of the functions
+/// below.
 bool WebSocketConnection::handleEarly()
 {
     const std::string early = std::move(early_);

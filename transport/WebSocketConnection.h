@@ -11,8 +11,8 @@
 
 namespace Orvu {
 
-/// One connection of a WebSocket push server: its handshake, the frames that it sends and the echo. A reader thread serves
-/// it; push() and shutdown() are for any thread.
+/// One connection of a WebSocket push server: its handshake, the frames that it sends and the echo. A reader thread
+/// serves it; push() and shutdown() are for any thread.
 class WebSocketConnection : public std::enable_shared_from_this<WebSocketConnection> {
 public:
     /// `place` stays the caller's.
@@ -21,8 +21,8 @@ public:
     /// From the opening request to the end, for the reader thread.
     void serve();
 
-    /// Sends one binary frame on a connection that was attached. The bytes that went out, its header counted; 0 when it has
-    /// been ended meanwhile, -1 when writing failed.
+    /// Sends one binary frame on a connection that was attached. The bytes that went out, its header counted; 0 when it
+    /// has been ended meanwhile, -1 when writing failed.
     ssize_t push(const void* data, std::size_t size);
 
     // What the place knows of it:

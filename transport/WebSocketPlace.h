@@ -13,8 +13,8 @@ class WebSocketPlace {
 public:
     using Connection = std::shared_ptr<WebSocketConnection>;
 
-    /// Whether a newcomer is to be refused. The attached client's reader first handles what has already arrived, for up to
-    /// 100 ms, since the client may have left.
+    /// Whether a newcomer is to be refused. The attached client's reader first handles what has already arrived, for up
+    /// to 100 ms, since the client may have left.
     bool isTaken();
     /// The same question for a newcomer whose opening request is whole: unless refused, it is attached, and its reader
     /// counts as busy. False as well for one that was ended.

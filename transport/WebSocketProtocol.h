@@ -40,7 +40,8 @@ private:
     int matched_ = 0;  // how much of the blank line and the line end before it the bytes so far end with
 };
 
-/// The value of "Sec-WebSocket-Accept" for a client's key of 24 characters (RFC 6455, section 4.2.2). Throws std::bad_alloc.
+/// The value of "Sec-WebSocket-Accept" for a client's key of 24 characters (RFC 6455, section 4.2.2). Throws
+/// std::bad_alloc.
 std::string getHSaccept(const std::string& key);
 
 /// The answer to an opening request; none when the request has no key, or one that is not 24 characters long. Throws
@@ -67,14 +68,16 @@ struct ReceivedFrame {
     unsigned char shown[kShown] = {};  ///< Its first bytes, as they came.
 };
 
-/// Finds the frames in the bytes of a client, in whatever pieces they come. Of those that are not a final text the payload
-/// is skipped, and a close frame is one by its first byte already. Four bytes count as the masking key even where the mask bit is not set.
+/// Finds the frames in the bytes of a client, in whatever pieces they come. Of those that are not a final text the
+/// payload is skipped, and a close frame is one by its first byte already. Four bytes count as the masking key even
+/// where the mask bit is not set.
 class FrameStream {
 public:
     static constexpr std::uint64_t kLongestText = 64 * 1024;
 
-    /// The next frame that ends in the bytes from `at` to `end`, which came next: `at` moves to where they go on after it.
-    /// Null when there is none: `at` is `end`, then, and further bytes may end the frame. Valid until the next call.
+    /// The next frame that ends in the bytes from `at` to `end`, which came next: `at` moves to where they go on after
+    /// it. Null when there is none: `at` is `end`, then, and further bytes may end the frame. Valid until the next
+    /// call.
     const ReceivedFrame* next(const unsigned char*& at, const unsigned char* end);
     /// Whether a text began that is longer than kLongestText. No further frame is found then.
     bool isTooLong() const;

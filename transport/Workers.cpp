@@ -154,8 +154,8 @@ bool Workers::serve(Socket accepted)
     return true;
 }
 
-/// Accepts the next connection. False when the thread is to end instead: after ten seconds without one, once closed, and
-/// when accepting failed, which is then the accept thread's to deal with.
+/// Accepts the next connection. False when the thread is to end instead: after ten seconds without one, once closed,
+/// and when accepting failed, which is then the accept thread's to deal with.
 bool Workers::idle(Worker& worker)
 {
     const Socket* const listener = beginIdling(worker);

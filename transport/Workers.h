@@ -29,8 +29,8 @@ public:
     bool serve(Socket accepted);
     /// Returns when no worker idles, or once closed.
     void waitUntilNoneIdles();
-    /// From now on no worker idles: returns when the idle ones have ended; each other one ends after its connection. Called
-    /// after the listening socket was shut down, which is what wakes them.
+    /// From now on no worker idles: returns when the idle ones have ended; each other one ends after its connection.
+    /// Called after the listening socket was shut down, which is what wakes them.
     void close();
 
     /// Whether the calling thread is a worker in a callback.

@@ -100,7 +100,8 @@ int useReceiver(OrvuRestInterface& orvu, const char* host, int port)
     return 0;
 }
 
-/// Waits for the thread that asks. A signal stops it: the exchange that it is in ends at once, with an error as its answer.
+/// Waits for the thread that asks. A signal stops it: the exchange that it is in ends at once, with an error as its
+/// answer.
 int resultOf(std::future<int> asking, OrvuRestInterface& orvu, const sigset_t& signals)
 {
     const timespec now{};

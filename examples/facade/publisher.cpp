@@ -4,8 +4,8 @@
 ///
 ///     publisher tcp|websocket [MIN-PORT MAX-PORT]
 ///
-/// Without ports the system chooses one. The library's own log lines go to standard error; run it with ORVU_LOG=none to be
-/// rid of them.
+/// Without ports the system chooses one. The library's own log lines go to standard error; run it with ORVU_LOG=none to
+/// be rid of them.
 
 #include <csignal>
 #include <cstdlib>

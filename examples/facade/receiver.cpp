@@ -73,7 +73,8 @@ Answer currentService()
     return serviceOf(kChannels[current]);
 }
 
-/// Selects the service that the request names. The outcomes are messages of their own: success, or an error by its name.
+/// Selects the service that the request names. The outcomes are messages of their own: success, or an error by its
+/// name.
 Answer select(const Orvu::ServiceSelection& wanted)
 {
     const auto locator = Orvu::ServiceContext::parse(wanted.serviceContextId);
@@ -105,8 +106,8 @@ Answer answerTo(const Serializable& request, Orvu::DataType type)
     }
 }
 
-/// The library calls this for every request, on threads of its own, several at once. From here on the request is ours: it
-/// is answered once and deleted.
+/// The library calls this for every request, on threads of its own, several at once. From here on the request is ours:
+/// it is answered once and deleted.
 void* onRequest(OrvuRestRequest* received)
 {
     const std::unique_ptr<OrvuRestRequest> request(received);

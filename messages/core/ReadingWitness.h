@@ -60,8 +60,9 @@ public:
     virtual void asked(const char* key, const Expected& expected, JsonValue found) = 0;
     /// It has taken a value by its place, right behind the key that it asked for last; or there was none.
     virtual void took(JsonValue value, const Expected& expected) = 0;
-    /// It has failed at what it asked for last; it may fail again, but the first fault is the one that counts. `why` says what is wrong with the value, in words that follow it, such
-    /// as "is outside 0 to 100"; null when it is the kind, or that there is none.
+    /// It has failed at what it asked for last; it may fail again, but the first fault is the one that counts. `why`
+    /// says what is wrong with the value, in words that follow it, such as "is outside 0 to 100"; null when it is the
+    /// kind, or that there is none.
     virtual void failed(const char* why) = 0;
     virtual void end() = 0;
 

@@ -25,7 +25,8 @@ struct Tally {
     long wrong = 0;      ///< How often something else came than was due.
 };
 
-/// The peers of this process, in a process of their own: what they take of the system is not this one's. They come in rounds.
+/// The peers of this process, in a process of their own: what they take of the system is not this one's. They come in
+/// rounds.
 class Crowd {
 public:
     /// Starts the process; before this one has threads.

@@ -16,8 +16,8 @@ struct Sample {
     double threads = 0;
 };
 
-/// Two medians of one thing that was sampled: in the second fifth of the run, and in the last one. The first fifth is there
-/// to warm up.
+/// Two medians of one thing that was sampled: in the second fifth of the run, and in the last one. The first fifth is
+/// there to warm up.
 struct Course {
     double early = 0;
     double late = 0;

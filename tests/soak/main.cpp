@@ -8,9 +8,10 @@
 #include "soak/Subject.h"
 #include "wire/Sockets.h"
 
-/// orvu-soak SECONDS FILE: lets the library work in all of its roles at full speed, in rounds of a second, against peers good
-/// and bad. Between the rounds, when nothing is going on, it notes in FILE what this process takes. The last line tells what
-/// was done and how that developed; the exit code is 0 when everything was answered as it should, and nothing grew.
+/// orvu-soak SECONDS FILE: lets the library work in all of its roles at full speed, in rounds of a second, against
+/// peers good and bad. Between the rounds, when nothing is going on, it notes in FILE what this process takes. The last
+/// line tells what was done and how that developed; the exit code is 0 when everything was answered as it should, and
+/// nothing grew.
 
 using namespace OrvuTests;
 

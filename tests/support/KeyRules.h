@@ -130,7 +130,8 @@ Key boolean(const std::string& name, bool Message::*field)
     });
 }
 
-/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other text.
+/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other
+/// text.
 inline Key wordShownBy(const std::string& name, const std::string& value, const std::string& otherValue,
                        const std::string& stranger, std::function<std::string(Orvu::Serializable&)> field)
 {

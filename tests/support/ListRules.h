@@ -12,8 +12,8 @@
 #include "support/Messages.h"
 
 /// \file
-/// What holds for every list of children that a message carries. A test program includes this file once and instantiates
-/// AListOfChildren with its messages' lists.
+/// What holds for every list of children that a message carries. A test program includes this file once and
+/// instantiates AListOfChildren with its messages' lists.
 
 namespace OrvuTests {
 

@@ -28,7 +28,8 @@ using testing::Ge;
 using testing::Lt;
 using testing::Optional;
 
-// These tests wait for the library's own time-outs. What takes the same time runs at the same time, so that few tests wait.
+// These tests wait for the library's own time-outs. What takes the same time runs at the same time, so that few tests
+// wait.
 
 namespace {
 
