@@ -54,7 +54,7 @@ void readStructs(const cJSON* tree, const char* key, std::vector<Struct>& fields
     cJSON_ArrayForEach(item, list) readFields(item, fields.emplace_back());
 }
 
-/// The place of the text among the words; 0, the unknown one, for a stranger.
+/// The index of the text among the words; 0, the unknown one, for any other text.
 template <std::size_t kCount>
 int placeOf(const cJSON* text, const std::array<const char*, kCount>& words)
 {

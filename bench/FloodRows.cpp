@@ -104,7 +104,7 @@ public:
     std::uint64_t bytes() const { return bytes_; }
 
 private:
-    /// A frame for which there is no room is refused, and pushed again.
+    /// A frame that finds no room is refused, and pushed again.
     bool send(std::string& prepared, std::size_t size)
     {
         constexpr int kTries = 1000 * 1000;

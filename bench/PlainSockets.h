@@ -8,7 +8,7 @@
 namespace OrvuBench {
 
 /// \file
-/// The exchange as somebody would write it who needs nothing else: one frame each way on a connection of its own. No
+/// The exchange as one would write it without further needs: one frame each way on a connection of its own. No
 /// time-outs, no stopping half way, no log.
 
 /// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a
@@ -49,7 +49,7 @@ public:
     /// Which threads serve the connections.
     enum Threads {
         OneEach,  ///< A detached one for each connection, made when it was accepted.
-        Kept      ///< Four that are there already: each accepts a connection and serves it, one after the other.
+        Kept      ///< Four threads that already run: each accepts a connection and serves it, one after the other.
     };
 
     /// Listens on a free port of this machine. Throws std::system_error.

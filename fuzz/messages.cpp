@@ -13,7 +13,7 @@ using namespace Orvu;
 
 /// \file
 /// Every message class that the factory makes, on any text. The class is the one that the text's "HEADER" names or,
-/// where another byte than "{" stands before the text, the one whose type has that number.
+/// where another byte than "{" precedes the text, the one whose type has that number.
 
 namespace OrvuFuzz {
 namespace {

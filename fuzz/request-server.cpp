@@ -18,7 +18,7 @@ namespace {
 
 struct Exchange {
     std::string received;  ///< What the message that reached the application writes.
-    std::string answer;    ///< As it stands on the wire.
+    std::string answer;    ///< As it is on the wire.
 };
 
 std::string received;

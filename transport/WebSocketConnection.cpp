@@ -81,7 +81,7 @@ void WebSocketConnection::readOpeningRequest()
     }
 }
 
-/// For whoever holds `writing_`.
+/// The caller holds `writing_`.
 bool WebSocketConnection::answer(const std::string& response)
 {
     logLine(
@@ -191,7 +191,7 @@ ssize_t WebSocketConnection::push(const void* data, std::size_t size)
     return isOver_ ? 0 : sendframe(data, size, WS_FR_OP_BIN);
 }
 
-/// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing_`.
+/// The bytes that went out, the frame's header counted; -1 when writing failed. The caller holds `writing_`.
 ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int opcode)
 {
     const FrameHeader header(opcode, static_cast<unsigned>(size));

@@ -37,7 +37,7 @@ public:
     /// The value of the text; none when it was refused.
     JsonValue value() const;
 
-    // For whoever reads it into a message. The text may be held by that very message.
+    // For reading it into a message. The text may be held by that very message.
 
     /// Before code of an application runs, which may change or release what holds the text: reads on in a copy.
     /// Throws std::bad_alloc.

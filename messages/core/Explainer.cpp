@@ -243,7 +243,7 @@ void Explainer::explainValue(const Frame& frame, const Asked& asked)
         return;
     }
     const bool isNullField = asked.found.isNull() && !isList(kind);  // as the library writes fields that hold nothing
-    if (kind == Expected::Child || isNullField) return;              // a child tells of itself
+    if (kind == Expected::Child || isNullField) return;              // a child explains itself
     if (isFaulty(asked.found) || std::any_of(frame.asked.begin(), frame.asked.end(), isElsewhere)) return;
     const char* const sequel = !isList(kind)            ? ", ignored"
                                : asked.found.isObject() ? ": its values are read"

@@ -47,7 +47,7 @@ private:
         bool isPart;     // of another message, whose faults are its own
         bool hasFailed = false;
         const char* why = nullptr;
-        std::size_t faultAt = 0;  // behind what was asked last
+        std::size_t faultAt = 0;  // after what was asked last
         std::vector<Asked> asked;
         std::vector<std::size_t> taken;  // where values begin that were taken by their place
     };

@@ -187,7 +187,7 @@ private:
     const JsonValue value_;
     MemberFinder members_;
     unsigned char error_ = 0;
-    bool isSpecial_;  // whether it has failed, or somebody sees what it asks for
+    bool isSpecial_;  // whether it has failed or has a witness
 };
 
 }  // namespace Orvu

@@ -5,7 +5,7 @@
 namespace Orvu {
 
 /// For `catch (...)` around an application's code: pthread_exit() and cancelling may end a thread by unwinding its
-/// stack, which is no C++ exception and must go on.
+/// stack, which is not a C++ exception and must go on.
 inline void passThreadEndOn()
 {
     if (!std::current_exception()) throw;

@@ -46,7 +46,7 @@ private:
     {
         if (!value.isObject()) return false;
         if (!action.pos) action.pos = new Position;
-        unsigned char ignored = 0;  // the caller's error byte tells of the action
+        unsigned char ignored = 0;  // the caller's error byte is for the action
         if (!readChild(*action.pos, contractOf<Position>(), value, ignored)) return false;
         if (!value.witness()) std::puts("ServiceCompTagAction::deserialize: this->pos->deserialize return = true");
         return true;

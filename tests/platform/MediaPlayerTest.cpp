@@ -209,7 +209,7 @@ TEST(AMediaPlayer, IsNotReadWithoutFormatsAndKeepsWhatWasReadBefore)
     EXPECT_FALSE(player.deserialize(nullptr));
 }
 
-TEST(AMediaPlayer, ReadsAStrangersStateAsUnknown)
+TEST(AMediaPlayer, ReadsAnyOtherStateAsUnknown)
 {
     EXPECT_EQ(Reading(R"("state": "Playing")").player.state, StatusTypeUnknown);
     EXPECT_EQ(Reading(R"("state": "requesting")").player.state, StatusTypeUnknown);

@@ -192,7 +192,7 @@ ELSEWHERE = {
     "targetAppAction": {"url"},
 }
 
-# What is only read, and what only stands in another text.
+# Types that are only read, and types that only occur inside another text.
 NEVER_WRITTEN = {"persistentVariableValue", "binaryDataMultipart-part"}
 
 

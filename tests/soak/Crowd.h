@@ -40,7 +40,7 @@ public:
     int port() const { return port_; }
     /// Lets the peers come.
     void begin(const Ports& ports) const;
-    /// Waits until they are gone. Throws std::runtime_error when one of them waited in vain.
+    /// Waits until they are gone. Throws std::runtime_error when one of them timed out.
     Tally end() const;
 
 private:

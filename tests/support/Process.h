@@ -50,7 +50,7 @@ private:
         Stream();
         ~Stream();
         int writingEnd() const { return pipe_[1]; }
-        void abandon();  ///< Before the process starts: nobody will read.
+        void abandon();  ///< Before the process starts: no one will read.
         void start();    ///< Once the process has the writing end, which is closed here.
         bool waitFor(const std::string& part);
         bool waitForEnd();

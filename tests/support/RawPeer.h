@@ -12,7 +12,7 @@ namespace OrvuTests {
 /// The four bytes that announce a length, the NUL counted.
 std::string lengthBytes(std::uint32_t length);
 
-/// One frame with `text`, as it stands on the wire.
+/// One frame with `text`, as it is on the wire.
 std::string frameOf(const std::string& text);
 
 /// One end of a connection, below any message: sends the bytes that it is told, in the pieces that it is told.

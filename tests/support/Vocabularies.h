@@ -25,7 +25,7 @@ struct WordTable {
     std::string name;
     std::function<const char*(int value)> toWord;
     std::function<int(const std::string& word)> toValue;
-    int stranger;  ///< What a text that is no word reads as.
+    int stranger;  ///< The value of a text that is not one of the words.
     std::vector<WordRow> rows;
 };
 

@@ -5,8 +5,8 @@ namespace OrvuTool {
 /// How the tool ends. Scripts rely on the numbers; from 64 on they are those of <sysexits.h>.
 enum ExitCode {
     ExitOk = 0,
-    ExitDiffers = 1,   ///< check: what is written back is not what was read.
-    ExitRefused = 2,   ///< ask, send: an error answer. check: the text does not read.
+    ExitDiffers = 1,   ///< check: the message writes something else than was read.
+    ExitRefused = 2,   ///< ask, send: an error answer. check: the text cannot be read.
     ExitNoServer = 3,  ///< ask, send, watch: the peer cannot be reached. watch: it refuses, or the connection broke.
     ExitUsage = 64,    ///< Wrong arguments, or a type that cannot be requested.
     ExitNoInput = 66,  ///< A file or folder that cannot be read.

@@ -8,7 +8,7 @@
 
 namespace OrvuTool {
 
-/// A message text made of what stands on a command line.
+/// A message text made from the arguments of a command line.
 struct FieldsText {
     JsonTree tree;      ///< The object; empty when there is a fault.
     std::string fault;  ///< Which of the arguments is wrong, and why.
