@@ -11,8 +11,8 @@ namespace OrvuBench {
 /// The exchange as one would write it without further needs: one frame each way on a connection of its own. No
 /// time-outs, no stopping half way, no log.
 
-/// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a
-/// fresh stack is a page fault, so that a server takes no more than requests need.
+/// Room on the stack for the one frame that comes in; longer frames are not supported. The first use of a page of a
+/// fresh stack is a page fault, so a server takes only what requests need.
 struct RequestRoom {
     char bytes[4 * 1024];
 };
@@ -29,7 +29,7 @@ int listenOnFreePort(int fd);
 /// Connects it to a port of this machine.
 bool connectTo(int port, int fd);
 
-/// One that was free a moment ago, for servers that cannot be asked which port they chose.
+/// A port that was free a moment ago, for servers that cannot say which port they chose.
 int freePort();
 
 /// Reads one frame into `room`; its text, which ends with a NUL there, or none when it does not come whole.

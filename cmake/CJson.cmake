@@ -1,4 +1,4 @@
-# Makes sure of the target cjson, the system's cJSON: by its CMake package or, where that is missing, by pkg-config.
+# Defines the target cjson, the system's cJSON: by its CMake package or, where that is missing, by pkg-config.
 # The code includes <cjson/cJSON.h>.
 set(ORVU_CJSON_AT_LEAST 1.7.12)
 

@@ -6,7 +6,7 @@ set(ORVU_CMAKE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Orvu)
 install(TARGETS orvu EXPORT Orvu LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/orvu DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 
-# The library needs nothing of its users' CMake, so the list of its targets is the whole package.
+# Users of the library need no further CMake packages, so the list of its targets is the whole package.
 install(EXPORT Orvu FILE OrvuConfig.cmake NAMESPACE Orvu:: DESTINATION ${ORVU_CMAKE_FOLDER})
 write_basic_package_version_file(OrvuConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/OrvuConfigVersion.cmake DESTINATION ${ORVU_CMAKE_FOLDER})

@@ -18,14 +18,14 @@ struct Announced {
 };
 Announced announcedIn(const std::string& stream);
 
-/// The peer of a connection within this thread: it has sent its stream and says that nothing more comes.
+/// The peer of a connection, in this thread: it has sent its stream and closed its sending side.
 class Peer {
 public:
     explicit Peer(const std::string& stream);
 
-    /// Our end of the connection. Once.
+    /// Our end of the connection. Call it once.
     Orvu::Socket takeOtherEnd() { return std::move(other_); }
-    /// What came to it; to be asked when the other side has sent all that it sends.
+    /// What the peer received; call it when the other side has sent everything.
     std::string received();
 
 private:

@@ -11,7 +11,7 @@
 using namespace Orvu;
 
 /// \file
-/// What a client of the request server sends, whole and cut into pieces. See Peer.h for the input.
+/// What a client sends to the request server, whole and cut into pieces. See Peer.h for the input.
 
 namespace OrvuFuzz {
 namespace {

@@ -118,7 +118,7 @@ Loss Attachment::receive()
     return leave();
 }
 
-/// Says good-bye where the protocol has a word for it.
+/// Sends a close frame over a WebSocket.
 Loss Attachment::leave()
 {
     delivery_.endTurn();

@@ -108,7 +108,7 @@ export class OrvuPush extends EventTarget {
     /** Ends a pause: the next attempt begins at once. Without effect in other states. */
     retryNow(): void;
 
-    /** Sends one text. Resolves with the echo; rejects with an OrvuPushError, or with a TypeError unless given a string. */
+    /** Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for a non-string. */
     send(text: string): Promise<string>;
 
     /** Detaches and stays so until open() is called again. Texts without an echo are rejected. */

@@ -31,7 +31,7 @@ export function bytesLeft(text) {
     return kLongestText - new TextEncoder().encode(text).length;
 }
 
-/** Why a text was not sent, or not echoed; `code` says why. */
+/** Why a text was not sent, or not echoed; `code` names the reason. */
 export class OrvuPushError extends Error {
     constructor(code, message) {
         super(message);

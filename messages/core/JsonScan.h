@@ -100,8 +100,8 @@ inline int hexPair(const char* at)
     return (16 * kHexDigits[at[0]]) | kHexDigits[at[1]];
 }
 
-/// Hands over the characters of the `\u` escapes that follow each other here. Returns the first that is no such escape,
-/// is U+0000 or a surrogate, or is cut by the `end`.
+/// Hands over the characters of the `\u` escapes that follow each other here. Returns the first one that is not such an
+/// escape, is U+0000 or a surrogate, or is cut by the `end`.
 template <class Take>
 const char* takeUnicodes(const char* at, const char* end, Take take)
 {

@@ -13,7 +13,7 @@
 
 namespace OrvuTests {
 
-/// What the contract lets an exchange come to.
+/// The outcomes that the contract allows an exchange.
 using Outcomes = std::set<std::string>;
 
 /// The n-th call of a kind, counted from 1, fails with `error`.

@@ -22,7 +22,7 @@ struct Ports {
 struct Tally {
     long exchanges = 0;  ///< Requests, good and bad.
     long clients = 0;    ///< That connected to a push server.
-    long wrong = 0;      ///< How often something else came than was due.
+    long wrong = 0;      ///< How often a peer got a wrong result.
 };
 
 /// The peers of this process, in a process of their own: what they take of the system is not this one's. They come in

@@ -4,7 +4,7 @@
 #include <vector>
 
 /// \file
-/// Whether a process that did the same for a long time takes more in the end than it did when it had warmed up.
+/// Whether a process that did the same for a long time takes more at the end than after warming up.
 
 namespace OrvuTests {
 

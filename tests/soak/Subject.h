@@ -7,7 +7,7 @@
 
 namespace OrvuTests {
 
-/// What the process that is watched did in a round.
+/// What the measured process did in a round.
 struct Work {
     long asked = 0;
     long pushes = 0;  ///< That a client took.

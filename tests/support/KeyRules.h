@@ -130,12 +130,12 @@ Key boolean(const std::string& name, bool Message::*field)
     });
 }
 
-/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other
+/// A key that is read as one of a few words; `field` shows the word that became of it. `otherWord` is any other
 /// text.
 inline Key wordShownBy(const std::string& name, const std::string& value, const std::string& otherValue,
-                       const std::string& stranger, std::function<std::string(Orvu::Serializable&)> field)
+                       const std::string& otherWord, std::function<std::string(Orvu::Serializable&)> field)
 {
-    const std::string none = inQuotes(stranger);
+    const std::string none = inQuotes(otherWord);
     return {name,
             inQuotes(value),
             inQuotes(otherValue),
@@ -226,7 +226,7 @@ protected:
         for (const Key& other : keys()) {
             if (other.isRequired && other.name != key.name) others += member(other.name, other.otherValue) + ", ";
         }
-        return whole(others + (members.empty() ? R"("stranger": 1)" : members));
+        return whole(others + (members.empty() ? R"("nonsense": 1)" : members));
     }
 
     /// A text with these members and the required ones, whose names may be spelt in another way.
@@ -262,11 +262,11 @@ TEST_P(AMessage, ReadsEachOfItsKeys)
     expectValues(*message);
 }
 
-TEST_P(AMessage, ReadsItsKeysInAnyOrderAmongStrangers)
+TEST_P(AMessage, ReadsItsKeysInAnyOrderAmongUnknownOnes)
 {
     std::string members = R"("HEADER": "whatever")";
     for (auto key = keys().rbegin(); key != keys().rend(); ++key)
-        members += R"(, "stranger": {"a": 1}, )" + member(key->name, key->value);
+        members += R"(, "nonsense": {"a": 1}, )" + member(key->name, key->value);
     const auto message = filled();
     EXPECT_TRUE(message->deserialize(whole(members).c_str()));
     expectValues(*message);

@@ -19,7 +19,7 @@ struct Ended {
 struct ProcessOptions {
     std::string input;                     ///< Its standard input.
     std::vector<std::string> environment;  ///< "NAME=value", beside what this process has.
-    bool outputGone = false;               ///< Nobody reads its standard output: writing there fails with EPIPE.
+    bool outputGone = false;               ///< Its standard output has no reader: writing there fails with EPIPE.
 };
 
 /// A program that runs beside the test. Its signals are the default ones, whatever this process does with its own.

@@ -28,7 +28,7 @@
 
 namespace OrvuTests {
 
-/// What the library asks of the system.
+/// The system calls of the library.
 struct SystemCalls {
     SystemCalls();
 
