@@ -142,8 +142,8 @@ TEST(ARequestPort, CannotBeWatchedAsAWebSocket)
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err, orvuSays(receiver.port(),
-                                  "cannot be watched: it closes the connection; perhaps somebody "
-                                  "else watches, or it is not a WebSocket port"));
+                                  "cannot be watched: it closes the connection; perhaps another "
+                                  "client is attached, or it is not a WebSocket port"));
 }
 
 class EachTimedChannel : public testing::TestWithParam<const char*> {};

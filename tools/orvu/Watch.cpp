@@ -190,7 +190,7 @@ std::string Watch::reasonOf(const ListenerStatus& status)
         case ListenerLossUnanswered:
         case ListenerLossOccupied:
             return cannotWatch +
-                   "it closes the connection; perhaps somebody else watches, or it is not a WebSocket port";
+                   "it closes the connection; perhaps another client is attached, or it is not a WebSocket port";
         default:
             return cannotWatch + status.reason;
     }
