@@ -97,8 +97,8 @@ struct EventList {
     std::string timestamp;
 };
 
-/// As the library reads: the genre is expected in an object, which a written text does not have, the data of a linkage is not
-/// read, and the schedule is sorted.
+/// As the library reads: the genre is expected in an object, which a written text does not have, the data of a linkage
+/// is not read, and the schedule is sorted.
 void readFields(const cJSON* tree, EventList& list);
 Text print(const EventList& list);
 

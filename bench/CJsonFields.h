@@ -11,8 +11,8 @@
 namespace OrvuBench {
 
 /// \file
-/// Fields of plain structs from and to cJSON's tree. A field stays as it is where its key is missing or of another kind. A
-/// struct has its own `readFields(const cJSON*, Struct&)` and `addFields(cJSON*, const Struct&)`.
+/// Fields of plain structs from and to cJSON's tree. A field stays as it is where its key is missing or of another
+/// kind. A struct has its own `readFields(const cJSON*, Struct&)` and `addFields(cJSON*, const Struct&)`.
 
 inline void read(const cJSON* tree, const char* key, std::string& field)
 {
@@ -54,7 +54,7 @@ void readStructs(const cJSON* tree, const char* key, std::vector<Struct>& fields
     cJSON_ArrayForEach(item, list) readFields(item, fields.emplace_back());
 }
 
-/// The place of the text among the words; 0, the unknown one, for a stranger.
+/// The index of the text among the words; 0, the unknown one, for any other text.
 template <std::size_t kCount>
 int placeOf(const cJSON* text, const std::array<const char*, kCount>& words)
 {

@@ -13,8 +13,8 @@
 namespace OrvuBench {
 
 /// \file
-/// The messages of the benchmarks with cJSON alone: the text is parsed and the tree walked into a struct, and the other way
-/// round.
+/// The messages of the benchmarks with cJSON alone: the text is parsed and the tree walked into a struct, and the other
+/// way round.
 
 struct DeleteTree {
     void operator()(cJSON* tree) const { cJSON_Delete(tree); }

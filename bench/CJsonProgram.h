@@ -4,7 +4,8 @@
 
 namespace OrvuBench {
 
-/// The plain sockets with cJSON on both sides: what an application would write for the same exchanges without the library.
+/// The plain sockets with cJSON on both sides: what an application would write for the same exchanges without the
+/// library.
 class CJsonProgram {
 public:
     /// One exchange, the client's part; whether the right answer came. Any thread.

@@ -13,7 +13,7 @@ const std::string kTimeAnswer = writeTime(broadcastTime()).get();
 const std::string kListRequest = writeList({}).get();
 const std::string kListAnswer = writeList(channels()).get();
 
-/// The same frames as the others exchange, made beforehand, and looked at by nobody.
+/// The same frames as the others exchange, made beforehand; nothing reads their texts.
 template <PlainServer::Threads kThreads>
 class Limit {
 public:

@@ -43,7 +43,7 @@ public:
     Readers(const Readers&) = delete;
     Readers& operator=(const Readers&) = delete;
 
-    /// Waits until kLast has come to each of them; whether each took so many bytes in all.
+    /// Waits until each has received kLast. Whether each received that many bytes in all.
     bool took(std::uint64_t bytes)
     {
         join();
@@ -74,7 +74,7 @@ private:
     std::vector<std::thread> threads_;
 };
 
-/// Pushes without pause, and keeps count of the bytes.
+/// Pushes without pause, and counts the bytes.
 template <class Publisher>
 class Flood {
 public:
@@ -82,7 +82,7 @@ public:
         : load_(load), publisher_(publisher), prepared_(publisher.prepared(message_))
     {}
 
-    /// So many bytes, of all listeners together, that the buffers are as full as they get.
+    /// Enough bytes, over all listeners, to fill the buffers as far as they will be filled.
     bool begin()
     {
         constexpr std::size_t kFull = 4 * 1024 * 1024;
@@ -104,7 +104,7 @@ public:
     std::uint64_t bytes() const { return bytes_; }
 
 private:
-    /// A frame for which there is no room is refused, and pushed again.
+    /// A frame that finds no room is refused, and pushed again.
     bool send(std::string& prepared, std::size_t size)
     {
         constexpr int kTries = 1000 * 1000;
@@ -139,7 +139,7 @@ void runFlood(benchmark::State& state, const Load& load)
     if (!flood.end() || !readers.took(flood.bytes())) return state.SkipWithError("something else came");
 }
 
-/// Longer than other rows, so that what the buffers hold when the clock starts and stops does not count.
+/// Longer than other rows, so that the contents of the buffers at the start and the end do not matter.
 template <class Publisher>
 void addRow(const Load& load, const char* name)
 {

@@ -21,13 +21,13 @@ std::string repeated(const std::string& part, int count)
     return text;
 }
 
-/// `part` so many times, as the items of an array.
+/// `part`, repeated, as the items of an array.
 std::string arrayOf(const std::string& part, int count)
 {
     return "[" + part + repeated("," + part, count - 1) + "]";
 }
 
-// Texts of one service. Its keys come last, so that all of the text is looked through for each of them.
+// Texts of one service. Its keys come last, so that each is searched for in all of the text.
 
 constexpr const char* kKeys = R"("serviceContextId": "1840.1840.58880", "serviceName": "TV Brasil Central HD",)"
                               R"( "transportStreamId": 1840, "originalNetworkId": 1840, "serviceId": 58880})";

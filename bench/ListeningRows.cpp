@@ -29,7 +29,7 @@ std::string message()
     return text + std::string(kMessageSize - text.size() - 4, 'x') + "\"}]}";
 }
 
-/// Sends messages without pause to the one who connects, as many as fit into a send at a time.
+/// Sends messages without pause to the client that connects, as many per send as fit.
 class Saturation {
 public:
     Saturation() : listening_(streamSocket()), port_(listenOnFreePort(listening_)), thread_([this] { sendOn(); }) {}
@@ -130,7 +130,7 @@ private:
     bool listens_ = false;
 };
 
-/// One iteration is kMessages messages that were heard.
+/// One iteration is kMessages received messages.
 template <class Listener>
 void runListening(benchmark::State& state)
 {

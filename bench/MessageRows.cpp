@@ -51,7 +51,7 @@ void writeWithOrvu(benchmark::State& state)
         benchmark::DoNotOptimize(Text(list->serialize()).get());
 }
 
-/// One message in both forms: what an application hands to the library, and plain structs for cJSON alone.
+/// One message in both forms: the library's object, and plain structs for cJSON alone.
 template <class PlainStruct, class OrvuMessage, std::unique_ptr<OrvuMessage> (*make)()>
 struct Both {
     using Plain = PlainStruct;

@@ -17,7 +17,7 @@ namespace OrvuBench {
 /// The service of every list.
 std::unique_ptr<Orvu::Service> orvuService(const Channel& channel);
 
-/// The event that starts so many half hours after the first one, with all six descriptors.
+/// The event that starts that many half hours after the first one, with all six descriptors.
 std::unique_ptr<Orvu::EventInfo> orvuEvent(int halfHours);
 /// A schedule of `count` events.
 std::unique_ptr<Orvu::EventInfoList> orvuEvents(int count);

@@ -8,11 +8,11 @@
 namespace OrvuBench {
 
 /// \file
-/// The exchange as somebody would write it who needs nothing else: one frame each way on a connection of its own. No
+/// The exchange as one would write it without further needs: one frame each way on a connection of its own. No
 /// time-outs, no stopping half way, no log.
 
-/// Room for the one frame that comes in, on the stack; what is longer is not understood. The first use of a page of a fresh
-/// stack is a page fault, so that a server takes no more than requests need.
+/// Room on the stack for the one frame that comes in; longer frames are not supported. The first use of a page of a
+/// fresh stack is a page fault, so a server takes only what requests need.
 struct RequestRoom {
     char bytes[4 * 1024];
 };
@@ -29,7 +29,7 @@ int listenOnFreePort(int fd);
 /// Connects it to a port of this machine.
 bool connectTo(int port, int fd);
 
-/// One that was free a moment ago, for servers that cannot be asked which port they chose.
+/// A port that was free a moment ago, for servers that cannot say which port they chose.
 int freePort();
 
 /// Reads one frame into `room`; its text, which ends with a NUL there, or none when it does not come whole.
@@ -49,7 +49,7 @@ public:
     /// Which threads serve the connections.
     enum Threads {
         OneEach,  ///< A detached one for each connection, made when it was accepted.
-        Kept      ///< Four that are there already: each accepts a connection and serves it, one after the other.
+        Kept      ///< Four threads that already run: each accepts a connection and serves it, one after the other.
     };
 
     /// Listens on a free port of this machine. Throws std::system_error.

@@ -9,9 +9,9 @@
 namespace OrvuBench {
 
 /// \file
-/// Those who push, the library and a loop of sends, and those who are pushed to.
+/// The publishers, which are the library and a loop of sends, and their listeners.
 
-/// What is pushed, and to how many.
+/// What is pushed, and to how many listeners.
 struct Load {
     const char* subject;
     const char* protocol;  // "tcp" or "websocket"
@@ -21,7 +21,7 @@ struct Load {
 
 /// The bytes of one push: a final binary frame without mask (RFC 6455, section 5.2), or the bare message.
 std::string onTheWire(const Load& load, const std::string& message);
-/// How many they are for a message of this size.
+/// The size of these bytes for a message of this size.
 std::size_t sizeOnTheWire(const Load& load, std::size_t size);
 
 /// Owns sockets and closes them.
@@ -40,18 +40,18 @@ private:
     std::vector<int> fds_;
 };
 
-/// Those who are pushed to. They read when they are told to.
+/// The listeners. They read when told to.
 class Listeners {
 public:
     /// Connects them. Throws std::runtime_error.
     Listeners(std::size_t count, int port);
 
     void shakeHands();
-    /// Whether something came for each of them.
+    /// Whether each has something to read.
     bool haveSomething() const;
-    /// Takes all that comes to each of them up to `mark`.
+    /// Reads what each receives, up to `mark`.
     void takeUntil(const std::string& mark);
-    /// Takes just these bytes for each of them, so many times; whether they came.
+    /// Reads exactly these bytes for each, that many times; whether they came.
     bool take(const std::string& expected, int times);
 
     const Sockets& sockets() const { return sockets_; }
@@ -63,7 +63,7 @@ private:
     char room_[128 * 1024];
 };
 
-/// The bytes that travel, to one socket after the other.
+/// Writes the bytes to one socket after the other.
 class BareLoop {
 public:
     explicit BareLoop(const Load& load);
@@ -72,7 +72,7 @@ public:
     std::unique_ptr<Listeners> attached();
     /// What push() is given.
     std::string prepared(const std::string& message) const { return onTheWire(load_, message); }
-    /// Waits for room. As with the library, a frame for whose first byte there is none does not go out: false.
+    /// Waits for room. As with the library, a frame whose first byte finds none is not sent: false.
     bool push(std::string& bytes) const;
 
 private:
@@ -91,7 +91,7 @@ public:
     OrvuPublisher(const OrvuPublisher&) = delete;
     OrvuPublisher& operator=(const OrvuPublisher&) = delete;
 
-    /// Connects the listeners; returns once all of them are known to the server.
+    /// Connects the listeners; returns once the server knows all of them.
     std::unique_ptr<Listeners> attached();
     static std::string prepared(const std::string& message) { return message; }
     bool push(std::string& message) const;

@@ -2,8 +2,8 @@
 
 namespace OrvuBench {
 
-/// The exchanges over loopback, at 1, 4 and 16 clients, by each program. With `logging` only those of the library,
-/// under a name that says so: whether it logs is settled once a process.
+/// The exchanges over loopback, at 1, 4 and 16 clients, by each program. With `logging`, only those of the library,
+/// under a name that says so: the library decides once per process whether it logs.
 void addExchangeRows(bool logging);
 
 /// Reading and writing messages, by the library and by cJSON: the list of 200 services, 500 events, capabilities, a
@@ -23,8 +23,8 @@ void addPushRows();
 /// The same pushes without pause, to clients that read as fast as they can.
 void addFloodRows();
 
-/// A thousand messages of 1 KB that a saturated publisher pushes, as a listener of the library hears them and as a loop of
-/// recv does that divides the stream by the same rule.
+/// A thousand messages of 1 KB that a saturated publisher pushes, received by a listener of the library, and by a loop
+/// of recv that divides the stream by the same rule.
 void addListeningRows();
 
 }  // namespace OrvuBench

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kAdded = 20000;
 
-/// With a time alone: how an event is filled in is not what is measured.
+/// An event with nothing but a time: filling it is not measured.
 Orvu::EventInfo* event(const std::string& startTime)
 {
     auto event = std::make_unique<Orvu::EventInfo>();

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// On which this process may run.
+/// The CPUs on which this process may run.
 int usableCpus()
 {
     cpu_set_t cpus;
@@ -18,8 +18,8 @@ int usableCpus()
 
 }  // namespace
 
-/// Runs the rows with Google Benchmark's options. ORVU_LOG=none gives all of them but those of the library with its
-/// log, which any other value gives.
+/// Runs the rows with Google Benchmark's options. With ORVU_LOG=none it runs all but those of the library with its
+/// log; with any other value it runs only these.
 int main(int argc, char** argv)
 {
     const char* const log = std::getenv("ORVU_LOG");
@@ -34,7 +34,7 @@ int main(int argc, char** argv)
         OrvuBench::addListeningRows();
     }
 
-    // Memory costs more in a process with several threads, as every receiver is.
+    // Allocating costs more in a process with several threads, which every receiver is.
     const OrvuBench::PlainServer anotherThread([](int, const char*) {});
 
     benchmark::AddCustomContext("usable_cpus", std::to_string(usableCpus()));

@@ -17,7 +17,7 @@
 ///
 ///     bench-report FILE...
 ///
-/// The files are Google Benchmark's JSON. Ends with 1 when a row failed or one that is to be compared is missing.
+/// The files are Google Benchmark's JSON. The exit code is 1 when a row failed, or when one to compare is missing.
 
 namespace {
 
@@ -63,7 +63,7 @@ const std::vector<std::string> kSubjects = {"tiny exchange",
 const std::vector<std::string> kPrograms = {"limit", "limit, kept threads", "cJSON",
                                             "orvu",  "orvu, logging",       "orvu, a quarter"};
 
-/// Where a ratio is to be reached.
+/// Where the bound of a ratio applies.
 enum Where { Anywhere, OnOneCpu };
 
 /// Two programs to compare.
@@ -136,7 +136,7 @@ constexpr Comparison kComparisons[] = {
 };
 // clang-format on
 
-/// Two programs whose requests a second are to be compared, where all CPUs are used.
+/// Two programs to compare by their requests a second, where all CPUs are used.
 struct Throughput {
     const char* subject;
     int clients;
@@ -170,7 +170,7 @@ bool operator<(const Row& a, const Row& b)
     return key(a) < key(b);
 }
 
-/// What was measured of a row, in microseconds, one number a repetition.
+/// The measurements of a row, in microseconds, one per repetition.
 struct Samples {
     std::vector<double> processor;
     std::vector<double> wall;

@@ -1,4 +1,4 @@
-# Makes sure of the target cjson, the system's cJSON: by its CMake package or, where that is missing, by pkg-config.
+# Defines the target cjson, the system's cJSON: by its CMake package or, where that is missing, by pkg-config.
 # The code includes <cjson/cJSON.h>.
 set(ORVU_CJSON_AT_LEAST 1.7.12)
 
@@ -11,9 +11,9 @@ if(NOT TARGET cjson)
         pkg_check_modules(ORVU_CJSON QUIET IMPORTED_TARGET libcjson>=${ORVU_CJSON_AT_LEAST})
     endif()
     if(NOT ORVU_CJSON_FOUND)
-        message(FATAL_ERROR "cJSON ${ORVU_CJSON_AT_LEAST} or later is needed. On Debian it is the package libcjson-dev:\n"
+        message(FATAL_ERROR "cJSON ${ORVU_CJSON_AT_LEAST} or later is needed. On Debian, install libcjson-dev:\n"
                             "  sudo apt-get install libcjson-dev\n"
-                            "If it stands in a folder of its own, name that: -DCMAKE_PREFIX_PATH=<folder>")
+                            "If it is in a folder of its own, name that folder: -DCMAKE_PREFIX_PATH=<folder>")
     endif()
     add_library(cjson INTERFACE IMPORTED)
     target_link_libraries(cjson INTERFACE PkgConfig::ORVU_CJSON)

@@ -12,13 +12,13 @@ namespace {
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr unsigned kLineLength = 72;
 constexpr unsigned kBytesPerLine = kLineLength / 4 * 3;
-constexpr std::uint8_t kStranger = 64;
+constexpr std::uint8_t kInvalid = 64;
 
-/// The value of each character; kStranger for those outside the alphabet.
+/// The value of each character; kInvalid for those outside the alphabet.
 constexpr std::array<std::uint8_t, 256> kValues = [] {
     std::array<std::uint8_t, 256> values{};
     for (auto& value : values)
-        value = kStranger;
+        value = kInvalid;
     for (std::uint8_t i = 0; i < 64; ++i)
         values[static_cast<unsigned char>(kAlphabet[i])] = i;
     return values;
@@ -29,7 +29,7 @@ std::uint8_t valueOf(char c)
     return kValues[static_cast<unsigned char>(c)];
 }
 
-/// Writes the characters of up to three bytes, padding included. Returns the place behind them.
+/// Writes the characters of up to three bytes, padding included. Returns the place after them.
 char* encodeGroup(const unsigned char* bytes, unsigned length, char* to)
 {
     const unsigned second = length > 1 ? bytes[1] : 0;
@@ -52,7 +52,7 @@ char* encodeLine(const unsigned char* bytes, unsigned length, char* to)
 
 bool is_base64(unsigned char c)
 {
-    return kValues[c] != kStranger;
+    return kValues[c] != kInvalid;
 }
 
 std::string encode(const unsigned char* bytes, unsigned int length)
@@ -85,7 +85,7 @@ void Decoder::add(std::string_view piece)
 {
     for (const char c : piece) {
         const std::uint8_t value = valueOf(c);
-        hasEnded_ = hasEnded_ || value == kStranger;
+        hasEnded_ = hasEnded_ || value == kInvalid;
         if (hasEnded_) return;
         bits_ = bits_ << 6 | value;
         if (++inGroup_ < 4) continue;

@@ -19,12 +19,12 @@ ORVU_EXPORT bool is_base64(unsigned char c);
 /// `length` bytes as one line. Without bytes, "". Throws std::bad_alloc when out of memory.
 ORVU_EXPORT std::string encode(const unsigned char* bytes, unsigned int length);
 
-/// `length` bytes as lines of 72 characters, a line feed behind each of them, also behind the last, shorter one;
+/// `length` bytes as lines of 72 characters, a line feed after each of them, also after the last, shorter one;
 /// NUL-terminated. The caller releases the text with `free`. Null when it would be too long for the address space, or
 /// when out of memory. Without bytes, an empty text.
 ORVU_EXPORT unsigned char* encodeAlloc(const unsigned char* bytes, unsigned int length);
 
-/// The bytes that `text` stands for, up to the first "=" or other character that is not of the alphabet. A last group
+/// The bytes that `text` encodes, up to the first "=" or other character that is not of the alphabet. A last group
 /// of two or three characters gives one or two bytes. Throws std::bad_alloc when out of memory.
 ORVU_EXPORT std::string decode(const std::string& text);
 

@@ -4,7 +4,7 @@
 ///
 ///     client PORT [HOST]
 ///
-/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+/// The library's own log lines go to standard error; run it with ORVU_LOG=none to turn them off.
 
 #include <atomic>
 #include <chrono>

@@ -3,7 +3,7 @@
 ///
 ///     listener tcp|websocket PORT [HOST]
 ///
-/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+/// The library's own log lines go to standard error; run it with ORVU_LOG=none to turn them off.
 
 #include <csignal>
 #include <cstdlib>

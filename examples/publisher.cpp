@@ -1,5 +1,5 @@
 /// \file
-/// A publisher: it pushes the service that is on to whoever connects, a new one each second, until Ctrl-C.
+/// A publisher: it pushes the current service to every client, a new one each second, until Ctrl-C.
 ///
 ///     publisher tcp|websocket [MIN-PORT MAX-PORT]
 ///

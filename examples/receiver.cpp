@@ -5,7 +5,7 @@
 ///     receiver PORT CHANNELS-FILE
 ///
 /// A line of the file is a channel: the network's number, the service's, and the name. The library's own log lines go
-/// to standard error; run it with ORVU_LOG=none to be rid of them.
+/// to standard error; run it with ORVU_LOG=none to turn them off.
 
 #include <atomic>
 #include <chrono>

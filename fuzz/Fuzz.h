@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string>
 
-/// What a fuzz target is: reads any bytes, and ends the program where something does not hold.
+/// A fuzz target: reads any bytes, and ends the program when a check fails.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 namespace OrvuFuzz {

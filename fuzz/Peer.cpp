@@ -26,7 +26,7 @@ std::size_t nextPiece()
 extern "C" {
 ssize_t __real_recv(int fd, void* to, std::size_t size, int flags);
 
-// The linker sends here what the library reads.
+// The linker redirects the library's reads here.
 ssize_t __wrap_recv(int fd, void* to, std::size_t size, int flags)
 {
     return __real_recv(fd, to, cuts ? std::min(size, nextPiece()) : size, flags);

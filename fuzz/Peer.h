@@ -18,14 +18,14 @@ struct Announced {
 };
 Announced announcedIn(const std::string& stream);
 
-/// The peer of a connection within this thread: it has sent its stream and says that nothing more comes.
+/// The peer of a connection, in this thread: it has sent its stream and closed its sending side.
 class Peer {
 public:
     explicit Peer(const std::string& stream);
 
-    /// Our end of the connection. Once.
+    /// Our end of the connection. Call it once.
     Orvu::Socket takeOtherEnd() { return std::move(other_); }
-    /// What came to it; to be asked when the other side has sent all that it sends.
+    /// What the peer received; call it when the other side has sent everything.
     std::string received();
 
 private:
@@ -33,8 +33,8 @@ private:
     Orvu::Socket other_;
 };
 
-/// While it lives, each `recv` of the library gives few bytes or many, as a row of random numbers says that begins with the
-/// bytes of `stream`: where it is cut follows from the input alone.
+/// While it lives, each `recv` of the library gives few bytes or many, as a row of random numbers says that begins with
+/// the bytes of `stream`: where it is cut follows from the input alone.
 class CutReads {
 public:
     explicit CutReads(const std::string& stream);

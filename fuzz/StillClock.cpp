@@ -1,6 +1,6 @@
 #include <ctime>
 
-// The linker sends here what the library asks of `time`, so that a message that was made a second later is the same.
+// The linker redirects the library's calls of `time` here, so that a message made a second later is the same.
 extern "C" time_t __wrap_time(time_t* now)
 {
     constexpr time_t kAlways = 1700000000;

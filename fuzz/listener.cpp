@@ -20,7 +20,7 @@ bool isWhite(char byte)
     return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
 }
 
-/// What was handed over; how a text was cut does not show in it.
+/// What was handed over, however the text was cut.
 class Record : public ValueSplitter::Sink {
 public:
     void value(std::string_view json) override
@@ -60,7 +60,7 @@ private:
     bool isInText_ = false;
 };
 
-/// A stream in pieces, the sizes of which follow from its bytes; whole when `isCut` is false.
+/// A stream in pieces, whose sizes follow from its bytes; whole when `isCut` is false.
 template <class Take>
 void forEachPiece(const std::string& stream, bool isCut, Take take)
 {

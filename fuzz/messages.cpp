@@ -13,7 +13,7 @@ using namespace Orvu;
 
 /// \file
 /// Every message class that the factory makes, on any text. The class is the one that the text's "HEADER" names or,
-/// where another byte than "{" stands before the text, the one whose type has that number.
+/// where another byte than "{" precedes the text, the one whose type has that number.
 
 namespace OrvuFuzz {
 namespace {
@@ -49,8 +49,8 @@ bool areEqual(const JsonText& a, const JsonText& b)
     return a && b ? std::strcmp(a.get(), b.get()) == 0 : !a && !b;
 }
 
-/// Applications read a text, an exchange one that it has checked: neither may see a difference, nor may it show in what
-/// a failed read left.
+/// Applications read a text, an exchange reads one that it has checked: both must give the same, also after a failed
+/// read.
 void compareRoads(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> fromText(Serializable::factory(type));
@@ -88,7 +88,7 @@ struct FreePrinted {
     void operator()(char* text) const { cJSON_free(text); }
 };
 
-/// What cJSON prints of its own tree is the same message: spelling, white space, escapes and what follows the text do
+/// What cJSON prints from its own tree is the same message: spelling, white space, escapes and what follows the text do
 /// not matter.
 void compareWithReprint(DataType type, const char* text)
 {
@@ -131,7 +131,7 @@ void requireFixedPoint(DataType type, const char* text)
     }
 }
 
-/// An explanation comes to the result that reading has, and never to none.
+/// An explanation has the same result as reading, and always has one.
 void compareWithExplanation(DataType type, const char* text)
 {
     const std::unique_ptr<Serializable> message(Serializable::factory(type));

@@ -13,7 +13,7 @@
 using namespace Orvu;
 
 /// \file
-/// The texts that stand for numbers: service locators, and the decimal or hexadecimal numbers of components.
+/// The texts that are read as numbers: service locators, and the decimal or hexadecimal numbers of components.
 
 namespace OrvuFuzz {
 namespace {

@@ -9,8 +9,8 @@
 #include "fuzz/Fuzz.h"
 
 /// \file
-/// The `main` of a fuzz target that is built without libFuzzer: gives it the files that are named, and those of the folders
-/// that are named.
+/// The `main` of a fuzz target that is built without libFuzzer: gives it the named files, and those in
+/// the named folders.
 
 namespace fs = std::filesystem;
 

@@ -22,7 +22,7 @@ Socket next;  // what the client gets when it asks for a socket
 }  // namespace
 
 extern "C" {
-// The linker sends here what the library asks for a connection: it gets the other end of a peer.
+// The linker redirects the library's attempts to connect here: they get the other end of a peer.
 int __wrap_socket(int, int, int)
 {
     return next.release();

@@ -11,14 +11,14 @@
 using namespace Orvu;
 
 /// \file
-/// What a client of the request server sends, whole and cut into pieces. See Peer.h for the input.
+/// What a client sends to the request server, whole and cut into pieces. See Peer.h for the input.
 
 namespace OrvuFuzz {
 namespace {
 
 struct Exchange {
     std::string received;  ///< What the message that reached the application writes.
-    std::string answer;    ///< As it stands on the wire.
+    std::string answer;    ///< As it is on the wire.
 };
 
 std::string received;

@@ -22,7 +22,7 @@ const unsigned char* bytesOf(const std::string& text)
     return reinterpret_cast<const unsigned char*>(text.data());
 }
 
-/// Calls `take` with one piece after the other: where it begins and ends.
+/// Calls `take` with the begin and end of one piece after the other.
 template <class Take>
 void inPieces(const std::string& bytes, std::size_t piece, Take take)
 {
@@ -69,7 +69,7 @@ void checkRequest(const std::string& input, std::size_t piece)
     checkAnswer(whole.text);
 }
 
-/// What became of a stream.
+/// The result of a stream.
 struct Streamed {
     std::vector<ReceivedFrame> frames;
     bool isTooLong = false;

@@ -41,7 +41,7 @@ public:
     /// Connects, receives, and returns why that ended. Throws std::bad_alloc.
     Loss run(in_addr host, bool wasAttachedBefore);
 
-    /// Hands over what came of a value that is not whole. Throws std::bad_alloc.
+    /// Hands over what was received of a value that is not whole. Throws std::bad_alloc.
     void handOverRest();
 
     bool wasAttached() const { return isAttached_; }

@@ -40,8 +40,8 @@ public:
     void bytes(char* begin, std::size_t size);
     void status(const ListenerStatus& status);
 
-    /// The thread is the library's again, after callbacks made it the application's: it stays the application's from
-    /// one callback to the next, since the change takes longer than reading a message.
+    /// Gives the thread its library settings back after callbacks. It keeps the application's from one callback to the
+    /// next, since the change takes longer than reading a message.
     void endTurn() { turn_.reset(); }
 
     bool givesBytes() const { return settings_.givesBytes; }

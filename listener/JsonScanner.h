@@ -31,7 +31,7 @@ public:
     bool isWhole() const;
 
 private:
-    // In four groups, which the scanner tells apart by their order: between the parts, in a string, a word, a number.
+    // In four groups, which the scanner distinguishes by their order: between the parts, in a string, a word, a number.
     enum class State {
         Value,
         FirstItem,

@@ -23,14 +23,14 @@ public:
     /// Connects within 5 s: 0, or the error number. ECANCELED when the bell rang.
     int connectTo(in_addr host, int port);
 
-    /// Takes what has come, and waits for it first when nothing has: bytes, 0 at the end of the stream, or -1. Then
-    /// `errno` is the reason: ETIMEDOUT at `until`, ECANCELED when the bell rang.
+    /// Waits for bytes and takes what has come: their number, 0 at the end of the stream, or -1. Then `errno` is the
+    /// reason: ETIMEDOUT at `until`, ECANCELED when the bell rang.
     ssize_t receive(char* room, std::size_t size, Deadline until = kNever);
 
     /// Sends all of `bytes`: 0, or the error number. ETIMEDOUT after 5 s, ECANCELED when the bell rang.
     int send(std::string_view bytes);
 
-    /// Says `goodBye` if there is room at once, then waits for the publisher to close as well, half a second at most,
+    /// Sends `goodBye` if there is room at once, then waits for the publisher to close as well, half a second at most,
     /// so that bytes which are still coming do not reset the connection under it. Rings or not.
     void finish(std::string_view goodBye);
 

@@ -17,7 +17,7 @@ public:
     /// Throws std::bad_alloc.
     ListenerRun(PublisherPlace place, const ListenerSettings& settings);
 
-    /// False when the system has no descriptor or no thread to give.
+    /// False when the system is out of descriptors or threads.
     bool start();
     /// What PushListener::stop() does. When nobody is to wait it is false: it is to be ended once more, or let go.
     /// Any thread, any number of times.

@@ -28,7 +28,7 @@ bool refuse(const char* why)
 struct PushListener::Private {
     using Run = std::shared_ptr<ListenerRun>;
 
-    /// Ends what listens. Its callbacks must not wait for each other: when one of them calls, nobody waits, and the
+    /// Ends every run. Callbacks must not wait for each other: when one of them calls this, it does not wait, and the
     /// runs stay until another thread has waited for them.
     void end()
     {

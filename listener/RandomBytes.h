@@ -6,7 +6,7 @@
 
 namespace Orvu {
 
-/// Bytes of the system's choice; zeros when it has none to give. No secret may depend on them.
+/// Random bytes of the system; zeros when it has none. No secret may depend on them.
 template <std::size_t Size>
 std::array<unsigned char, Size> randomBytes()
 {

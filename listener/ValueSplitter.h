@@ -17,12 +17,12 @@ class ValueSplitter {
 public:
     static constexpr std::size_t kLongestValue = 64 * 1024 * 1024;  ///< Bytes.
 
-    /// Takes what is found. The bytes are valid during the call, and a NUL follows them.
+    /// Receives what the splitter finds. The bytes are valid during the call, and a NUL follows them.
     class Sink {
     public:
         virtual ~Sink() = default;
         virtual void value(std::string_view json) = 0;  ///< A whole value. It ends a text before it.
-        virtual void text(std::string_view bytes) = 0;  ///< The next piece of what is not JSON.
+        virtual void text(std::string_view bytes) = 0;  ///< The next piece of text that is not JSON.
         virtual void endText() = 0;                     ///< A text is over that did not end with a line feed.
     };
 
@@ -33,7 +33,7 @@ public:
     /// `false` and `null` are whole only when something follows them. Throws std::bad_alloc.
     void add(char* bytes, std::size_t size);
 
-    /// What came so far is all, or all of a message: hands over what is held back. Throws std::bad_alloc.
+    /// The stream, or a message, has ended: hands over what was held back. Throws std::bad_alloc.
     void finish();
 
 private:
@@ -57,12 +57,12 @@ private:
     const std::size_t longest_;
     JsonScanner scanner_;
     In in_ = In::Blanks;
-    std::string held_;         // of the blanks or the value, what came before bytes_
+    std::string held_;         // what came before bytes_ of the blanks or the value
     std::size_t length_ = 0;   // of the blanks or the value so far
     bool isLineOpen_ = false;  // the last text did not end with a line feed
     char* bytes_ = nullptr;    // that add() was given
     std::size_t size_ = 0;
-    std::size_t begin_ = 0;  // of what is not handed over yet
+    std::size_t begin_ = 0;  // of the bytes that are not handed over yet
     std::size_t at_ = 0;     // the next byte
 };
 

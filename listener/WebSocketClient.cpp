@@ -155,7 +155,7 @@ bool ServerFrames::isAllowed() const
     return isKnown && !isReserved && !isMasked && !isTooLong && !isLongControl;
 }
 
-/// Nothing when the payload needs more bytes, or when a frame ended of which there is nothing to say.
+/// None when the payload needs more bytes, or when the frame that ended needs no action.
 ServerFrames::Part ServerFrames::takePayload(std::string_view& bytes)
 {
     const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(left_, bytes.size()));

@@ -24,13 +24,13 @@ std::string faultOfAnswer(const std::string& head, const std::string& key);
 /// to be random, and new for each frame (RFC 6455, section 5.3).
 std::string maskedFrame(int opcode, std::string_view payload, const std::array<unsigned char, 4>& mask);
 
-/// The frame that says good-bye.
+/// The close frame.
 std::string closeFrame(const std::array<unsigned char, 4>& mask);
 
 /// The frame that answers a ping with its payload.
 std::string pongFrame(std::string_view payload, const std::array<unsigned char, 4>& mask);
 
-/// Reads the frames that a server sends, wherever the stream is cut. Keeps nothing of their payloads, but of pings.
+/// Reads the frames that a server sends, wherever the stream is cut. Keeps only the payloads of pings.
 class ServerFrames {
 public:
     enum class Kind {
@@ -38,15 +38,15 @@ public:
         Payload,     ///< Bytes of a message.
         MessageEnd,  ///< A message is whole.
         Ping,        ///< A ping, which is to be answered; see ping().
-        Close,       ///< The server says good-bye: the last part of all.
-        Fault        ///< What comes is not a frame that a server may send: the last part of all.
+        Close,       ///< A close frame: the last part of all.
+        Fault        ///< Bytes that are not a frame of a server: the last part of all.
     };
     struct Part {
         Kind kind;
         std::string_view payload;  ///< Into the bytes that were given.
     };
 
-    /// Takes the next part off the front of `bytes`. Pongs are passed over. Throws std::bad_alloc.
+    /// Takes the next part off the front of `bytes`. Pongs are skipped. Throws std::bad_alloc.
     Part next(std::string_view& bytes);
 
     /// The payload of the last ping; valid until the next call of next().

@@ -4,14 +4,14 @@ cd "$(dirname "$0")/.." || exit
 
 JOBS=$(nproc)
 
-# What the library and its tool are built with.
+# The packages to build the library and its tool.
 INSTALL_PACKAGES=(cmake ninja-build g++ libcjson-dev libcli11-dev)
 
-# What its tests are built with, too.
+# The further packages to build its tests.
 BUILD_PACKAGES=("${INSTALL_PACKAGES[@]}" ccache pkg-config binutils libgtest-dev libgmock-dev libssl-dev
                 android-liblog-dev doxygen)
 
-# What the tests need beside it: the validator of the schemas, and a browser that a program drives.
+# The further packages to run all tests: the validator of the schemas, and a browser.
 TEST_PACKAGES=(python3-jsonschema chromium)
 command -v npm >/dev/null || TEST_PACKAGES+=(nodejs npm)
 
@@ -29,12 +29,12 @@ is_installed()
         grep -qE "^(all|$architecture) install ok installed$"
 }
 
-# need PACKAGE[:ARCHITECTURE]...: installs those of the Debian packages that are missing.
+# need PACKAGE[:ARCHITECTURE]...: installs those of these Debian packages that are missing.
 need()
 {
     local package missing=() patient=(-o DPkg::Lock::Timeout=300 -o Acquire::Retries=3)
     if ! command -v apt-get >/dev/null; then
-        echo "No apt-get here; what must be there is known to Debian as: $*" >&2
+        echo "There is no apt-get here. Install what Debian calls: $*" >&2
         return
     fi
     for package in "$@"; do
@@ -43,13 +43,13 @@ need()
     [ ${#missing[@]} -gt 0 ] || return 0
 
     echo "Installing ${missing[*]}"
-    # A list that cannot be fetched does not matter as long as the packages can.
+    # A list that cannot be fetched does not matter if the packages can.
     as_root apt-get -qq "${patient[@]}" update || echo "Some package lists could not be fetched." >&2
     as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get -qq "${patient[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# need_armhf: installs what is missing for a cross build for 32-bit ARM that runs under qemu.
+# need_armhf: installs the missing packages for a cross build for 32-bit ARM that runs under qemu.
 need_armhf()
 {
     if command -v dpkg >/dev/null && ! dpkg --print-foreign-architectures | grep -qx armhf; then
@@ -59,13 +59,13 @@ need_armhf()
          libgmock-dev:armhf
 }
 
-# only_builds: whether nothing but the build is asked for, as the CI does for what it runs later
+# only_builds: whether to build only, which .ci/run asks for while other steps run
 only_builds()
 {
     [ -n "${ORVU_ONLY_BUILD-}" ]
 }
 
-# build_quietly LOG PRESET [TARGET...]: builds, and ends with what was said when that fails.
+# build_quietly LOG PRESET [TARGET...]: builds; when that fails, prints the log and exits.
 build_quietly()
 {
     local log=$1 preset=$2

@@ -12,7 +12,7 @@ public:
     /// Every interface for an empty text and "0.0.0.0".
     explicit ListenAddress(std::string text = "") : text_(std::move(text)) {}
 
-    /// None, after a log line that begins with `caller`, when it is no IPv4 address or not one of this host.
+    /// None, after a log line that begins with `caller`, when it is not an IPv4 address, or not one of this host.
     std::optional<in_addr> usable(const char* caller) const;
     /// Whether it names one interface.
     bool isOne() const { return !text_.empty() && text_ != "0.0.0.0"; }

@@ -69,7 +69,7 @@ Serializable* sendWithReport(ExchangeReport& report, Arguments... arguments)
     return nullptr;
 }
 
-/// In the range that was set for all where there is no other.
+/// In the range of setSocketsPortsRange() when `range` is none.
 SocketServerInfo* create(std::string protocol, std::optional<PushServers::PortRange> range)
 {
     try {

@@ -45,7 +45,7 @@ public:
         try {
             if (workers_->serve(std::move(socket))) return;
         } catch (const std::bad_alloc&) {
-            // no memory for a worker is no worker
+            // out of memory: there is no worker
         }
         logLine("OrvuRestServerSocket::serverThread: ERROR Fail to start worker thread!");
     }

@@ -7,7 +7,7 @@
 
 namespace Orvu {
 
-/// Bytes on their way into a socket: what stands in front and what follows go out as one. They stay the caller's.
+/// Bytes on their way into a socket: a head and a body that go out as one. They stay the caller's.
 class Outgoing {
 public:
     Outgoing(const void* head, std::size_t headSize, const void* body = nullptr, std::size_t bodySize = 0);
@@ -30,7 +30,7 @@ private:
     iovec parts_[2];
 };
 
-/// What a short frame is put together in.
+/// Room to put a short frame together.
 using ShortFrame = char[1500];
 
 /// A frame's head and body on their way: put together in `room`, which is to live as long, when it is short. Sending

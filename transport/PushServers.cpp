@@ -16,7 +16,7 @@ namespace {
 
 constexpr long long kMostPorts = 65536;
 
-/// A server on the first port of the range that it could be configured on; none when there is no such port.
+/// A server on the first port of the range on which it can be configured; none when there is no such port.
 template <class Kind>
 PushServers::Server bound(in_addr address, PushServers::PortRange range)
 {
@@ -67,7 +67,7 @@ SocketServerInfo* PushServers::create(std::string protocol, const ListenAddress&
     return info.release();
 }
 
-/// A value of the C library's generator, seeded anew each time; the next one where a server has it already.
+/// A value of the C library's generator, seeded again each time; the next free one if a server has it already.
 int PushServers::newHandler() const
 {
     std::srand(static_cast<unsigned>(std::time(nullptr)));
@@ -77,7 +77,7 @@ int PushServers::newHandler() const
     return handler;
 }
 
-/// Starts the server and registers it under a handle of its own, or tells in the record that it could not be started.
+/// Starts the server and registers it under a handle of its own, or sets the error in the record.
 void PushServers::startAs(SocketServerInfo& info, Server server)
 {
     const std::lock_guard<std::mutex> lock(mutex_);

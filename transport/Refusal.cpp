@@ -26,7 +26,7 @@ void logRefusal(const char* function, const std::string& peer, CheckedText& chec
         const std::string fault = firstFault(checked, type);
         logLine("%s: %s: %s: %s", function, peer.c_str(), Serializable::dataTypeString(type), fault.c_str());
     } catch (const std::bad_alloc&) {
-        // the line before tells that the text was refused
+        // the line before says that the text was refused
     }
 }
 

@@ -24,7 +24,7 @@ inline Deadline after(Seconds wait)
     return std::chrono::steady_clock::now() + wait;
 }
 
-/// The same for a wait of which 0 seconds mean that it is without end.
+/// The same, but 0 seconds mean a wait without end.
 inline Deadline endOf(Seconds patience)
 {
     return patience == Seconds::zero() ? kNever : after(patience);
@@ -39,7 +39,7 @@ int withTimeOut(int error);
 /// Waits until one of `events` (of `poll`), an error or a hang-up shows on `fd`; false when `deadline` comes first.
 bool waitFor(int fd, short events, Deadline deadline);
 
-/// The same for several sockets at once, each with its events; what showed stands in `revents`.
+/// The same for several sockets at once, each with its events; the results are in `revents`.
 bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline);
 
 /// Owns one socket and closes it. shutdown() may be called from another thread; closing may not.
@@ -54,9 +54,9 @@ public:
     Socket& operator=(Socket&& other) noexcept;
     ~Socket();
 
-    /// A fresh IPv4 stream socket; without one `errno` tells why.
+    /// A new IPv4 stream socket; an empty one, with `errno` set, on failure.
     static Socket stream();
-    /// The next connection of a listening socket; without one `errno` tells why. Blocks.
+    /// The next connection of a listening socket; an empty one, with `errno` set, on failure. Blocks.
     static Socket acceptedFrom(const Socket& listener);
 
     /// Not a socket, but a counter that poll() finds readable once ring() was called; without one `errno` tells why.

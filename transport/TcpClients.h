@@ -10,7 +10,7 @@
 
 namespace Orvu {
 
-/// The clients of a TCP push server: what is sent goes to all of them. Any thread.
+/// The clients of a TCP push server: send() sends to all of them. Any thread.
 class TcpClients final : public Connections {
 public:
     TcpClients();

@@ -77,7 +77,7 @@ private:
     const char* const name_;
 };
 
-/// One thread of the library that somebody waits for.
+/// One thread of the library that its owner joins.
 class Thread {
 public:
     Thread() = default;

@@ -40,7 +40,7 @@ public:
 
     /// Whether there is something to receive, or an end to notice.
     bool hasArrived() const;
-    /// Wakes whoever waits for its socket. Only the place calls it.
+    /// Wakes all who wait for its socket. Only the place calls it.
     void shutdown();
     bool isOver() const { return isOver_; }
 

@@ -133,7 +133,7 @@ bool FrameStream::isText() const
     return frame_.size > 0 && frame_.shown[0] == (kFinal | WS_FR_OP_TXT);
 }
 
-/// As far as the bytes so far tell.
+/// As far as the bytes so far show.
 std::size_t FrameStream::headerSize() const
 {
     return frame_.size < 2 ? 2 : 2 + lengthSize(frame_.shown[1]) + kMaskingKeySize;

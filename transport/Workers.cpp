@@ -169,9 +169,9 @@ bool Workers::idle(Worker& worker)
             worker.connection_ = connectionOf(std::move(accepted));
             return static_cast<bool>(worker.connection_);
         }
-        if (serve(std::move(accepted))) return false;  // whoever closes waits for this thread, not for a callback
+        if (serve(std::move(accepted))) return false;  // close() waits for this thread, not for a callback
     } catch (const std::bad_alloc&) {
-        // no memory for a connection is no worker
+        // out of memory: there is no worker
     }
     logLine("OrvuRestServerSocket::serverThread: ERROR Fail to start worker thread!");
     return false;

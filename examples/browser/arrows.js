@@ -44,7 +44,7 @@ function scrollerOf(item) {
     return getComputedStyle(list).overflowY === "auto" ? list : document.scrollingElement;
 }
 
-// What stands fixed at the top of the page, over its messages, takes the page's scroll padding.
+// What is fixed at the top of the page, over its messages, takes the page's scroll padding.
 function viewOf(scroller) {
     if (scroller !== document.scrollingElement) return scroller.getBoundingClientRect();
     return { top: parseFloat(getComputedStyle(scroller).scrollPaddingTop) || 0, bottom: innerHeight };

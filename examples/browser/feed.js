@@ -1,4 +1,4 @@
-// The list of messages, the newest first. The newest stands open, the others as the reader left them.
+// The list of messages, the newest first. The newest is open, the others are as the reader left them.
 import { copyText } from "./clipboard.js";
 import { TypeFilter } from "./filter.js";
 import { entry, kindOf } from "./message.js";
@@ -14,7 +14,7 @@ export class Feed {
     #isPaused = false;
     #waiting = [];      // came during the pause: [message, number], the oldest first
     #seen = 0;          // the number of the newest message that was in sight
-    #opened = null;     // the newest message, while it stands open only because it is the newest
+    #opened = null;     // the newest message, while it is open only because it is the newest
     #why = { empty: "", cleared: "" };
     #wasCleared = false;
 

@@ -2,7 +2,7 @@
 
 const kMostCharacters = 20000;
 
-// What formatted JSON is coloured by: a text with what tells a key, a word, a number.
+// Finds what to colour in formatted JSON: texts, with what marks a key, words and numbers.
 const kTokens = /("(?:\\.|[^"\\])*")(\s*:)?|\b(?:true|false|null)\b|-?\d+(?:\.\d+)?(?:[eE][+-]?\d+)?/g;
 
 // The keys under which messages have a name; the first that is there is shown before the type.
@@ -54,7 +54,7 @@ function nameOf({ json }) {
     return names.slice(0, 1).map((name) => name.slice(0, 100));
 }
 
-// One line: the content without the type, which stands above it.
+// One line: the content without the type, which is above it.
 function preview({ header, json, text }) {
     const { HEADER, ...rest } = header === undefined ? {} : json;
     const words = header === undefined ? text : JSON.stringify(rest);

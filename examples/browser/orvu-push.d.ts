@@ -1,4 +1,4 @@
-/** Where a connection stands. A browser cannot tell a server that refuses it from one that is not there. */
+/** The state of a connection. A browser cannot distinguish a server that refuses it from one that is not there. */
 export type OrvuState =
     | "closed"                  // before open(), and for good after close()
     | "connecting"              // an attempt is under way
@@ -35,7 +35,7 @@ export interface OrvuPushOptions {
 export type OrvuPushErrorCode =
     | "empty"         // the server echoes no empty text
     | "too-long"      // the text is longer than 65536 bytes in UTF-8
-    | "not-attached"  // no connection stands
+    | "not-attached"  // there is no connection
     | "queue-full"    // queueLimit texts wait for their echoes
     | "lost";         // the connection ended, or was closed, before the echo came, or the server left the echo out
 
@@ -66,9 +66,9 @@ export class OrvuMessageEvent extends Event {
     readonly size: number;
     /** When it arrived. */
     readonly time: Date;
-    /** The bytes as UTF-8; what is none shows as U+FFFD. */
+    /** The bytes as UTF-8; other bytes become U+FFFD. */
     readonly text: string;
-    /** The text parsed; undefined when it is no JSON (null is JSON). */
+    /** The text parsed; undefined when it is not JSON (null is JSON). */
     readonly json: unknown;
     /** The message's "HEADER", which names its type; undefined when there is none. */
     readonly header: string | undefined;
@@ -108,7 +108,7 @@ export class OrvuPush extends EventTarget {
     /** Ends a pause: the next attempt begins at once. Without effect in other states. */
     retryNow(): void;
 
-    /** Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for what is not a text. */
+    /** Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for a non-string. */
     send(text: string): Promise<string>;
 
     /** Detaches and stays so until open() is called again. Texts without an echo are rejected. */

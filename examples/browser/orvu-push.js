@@ -31,7 +31,7 @@ export function bytesLeft(text) {
     return kLongestText - new TextEncoder().encode(text).length;
 }
 
-/** Why a text was not sent, or not echoed; `code` tells which. */
+/** Why a text was not sent, or not echoed; `code` names the reason. */
 export class OrvuPushError extends Error {
     constructor(code, message) {
         super(message);
@@ -50,7 +50,7 @@ export class OrvuStateEvent extends Event {
     }
 }
 
-/** A pushed message. `json` is undefined for one that is no JSON, `header` for one without a "HEADER" text. */
+/** A pushed message. `json` is undefined for one that is not JSON, `header` for one without a "HEADER" text. */
 export class OrvuMessageEvent extends Event {
     constructor(bytes, time) {
         super("message");

@@ -4,7 +4,7 @@
 ///
 ///     client PORT [HOST]
 ///
-/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+/// The library's own log lines go to standard error; run it with ORVU_LOG=none to turn them off.
 
 #include <atomic>
 #include <chrono>
@@ -36,7 +36,7 @@ std::string nameOf(const Answer& answer)
     return Serializable::dataTypeString(answer->getDataType());
 }
 
-/// Why there is no list. Where the receiver did not answer, `answer` is one that the library made.
+/// Why there is no list. If the receiver did not answer, the library made `answer`.
 std::string reasonOf(const Answer& answer, const Orvu::ExchangeReport& report)
 {
     if (report.phase == Orvu::ExchangePhaseAnswered) return "the receiver says " + nameOf(answer);
@@ -63,7 +63,7 @@ void printServices(const Orvu::ServiceList& list)
         std::cout << "  " << service->serviceContextId << "  " << service->serviceName << "\n";
 }
 
-/// Selects a service. A request that carries something is an object of its class; it stays ours.
+/// Selects a service. A request that carries data is an object of its class; it stays ours.
 void select(OrvuRestInterface& orvu, const std::string& locator)
 {
     Orvu::ServiceSelection request;

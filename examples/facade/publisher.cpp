@@ -1,5 +1,5 @@
 /// \file
-/// A small publisher over the facade: it pushes the service that is on to whoever connects, a new one each second,
+/// A small publisher over the facade: it pushes the current service to every client, a new one each second,
 /// until Ctrl-C.
 ///
 ///     publisher tcp|websocket [MIN-PORT MAX-PORT]

@@ -3,7 +3,7 @@
 ///
 ///     receiver PORT
 ///
-/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+/// The library's own log lines go to standard error; run it with ORVU_LOG=none to turn them off.
 
 #include <csignal>
 #include <cstdlib>
@@ -21,7 +21,7 @@ using Orvu::OrvuRestInterface;
 using Orvu::OrvuRestRequest;
 using Orvu::Serializable;
 
-/// What goes back to the peer. Every message is a Serializable, so every answer has this type, an error too.
+/// The answer to the peer. Every message is a Serializable, so every answer has this type, an error too.
 using Answer = std::unique_ptr<Serializable>;
 
 struct Channel {
@@ -89,7 +89,7 @@ Answer select(const Orvu::ServiceSelection& wanted)
     return std::make_unique<Orvu::ServiceNotFoundError>();
 }
 
-/// The type of a message tells its class, so the casts are safe. What is not known here has an answer too.
+/// The type of a message determines its class, so the casts are safe. Unknown types get an answer, too.
 Answer answerTo(const Serializable& request, Orvu::DataType type)
 {
     switch (type) {

@@ -10,9 +10,10 @@
 #include "messages/core/JsonPrinter.h"
 
 /// \file
-/// What is left to cJSON, in this file alone: numbers that are not a short run of digits, so that their values are its
-/// own, and trees for the classes that applications write. It gets copies, never a place in a text: it measures what it
-/// is given up to its NUL. Where nothing else is said, functions throw std::bad_alloc when out of memory.
+/// What the library leaves to cJSON, in this file alone: numbers that are not a short run of digits, so that their
+/// values are its own, and trees for the classes that applications write. It gets copies, never a place in a text: it
+/// measures what it is given up to its NUL. Where nothing else is said, functions throw std::bad_alloc when out of
+/// memory.
 
 namespace Orvu {
 
@@ -36,8 +37,8 @@ constexpr std::size_t kSureNumberSize = 63;
 /// Whether the installed cJSON reads numbers of any length.
 bool cJsonReadsLongNumbers();
 
-/// Whether numbers are written with "." in the current locale. Where they are not, it depends on how cJSON was built
-/// what it makes of a number with a ".".
+/// Whether numbers are written with "." in the current locale. Otherwise cJSON
+/// reads a number with a "." in a way that depends on how it was built.
 bool pointIsUsual();
 
 /// How many of these characters the installed cJSON takes for a number; 0 when they do not begin with one.

@@ -10,7 +10,7 @@
 
 namespace Orvu {
 
-/// What the "HEADER" of a text names, in the two ways that the library asks for it. Logs as deserializeHeader() does.
+/// What the "HEADER" of a text names, in the two ways that the library needs. Logs as deserializeHeader() does.
 /// `mapped` follows the header mapping; `named` is the catalogue's type of that name, also where the mapping leaves it
 /// out. Both are DataTypeUnknown for a text that was refused, a missing "HEADER", one that is not a text, and any other
 /// name; `isName` tells these from a "HEADER" that is "unknown".
@@ -25,7 +25,7 @@ HeaderTypes headerTypes(const CheckedText& checked);
 /// result, and the exceptions, are those of `message.deserialize(text)`.
 bool fill(Serializable& message, const CheckedText& checked, const char* text);
 
-/// What the catalogue says of a type.
+/// What the catalogue says about a type.
 struct CatalogueEntry {
     DataType type;
     const char* wireName;

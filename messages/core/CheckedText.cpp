@@ -96,7 +96,7 @@ void CheckedText::check()
         at = *at == '{' || *at == '[' ? enter(at) : next(scalar(at));
 }
 
-/// The value behind a finished one, out of everything that ends here. Null at the end of the text's value, and where
+/// The value after a finished one, out of everything that ends here. Null at the end of the text's value, and where
 /// the finished one was refused.
 const char* CheckedText::next(const char* at)
 {
@@ -212,7 +212,7 @@ const char* CheckedText::escapedString(const char* begin, const char* at)
     return refuse(at);
 }
 
-/// A string with a U+0000 in it, whose escape may have taken a backslash that covers the byte behind it, even a quote.
+/// A string with a U+0000 in it, whose escape may have taken a backslash that covers the byte after it, even a quote.
 /// So its end is looked for first.
 const char* CheckedText::oddString(const char* begin)
 {
@@ -297,7 +297,7 @@ const char* CheckedText::inside(const char* at, std::uint32_t& entry) const
     return *at != '}' && *at != ']' ? at : nullptr;
 }
 
-/// The item or key that follows a value in its array or object; null behind the last.
+/// The item or key that follows a value in its array or object; null after the last.
 const char* CheckedText::behindComma(const char* at, std::uint32_t& entry) const
 {
     at = behindWhite(behind(at, entry), entry);

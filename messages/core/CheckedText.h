@@ -14,8 +14,8 @@ namespace Orvu {
 class JsonValue;
 class ReadingWitness;
 
-/// A text that was looked through once, front to back, to see whether cJSON_Parse accepts it, and whose values can then
-/// be read where they are. The text must live, and not change, as long as this object and its values are in use.
+/// A text that was checked once, front to back, to see whether cJSON_Parse accepts it. Its values can then be read
+/// where they are. The text must live, and not change, as long as this object and its values are in use.
 ///
 /// The index of its long values takes 8 bytes for each object and array, 16 MiB at most, and for each text, key or run
 /// of white space above 256 bytes.
@@ -37,7 +37,7 @@ public:
     /// The value of the text; none when it was refused.
     JsonValue value() const;
 
-    // For whoever reads it into a message. The text may be held by that very message.
+    // For reading it into a message. The text may be held by that very message.
 
     /// Before code of an application runs, which may change or release what holds the text: reads on in a copy.
     /// Throws std::bad_alloc.
@@ -49,9 +49,9 @@ public:
     void takeRoom(std::size_t size) const;
     struct TooMuch {};
 
-    /// Who sees what contracts ask of it; null for nobody, which is the rule.
+    /// The witness that sees what contracts ask of the text; usually null.
     ReadingWitness* witness() const { return witness_; }
-    /// From now on `witness` does, and the text has room for objects as if nobody had read it yet.
+    /// From now on `witness` does, and the text has room for objects as if it had not been read yet.
     void setWitness(ReadingWitness* witness);
 
     /// The text, without its NUL.

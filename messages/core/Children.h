@@ -14,7 +14,7 @@ namespace Orvu {
 /// read from it, by the contract. One of a class that an application derived goes through its virtual functions and a
 /// text of its own.
 
-/// Whether the text that a child of an application's class gives is minified before it is parsed: comments may stand in
+/// Whether the text that a child of an application's class gives is minified before it is parsed: comments may be in
 /// it.
 enum class ChildText { AsIs, Minified };
 

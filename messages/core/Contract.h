@@ -13,7 +13,7 @@ class JsonWriter;
 /// The two styles of cJSON: cJSON_Print's and cJSON_PrintUnformatted's.
 enum class PrintStyle { Formatted, Compact };
 
-/// What a message class says on the wire: the one function that writes its members and the one that reads them.
+/// The wire contract of a message class: the one function that writes its members and the one that reads them.
 struct Contract {
     void (*write)(JsonWriter& json, Serializable& message);
     void (*read)(JsonReader& json, Serializable& message);

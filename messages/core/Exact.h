@@ -7,8 +7,8 @@
 
 namespace Orvu {
 
-/// The type of the object behind `message`; null when its class comes from code built without run-time type information,
-/// where `typeid` and `dynamic_cast` would read through a null pointer.
+/// The type of the object behind `message`; null when its class comes from code built without run-time type
+/// information, where `typeid` and `dynamic_cast` would read through a null pointer.
 inline const std::type_info* typeOf(const Serializable& message)
 {
     // Itanium C++ ABI, 2.5.2: the type information stands right before the first function of the virtual table.

@@ -243,7 +243,7 @@ void Explainer::explainValue(const Frame& frame, const Asked& asked)
         return;
     }
     const bool isNullField = asked.found.isNull() && !isList(kind);  // as the library writes fields that hold nothing
-    if (kind == Expected::Child || isNullField) return;              // a child tells of itself
+    if (kind == Expected::Child || isNullField) return;              // a child explains itself
     if (isFaulty(asked.found) || std::any_of(frame.asked.begin(), frame.asked.end(), isElsewhere)) return;
     const char* const sequel = !isList(kind)            ? ", ignored"
                                : asked.found.isObject() ? ": its values are read"
@@ -267,7 +267,7 @@ void Explainer::explainWord(const WordTable& words, JsonValue word)
     const std::string text = word.text();
     const std::vector<std::string_view> known = words.words();
     if (std::find(known.begin(), known.end(), text) != known.end() || !hasRoom(Finding::Ignored)) return;
-    add(Finding::Ignored, word, joined({quoted(text), " is no word that is read here", nearestHint(text, known)}));
+    add(Finding::Ignored, word, joined({quoted(text), " is not a word that is read here", nearestHint(text, known)}));
 }
 
 void Explainer::explainUnread(const Frame& frame)

@@ -8,10 +8,10 @@
 
 namespace Orvu {
 
-/// What a report says of a wrong word: `; the nearest is "word"`, or nothing when none is near.
+/// What a report says about a wrong word: `; the nearest is "word"`, or nothing when none is near.
 std::string nearestHint(std::string_view word, const std::vector<std::string_view>& words);
 
-/// Finds out what reading a text meets, by reading it once more.
+/// Finds faults and ignored parts of a text by reading it once more.
 class Explainer final : private ReadingWitness {
 public:
     /// Only the first fault, which takes no memory for what the text holds, or everything.
@@ -47,7 +47,7 @@ private:
         bool isPart;     // of another message, whose faults are its own
         bool hasFailed = false;
         const char* why = nullptr;
-        std::size_t faultAt = 0;  // behind what was asked last
+        std::size_t faultAt = 0;  // after what was asked last
         std::vector<Asked> asked;
         std::vector<std::size_t> taken;  // where values begin that were taken by their place
     };

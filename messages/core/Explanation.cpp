@@ -52,7 +52,7 @@ std::string whereItEnds(char closer)
     }
 }
 
-/// Behind the last byte that is not white space.
+/// After the last byte that is not white space.
 std::size_t endOf(std::string_view text)
 {
     return text.find_last_not_of(" \t\r\n") + 1;
@@ -73,7 +73,7 @@ Finding faultAt(std::string_view text, std::size_t offset, std::string message)
     return {Finding::Fault, offset, place.line, place.column, "", std::move(message)};
 }
 
-/// Why a text is none that anything could be read from.
+/// Why nothing can be read from a text.
 Finding refusal(const CheckedText& checked)
 {
     switch (checked.refusal()) {
@@ -99,7 +99,7 @@ void explainRest(Explainer& explainer, const CheckedText& checked)
     const JsonValue value = checked.value();
     const std::string_view text = checked.text();
     const std::size_t rest = text.find_first_not_of(" \t\r\n", value.offset() + value.source().size());
-    if (rest != text.npos) explainer.addAt(Finding::NotRead, rest, "text behind the JSON is not read");
+    if (rest != text.npos) explainer.addAt(Finding::NotRead, rest, "text after the JSON is not read");
 }
 
 std::vector<std::string_view> namesOf(const std::vector<KeyDescription>& keys)
@@ -127,16 +127,17 @@ Explanation explainHeader(CheckedText& checked, JsonValue header, const Catalogu
 {
     Explainer explainer(checked, Explainer::FirstFault);
     if (!header) {
-        const char* const what = checked.value().isObject() ? "required, missing: nothing tells the type"
-                                                            : "missing, since the text is no object";
+        const char* const what = checked.value().isObject() ? "required, missing: nothing names the type"
+                                                            : "missing, since the text is not an object";
         explainer.add(Finding::Fault, checked.value(), what, "HEADER");
     } else if (!header.isText()) {
-        explainer.add(Finding::Fault, header, joined({excerptOf(header), " is no text that names a type"}));
+        explainer.add(Finding::Fault, header, joined({excerptOf(header), " is not the name of a type"}));
     } else if (!entry) {
         const std::string name = header.text();
         explainer.add(Finding::Fault, header, joined({quoted(name), " names no type", nearestHint(name, wireNames())}));
     } else {
-        explainer.add(Finding::Fault, header, joined({quoted(entry->wireName), " is no type that a text is read as"}));
+        explainer.add(Finding::Fault, header,
+                      joined({quoted(entry->wireName), " names a type that cannot be received"}));
     }
     return explainer.take();
 }
@@ -183,7 +184,7 @@ std::string firstFault(CheckedText& checked, DataType type)
     Explainer explainer(checked, Explainer::FirstFault);
     explainer.read(entry->contract(), *scratch, {});
     const Explanation explanation = explainer.take();
-    if (explanation.isRead) return "refused";  // memory was short then
+    if (explanation.isRead) return "refused";  // memory ran out while it was read
     return toString(explanation.findings.front());
 }
 

@@ -208,7 +208,7 @@ struct ListAfter {
     bool read(JsonReader& json, JsonValue value) const
     {
         const JsonValue list = value.next();
-        if (!list) json.fail(Fault::Missing, "has no list behind it");
+        if (!list) json.fail(Fault::Missing, "has no list after it");
         json.takenByPlace(list, JsonReader::expectedFor(field));
         return list && json.read(list, field);
     }

@@ -70,7 +70,7 @@ bool JsonReader::missing(const char* key)
     return false;
 }
 
-/// None once it has failed, unless somebody wants to see all that is asked for.
+/// None once it has failed, unless a witness is to see all that is asked for.
 JsonValue JsonReader::memberSeen(const char* key, const Expected& expected)
 {
     ReadingWitness* const witness = value_.witness();

@@ -76,8 +76,8 @@ public:
         return true;
     }
 
-    /// Fails the read here, unless it has failed before. `why` says what is wrong with the value that was asked for last,
-    /// in words that follow it, such as "is outside 0 to 100".
+    /// Fails the read here, unless it has failed before. `why` says what is wrong with the value that was asked for
+    /// last, in words that follow it, such as "is outside 0 to 100".
     void fail(Fault fault, const char* why = nullptr) { fail(static_cast<unsigned char>(fault), why); }
     void fail(OwnCode code, const char* why = nullptr) { fail(static_cast<unsigned char>(code), why); }
 
@@ -187,7 +187,7 @@ private:
     const JsonValue value_;
     MemberFinder members_;
     unsigned char error_ = 0;
-    bool isSpecial_;  // whether it has failed, or somebody sees what it asks for
+    bool isSpecial_;  // whether it has failed or has a witness
 };
 
 }  // namespace Orvu

@@ -63,7 +63,7 @@ std::size_t bytesNotWhite(std::size_t word)
     return (word - kOnes) & (kOnes * 0xE0);
 }
 
-/// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes behind the first of them in a little-
+/// A word of memory with a bit set in each of its bytes that equals `byte`. Bytes after the first of them in a little-
 /// endian word may be marked, too.
 [[maybe_unused]] std::size_t bytesEqualTo(std::size_t word, char byte)
 {

@@ -51,7 +51,7 @@ const char* plainEnd(const char* at, const char* end);
 /// The quote that ends a string, `at` being in it: the first that no backslash covers. `end` without one.
 const char* closingQuote(const char* at, const char* end);
 
-/// The characters of escapes of two bytes by the second of them; NUL for what is no such escape.
+/// The characters of escapes of two bytes by the second of them; NUL for any other.
 struct ShortEscapes {
     constexpr ShortEscapes() : characters()
     {
@@ -100,8 +100,8 @@ inline int hexPair(const char* at)
     return (16 * kHexDigits[at[0]]) | kHexDigits[at[1]];
 }
 
-/// Hands over the characters of the `\u` escapes that follow each other here. Returns the first that is no such escape,
-/// is U+0000 or a surrogate, or is cut by the `end`.
+/// Hands over the characters of the `\u` escapes that follow each other here. Returns the first one that is not such an
+/// escape, is U+0000 or a surrogate, or is cut by the `end`.
 template <class Take>
 const char* takeUnicodes(const char* at, const char* end, Take take)
 {
@@ -124,7 +124,7 @@ const char* takeUnicodes(const char* at, const char* end, Take take)
 
 /// What a backslash begins.
 struct Escape {
-    unsigned size = 0;  ///< In bytes of the text; 0 for what is no escape.
+    unsigned size = 0;  ///< In bytes of the text; 0 for what is not an escape.
     std::uint32_t character = 0;
 };
 

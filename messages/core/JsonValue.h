@@ -145,7 +145,7 @@ class TextRuns {
 public:
     /// Of any other value there are none.
     explicit TextRuns(JsonValue text);
-    /// Of a text, from `at` on; `end` is behind the whole JSON text.
+    /// Of a text, from `at` on; `end` is after the whole JSON text.
     TextRuns(const char* at, const char* end) : at_(at), end_(end) {}
 
     /// The next of them, which lasts until the next call; empty at the end.

@@ -182,7 +182,7 @@ MemberFinder::Key MemberFinder::measured(Key key) const
     return key;
 }
 
-/// The key behind a member's value.
+/// The key after a member's value.
 MemberFinder::Key MemberFinder::behind(JsonValue value) const
 {
     std::uint32_t entry = value.entry_;

@@ -10,7 +10,7 @@ namespace Orvu {
 
 /// Finds the members of one object by their keys, as cJSON_GetObjectItem does: the first of that name, letter case
 /// ignored (in ASCII). Keys that are asked for in the order of the text cost one comparison each. The places of the
-/// first 32 members are remembered, so that another order costs little more; behind them, a key may cost a walk through
+/// first 32 members are remembered, so that another order costs little more; after them, a key may cost a walk through
 /// the rest.
 class MemberFinder {
 public:

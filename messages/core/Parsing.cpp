@@ -27,7 +27,7 @@ std::unique_ptr<Serializable> filled(const char* text)
 std::string faultOf(const char* text)
 {
     const Explanation explanation = explain(text);
-    // A text that can be read was refused for want of memory alone.
+    // Nothing is wrong with the text, so memory ran out.
     if (explanation.isRead || explanation.findings.empty()) return "out of memory";
     return toString(explanation.findings.front());
 }

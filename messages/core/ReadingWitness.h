@@ -40,7 +40,7 @@ inline constexpr Expected kExpectedChildren{Expected::Children};
 inline constexpr Expected kExpectedTexts{Expected::Texts};
 inline constexpr Expected kExpectedNumbers{Expected::Numbers};
 
-/// Sees what contracts ask of a text while they read it, to explain it afterwards. A text has one only when somebody
+/// Sees what contracts ask of a text while they read it, to explain it afterwards. A text has one only when a caller
 /// wants an explanation: CheckedText::witness().
 ///
 /// Each object that is read is begun and ended, the inner ones between what is asked of the outer ones. An exception
@@ -58,10 +58,11 @@ public:
     virtual void begin(JsonValue value, const Contract* contract) = 0;
     /// It has asked for a key, and has found a value or none.
     virtual void asked(const char* key, const Expected& expected, JsonValue found) = 0;
-    /// It has taken a value by its place, right behind the key that it asked for last; or there was none.
+    /// It has taken a value by its place, right after the key that it asked for last; or there was none.
     virtual void took(JsonValue value, const Expected& expected) = 0;
-    /// It has failed at what it asked for last; it may fail again, but the first fault is the one that counts. `why` says what is wrong with the value, in words that follow it, such
-    /// as "is outside 0 to 100"; null when it is the kind, or that there is none.
+    /// It has failed at what it asked for last; it may fail again, but the first fault is the one that counts. `why`
+    /// says what is wrong with the value, in words that follow it, such as "is outside 0 to 100"; null when it is the
+    /// kind, or that there is none.
     virtual void failed(const char* why) = 0;
     virtual void end() = 0;
 

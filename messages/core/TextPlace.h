@@ -8,7 +8,7 @@
 
 namespace Orvu {
 
-/// Pieces of text, one behind the other.
+/// Pieces of text, one after the other.
 std::string joined(std::initializer_list<std::string_view> pieces);
 
 /// A place in a text as people count it, each from 1.

@@ -53,7 +53,7 @@ bool hasAttributes(const GingaEditCommand& command)
            !command.fontStyle.empty() || !command.fontWeight.empty();
 }
 
-/// What NCL tells apart by attributes instead of an id: imports and fonts.
+/// What NCL identifies by attributes instead of an id: imports and fonts.
 void writeAttributes(JsonWriter& json, const GingaEditCommand& command)
 {
     json.putIf(!command.alias.empty(), "alias", command.alias);

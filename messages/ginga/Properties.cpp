@@ -106,7 +106,7 @@ void write(JsonWriter& json, PersistProperty& persist)
     json.put("appid", persist.appid);
     json.put("var-name", persist.varName);
     json.put("var-value", persist.varValue);
-    json.put("name", persist.property.name);  // the property stands flat beside the others
+    json.put("name", persist.property.name);  // the keys of the property are beside the others
     json.put("value", persist.property.value);
 }
 

@@ -19,7 +19,7 @@ constexpr Word kPriorityWords[] = {
 };
 constexpr auto kPriorities = vocabulary(kPriorityWords, PriorityTypeUnknown);
 
-// Why a target cannot be read; text that is no JSON is the first reason.
+// Why a target cannot be read; text that is not JSON is the first reason.
 constexpr OwnCode kNoName{2};
 constexpr OwnCode kNoFilterList{3};
 constexpr OwnCode kNoFilter{4};
@@ -67,7 +67,7 @@ TextOrAbsent<Field> textOrAbsent(Field&& field)
 
 void requireObject(JsonReader& json)
 {
-    if (!json.value().isObject()) json.fail(Fault::WrongKind, "is no object");
+    if (!json.value().isObject()) json.fail(Fault::WrongKind, "is not an object");
 }
 
 }  // namespace
@@ -129,7 +129,7 @@ TargetApp* TargetApp::clone()
         copy->priority = priority;
         copy->writeCanonicalName = writeCanonicalName;
         copy->writeRunningState = writeRunningState;
-        copy->filters.reserve(filters.size());  // else one could be lost for want of memory
+        copy->filters.reserve(filters.size());  // or one could be lost when memory runs out
         for (const TargetAppFilter* filter : filters) {
             if (filter) take(copy->filters, new TargetAppFilter(*filter));
         }

@@ -155,7 +155,7 @@ std::string MediaPlayerAction::getUrlToLoad()
 {
     if (!url) return "";
     if (url->compare(0, 5, "file:") == 0) return *url;
-    return "tmp:/" + url->substr(url->rfind(':') + 1);  // of every other URL only what stands behind its last colon
+    return "tmp:/" + url->substr(url->rfind(':') + 1);  // of every other URL only the part after its last colon
 }
 
 void write(JsonWriter& json, MediaPlayerAction& command)

@@ -62,7 +62,7 @@ bool hasDolbyVision(std::vector<DynamicRangeType>::const_iterator begin,
     return std::find(begin, end, DynamicRangeTypeDolbyVision) != end;
 }
 
-/// The colour words, and behind them the codec strings of Dolby Vision, whose own array stays empty.
+/// The colour words, and after them the codec strings of Dolby Vision, whose own array stays empty.
 std::vector<const char*> colorimetryWords(const PlatformCapabilities& can, bool withCodecs)
 {
     std::vector<const char*> words;
@@ -97,7 +97,7 @@ void writeCapabilities(JsonWriter& json, PlatformCapabilities& can)
     json.put("model", can.model);  // the friendly name is read, never written
     json.put("physicalScreenSize", asIs(can.physicalScreenSize));
     json.list("displayLayers", can.displayLayers);
-    json.list("colorimetry", colorimetryWords(can, dolbyVision));  // the codec strings travel behind the colour words
+    json.list("colorimetry", colorimetryWords(can, dolbyVision));  // the codec strings travel after the colour words
     json.put("dynamicRange", asWords(can.dynamicRange, kDynamicRange));
     json.putIf(dolbyVision, "dolbyVisionCodecString", EmptyList());  // and leave their own array empty
     json.put("videoRefreshRate", can.videoRefreshRate);

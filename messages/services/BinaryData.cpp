@@ -65,7 +65,7 @@ private:
 }  // namespace
 
 /// Of a received block no more than came. Once the application has set another size, what the block has room for: the
-/// allocator tells that, since the application may have put a block of its own where the received one lay.
+/// allocator knows that, since the application may have put a block of its own where the received one lay.
 unsigned sendable(const BinaryData& data)
 {
     if (data.buffer != data.knownBlock_) return data.bufferSize;

@@ -14,7 +14,7 @@ struct AsNibbles {
     const Expected& expected() const { return kExpectedNumbers; }
     bool read(JsonReader&, JsonValue value) const
     {
-        if (value.items().size() != 4) return true;  // another length changes nothing, and is no fault
+        if (value.items().size() != 4) return true;  // another length changes nothing and is not a fault
         int* next = nibbles;
         for (const JsonValue nibble : value.items()) {
             *next = 0;  // what is neither a number nor a boolean

@@ -3,7 +3,7 @@
 #include "messages/core/Ownership.h"
 #include "orvu/EventDescriptors.h"
 
-// Groups travel inside an event, without a header. Each is read by place: its list stands right behind its number,
+// Groups travel inside an event, without a header. Each is read by place: its list directly follows its number,
 // under whatever name.
 
 namespace Orvu {

@@ -36,7 +36,7 @@ struct AsValidPosition {
     const Expected& expected() const { return kExpectedChild; }
     bool read(JsonReader& json, JsonValue value) const
     {
-        if (!readPosition(value)) json.fail(kBadPosition, value.isObject() ? "is no position" : nullptr);
+        if (!readPosition(value)) json.fail(kBadPosition, value.isObject() ? "is not a position" : nullptr);
         if (!json.failed() && !action.checkPos()) json.fail(kBadPosition, "is not within the display of 1280 by 720");
         return true;
     }
@@ -46,7 +46,7 @@ private:
     {
         if (!value.isObject()) return false;
         if (!action.pos) action.pos = new Position;
-        unsigned char ignored = 0;  // the caller's error byte tells of the action
+        unsigned char ignored = 0;  // the caller's error byte is for the action
         if (!readChild(*action.pos, contractOf<Position>(), value, ignored)) return false;
         if (!value.witness()) std::puts("ServiceCompTagAction::deserialize: this->pos->deserialize return = true");
         return true;

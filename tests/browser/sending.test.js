@@ -105,7 +105,7 @@ describe("A sent text", () => {
         });
     }
 
-    it("is refused when it is no text", async () => {
+    it("is refused when it is not a text", async () => {
         for (const value of [undefined, null, 7, { a: 1 }]) await assert.rejects(push.send(value), TypeError);
         assert.deepEqual(Socket.last.sent, []);
     });

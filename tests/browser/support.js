@@ -29,7 +29,7 @@ export class PushServer {
 
     static async start() {
         const server = new PushServer();
-        server.#process.stdin.on("error", () => {});  // a program that ended tells so by its end, in #event() and quit()
+        server.#process.stdin.on("error", () => {});  // #event() and quit() notice that the program has ended
         server.port = Number((await server.#event()).replace("listening ", ""));
         return server;
     }

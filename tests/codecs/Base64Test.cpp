@@ -112,7 +112,7 @@ TEST(Base64Decoding, IgnoresTheBitsThatTheLastCharacterHasTooMany)
 }
 
 /// Every character that is not of the alphabet, at every place of a group.
-TEST(Base64Decoding, StopsAtEveryStranger)
+TEST(Base64Decoding, StopsAtEveryOtherCharacter)
 {
     const std::string expected[] = {"Man", "Man", "ManM", "ManMa", "ManMan"};
     for (int c = 0; c < 256; ++c) {

@@ -1,22 +1,13 @@
-#include <algorithm>
-#include <cctype>
 #include <cstdint>
 #include <gmock/gmock.h>
-#include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "messages/core/Catalogue.h"
 #include "messages/core/Explanation.h"
 #include "orvu/Orvu.h"
-#include "support/Messages.h"
-#include "support/Samples.h"
 
 using namespace Orvu;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace OrvuTests {
@@ -112,11 +103,11 @@ INSTANTIATE_TEST_SUITE_P(
                     WantedKind{R"({"HEADER": "platformCapabilities", "platformCapabilities": 5})",
                                "line 1, column 60: platformCapabilities: a number where an object is required"},
                     WantedKind{R"({"HEADER": "eventInfo", "eventGroup": {"type": 1}})",
-                               "line 1, column 48: eventGroup.type: 1 has no list behind it"},
+                               "line 1, column 48: eventGroup.type: 1 has no list after it"},
                     WantedKind{R"({"HEADER": "streamPidsResponse", "mimeType": "video/mp4"})",
                                "line 1, column 46: mimeType: has no effect when it is read"}));
 
-TEST(AnExplanation, TellsThatAMessageOfNoObjectIsEmpty)
+TEST(AnExplanation, SaysThatAMessageThatIsNotAnObjectIsEmpty)
 {
     EXPECT_THAT(linesOf(explain("5", DataTypeCurrentService)),
                 ElementsAre("line 1, column 1: a number where an object is expected, read as an empty one"));
@@ -188,7 +179,7 @@ TEST(AnExplanation, TellsWhichWordsAreNotRead)
 {
     EXPECT_THAT(
         explained(R"({"HEADER": "nclNodeAction", "action": "strat"})"),
-        ElementsAre("line 1, column 39: action: \"strat\" is no word that is read here; the nearest is \"start\""));
+        ElementsAre("line 1, column 39: action: \"strat\" is not a word that is read here; the nearest is \"start\""));
     EXPECT_THAT(explained(R"({"HEADER": "displayLayers", "type": 5})"),
                 ElementsAre("line 1, column 37: type: a number where a text is expected, ignored"));
 }
@@ -237,16 +228,16 @@ TEST(AnExplanation, TellsOfAKeyThatIsNotReadBesideAnother)
                 ElementsAre("line 1, column 77: vol: not read in this text"));
 }
 
-TEST(AnExplanation, TellsOfTextBehindTheJson)
+TEST(AnExplanation, NamesTextAfterTheJson)
 {
     EXPECT_THAT(explained("{\"HEADER\": \"success\"}\n more"),
-                ElementsAre("line 2, column 2: text behind the JSON is not read"));
+                ElementsAre("line 2, column 2: text after the JSON is not read"));
 }
 
 TEST(AnExplanation, CountsCharactersAndNotBytes)
 {
     EXPECT_THAT(explained(R"({"ação": 1, "HEADER": 5})"),
-                ElementsAre("line 1, column 23: HEADER: 5 is no text that names a type"));
+                ElementsAre("line 1, column 23: HEADER: 5 is not the name of a type"));
 }
 
 TEST(AnExplanation, KeepsControlCharactersAndLengthOutOfItsLines)
@@ -292,13 +283,13 @@ INSTANTIATE_TEST_SUITE_P(
         NoMessage{R"({"a": [{}, 1], "b": {}, 2)", "line 1, column 25: is not JSON from here on: \"2\""},
         NoMessage{"what?", "line 1, column 1: is not JSON from here on: \"what?\""},
         NoMessage{R"({"a": "\q"})", "line 1, column 8: is not JSON from here on: \"\\q\"}\""},
-        NoMessage{"[]", "line 1, column 1: HEADER: missing, since the text is no object"},
-        NoMessage{"{}", "line 1, column 1: HEADER: required, missing: nothing tells the type"},
+        NoMessage{"[]", "line 1, column 1: HEADER: missing, since the text is not an object"},
+        NoMessage{"{}", "line 1, column 1: HEADER: required, missing: nothing names the type"},
         NoMessage{R"({"HEADER": "servicelist"})",
                   "line 1, column 12: HEADER: \"servicelist\" names no type; the nearest is \"serviceList\""},
-        NoMessage{R"({"HEADER": "pos"})", "line 1, column 12: HEADER: \"pos\" is no type that a text is read as"},
+        NoMessage{R"({"HEADER": "pos"})", "line 1, column 12: HEADER: \"pos\" names a type that cannot be received"},
         NoMessage{R"({"HEADER": "siCacheUnavailable"})",
-                  "line 1, column 12: HEADER: \"siCacheUnavailable\" is no type that a text is read as"}));
+                  "line 1, column 12: HEADER: \"siCacheUnavailable\" names a type that cannot be received"}));
 
 TEST(AnExplanation, TellsWhereATextNestsTooDeep)
 {
@@ -390,183 +381,6 @@ TEST(TheFirstFault, OfANumberInAPartIsFoundToo)
     CheckedText checked(R"({"components": [{"componentTag": "0x"}]})");
     EXPECT_EQ(firstFault(checked, ServiceComponentList::kDataType),
               "line 1, column 34: components[0].componentTag: \"0x\" holds no number");
-}
-
-// Every message of the catalogue, by the keys that its contract asks for.
-
-struct AType {
-    std::string name;
-    DataType type;
-};
-
-std::vector<AType> typesWithKeys()
-{
-    std::vector<AType> types;
-    for (const DataType type : allTypes())
-        if (!keysOf(type).empty()) types.push_back({Serializable::dataTypeString(type), type});
-    return types;
-}
-
-class EveryKeyOf : public testing::TestWithParam<AType> {
-protected:
-    /// A text with all that the type writes.
-    std::string filled() const
-    {
-        for (const Sample& sample : writtenSamples())
-            if (sample.name == GetParam().name) return textOf(*sample.filled());
-        return R"({"varValue": "x"})";  // of the one that is never written
-    }
-
-    /// The keys of the type that are in `text`, and read.
-    std::vector<KeyDescription> keysIn(const std::string& text) const
-    {
-        std::vector<KeyDescription> keys = Orvu::keysOf(GetParam().type);
-        const Explanation asItIs = explain(text.c_str(), GetParam().type);
-        const Tree tree = treeOf(text);
-        const auto isAway = [&](const KeyDescription& key) {
-            const bool isNotRead = std::any_of(asItIs.findings.begin(), asItIs.findings.end(),
-                                               [&](const Finding& finding) { return finding.path == key.key; });
-            return key.key.empty() || isNotRead || !cJSON_GetObjectItemCaseSensitive(tree.get(), key.key.c_str());
-        };
-        keys.erase(std::remove_if(keys.begin(), keys.end(), isAway), keys.end());
-        return keys;
-    }
-
-    /// What is found under `path`; it agrees with reading the text about whether it can be read.
-    std::vector<Finding> foundUnder(const std::string& path, cJSON* tree) const
-    {
-        const std::string text = taken(cJSON_Print(tree));
-        const Explanation explanation = explain(text.c_str(), GetParam().type);
-        EXPECT_EQ(explanation.isRead, isRead(text)) << text;
-        std::vector<Finding> found;
-        for (const Finding& finding : explanation.findings)
-            if (finding.path == path) found.push_back(finding);
-        return found;
-    }
-
-    bool isRead(const std::string& text) const
-    {
-        const std::unique_ptr<Serializable> message(entryOf(GetParam().type)->make(GetParam().type));
-        try {
-            return message->deserialize(text.c_str());
-        } catch (const std::logic_error&) {
-            return false;
-        }
-    }
-};
-
-TEST_P(EveryKeyOf, ThatIsRequiredIsMissed)
-{
-    const std::string text = filled();
-    for (const KeyDescription& key : keysIn(text)) {
-        if (!key.isRequired) continue;
-        const Tree tree = treeOf(text);
-        cJSON_DeleteItemFromObject(tree.get(), key.key.c_str());
-        const std::vector<Finding> found = foundUnder(key.key, tree.get());
-        ASSERT_EQ(found.size(), 1u) << key.key;
-        EXPECT_EQ(found[0].kind, Finding::Fault);
-        EXPECT_EQ(found[0].message, "required, missing");
-    }
-}
-
-TEST_P(EveryKeyOf, IsFoundToBeOfTheWrongKind)
-{
-    const std::string text = filled();
-    for (const KeyDescription& key : keysIn(text)) {
-        if (key.kind == KeyDescription::Anything || key.kind == KeyDescription::Nothing) continue;
-        const bool isNumber = key.kind == KeyDescription::Number || key.kind == KeyDescription::Boolean;
-        const bool isEither = key.kind == KeyDescription::NumberOrText;
-        const Tree tree = treeOf(text);
-        cJSON* const wrong = isEither   ? cJSON_CreateArray()
-                             : isNumber ? cJSON_CreateString("x")
-                                        : cJSON_CreateNumber(5);
-        cJSON_ReplaceItemInObjectCaseSensitive(tree.get(), key.key.c_str(), wrong);
-        const std::vector<Finding> found = foundUnder(key.key, tree.get());
-        ASSERT_EQ(found.size(), 1u) << key.key;
-        EXPECT_NE(found[0].kind, Finding::NotRead) << key.key;
-    }
-}
-
-TEST_P(EveryKeyOf, IsTheNearestOfItsMisspelling)
-{
-    const std::string text = filled();
-    for (const KeyDescription& key : keysIn(text)) {
-        if (key.key.size() < 3) continue;
-        const std::string misspelt = key.key + "q";
-        const Tree tree = treeOf(text);
-        cJSON* const value = cJSON_DetachItemFromObjectCaseSensitive(tree.get(), key.key.c_str());
-        cJSON_AddItemToObject(tree.get(), misspelt.c_str(), value);
-        const std::vector<Finding> found = foundUnder(misspelt, tree.get());
-        ASSERT_EQ(found.size(), 1u) << key.key;
-        EXPECT_EQ(found[0].kind, Finding::NotRead);
-        EXPECT_EQ(found[0].message, "not read; the nearest is \"" + key.key + "\"");
-        if (!key.isRequired) continue;
-        const std::vector<Finding> fault = foundUnder(key.key, tree.get());
-        ASSERT_EQ(fault.size(), 1u) << key.key;
-        EXPECT_EQ(fault[0].message, "required, missing; there is \"" + misspelt + "\"");
-    }
-}
-
-std::string nameOfType(const testing::TestParamInfo<AType>& info)
-{
-    std::string name = info.param.name;
-    std::replace_if(
-        name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(InTheCatalogue, EveryKeyOf, testing::ValuesIn(typesWithKeys()), nameOfType);
-
-// What a type reads.
-
-std::vector<std::string> shownKeys(const std::vector<KeyDescription>& keys)
-{
-    std::vector<std::string> shown;
-    for (const KeyDescription& key : keys)
-        shown.push_back(key.key + (key.isRequired ? "!" : ""));
-    return shown;
-}
-
-TEST(TheKeysOfAType, AreThoseItAsksForInThatOrder)
-{
-    EXPECT_THAT(shownKeys(keysOf(DataTypeBinaryNIT)),
-                ElementsAre("serviceContextId!", "bufferSize!", "buffer!", "timestamp"));
-    EXPECT_THAT(shownKeys(keysOf(DataTypeSuccess)), IsEmpty());
-    EXPECT_THAT(keysOf(static_cast<DataType>(9999)), IsEmpty());
-    EXPECT_THAT(keysOf(DataTypeSiCacheUnavailable), IsEmpty());
-}
-
-TEST(TheKeysOfAType, HoldTheKeysOfItsParts)
-{
-    const std::vector<KeyDescription> keys = keysOf(DataTypeEventInfoList);
-    ASSERT_THAT(shownKeys(keys), ElementsAre("serviceContextId", "present", "following", "schedule!", "timestamp"));
-    EXPECT_EQ(keys[1].kind, KeyDescription::Object);
-    EXPECT_EQ(keys[3].kind, KeyDescription::Objects);
-    EXPECT_EQ(shownKeys(keys[1].keys), shownKeys(keys[3].keys));
-    EXPECT_THAT(shownKeys(keys[3].keys), Contains("startTime"));
-}
-
-TEST(TheKeysOfAType, NameTheWordsThatAreReadBack)
-{
-    const std::vector<KeyDescription> keys = keysOf(DataTypeTargetAppPerformAction);
-    ASSERT_THAT(shownKeys(keys), ElementsAre("canonicalName", "action", "priority"));
-    EXPECT_THAT(keys[1].words, ElementsAre("start", "stop"));
-    EXPECT_THAT(keys[2].words, ElementsAre("foreground", "background"));
-}
-
-TEST(TheKeysOfAType, ThatHoldsItselfEndThere)
-{
-    const std::vector<KeyDescription> keys = keysOf(DataTypeScreenItem);
-    EXPECT_EQ(keys.back().key, "contentList");
-    EXPECT_THAT(keys.back().keys, IsEmpty());
-}
-
-TEST(TheKeysOfAType, HaveNoNameForAListThatIsReadByItsPlace)
-{
-    const std::vector<KeyDescription> keys = keysOf(DataTypeEventGroup);
-    ASSERT_THAT(shownKeys(keys), ElementsAre("type", ""));
-    EXPECT_EQ(keys[1].kind, KeyDescription::Objects);
-    EXPECT_THAT(shownKeys(keys[1].keys), ElementsAre("id", "tsId", "networkId", "serviceId"));
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ std::string shuffledCase(RandomJson& random, std::string name)
     return name;
 }
 
-/// A key of the contract, mostly as it is; now and then "HEADER" or a stranger.
+/// A key of the contract, mostly as it is; now and then "HEADER" or an unknown one.
 std::string randomKey(RandomJson& random)
 {
     switch (random.below(12)) {
@@ -34,7 +34,7 @@ std::string randomKey(RandomJson& random)
         case 1:
             return shuffledCase(random, "header");
         case 2:
-            return random.once(2) ? "stranger" : "";
+            return random.once(2) ? "nonsense" : "";
         case 3:
             return shuffledCase(random, kContract[random.below(6)]);
         default:

@@ -65,7 +65,7 @@ TEST(WithoutMemory, AMessageIsWrittenWholeOrNotAtAll)
     expectWholeOrNothing(*std::make_unique<Holder>(service.clone()));
 }
 
-/// What `explained` makes, none when it throws for want of memory, and how often it did.
+/// Counts how often `explained` throws std::bad_alloc when one allocation after the other is refused.
 template <class Explain>
 int timesWithoutMemory(Explain explained)
 {

@@ -38,11 +38,11 @@ INSTANTIATE_TEST_SUITE_P(
     Parsing, ATextThatIsNotAMessage,
     testing::Values(Refused{nullptr, "line 1, column 1: is empty"}, Refused{"", "line 1, column 1: is empty"},
                     Refused{"{", "line 1, column 2: ends inside an object"},
-                    Refused{"[1]", "line 1, column 1: HEADER: missing, since the text is no object"},
-                    Refused{R"({"a":1})", "line 1, column 1: HEADER: required, missing: nothing tells the type"},
+                    Refused{"[1]", "line 1, column 1: HEADER: missing, since the text is not an object"},
+                    Refused{R"({"a":1})", "line 1, column 1: HEADER: required, missing: nothing names the type"},
                     Refused{R"({"HEADER":"nonsense"})", "line 1, column 11: HEADER: \"nonsense\" names no type"},
                     Refused{R"({"HEADER":"pos"})",
-                            "line 1, column 11: HEADER: \"pos\" is no type that a text is read as"},
+                            "line 1, column 11: HEADER: \"pos\" names a type that cannot be received"},
                     Refused{R"({"HEADER":"eventInfoList"})", "line 1, column 1: schedule: required, missing"}));
 
 }  // namespace

@@ -164,7 +164,8 @@ TEST(ATextInAListOfChildren, ReadsAsElsewhereThoughTheListGrows)
     };
     std::string written;
     EXPECT_TRUE(readsItsOwn<ScreenItem>(
-        R"({"type": "menu", "contentList": [{"type": "a", "content": "A"}, {"type": "b"}], "checked": true, "enabled": true})",
+        R"({"type": "menu", "contentList": [{"type": "a", "content": "A"}, {"type": "b"}],
+            "checked": true, "enabled": true})",
         content, written));
     EXPECT_NE(written.find("\"b\""), std::string::npos);
     EXPECT_TRUE(readsItsOwn<ScreenItem>(

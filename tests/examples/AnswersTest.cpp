@@ -42,7 +42,8 @@ bool holdsEvents(const std::string& file)
     return std::filesystem::path(file).stem().string().rfind("eventInfo", 0) == 0;
 }
 
-/// A bare query is the type's empty message. Of some types a receiver cannot read it, and answers that it did not understand.
+/// A bare query is the type's empty message. Of some types a receiver cannot read it, and answers that it did not
+/// understand.
 bool isUnderstoodWhenBare(const std::string& type)
 {
     const std::string header = R"({"HEADER": ")" + type + R"("})";

@@ -13,7 +13,7 @@
 
 namespace OrvuTests {
 
-/// What the contract lets an exchange come to.
+/// The outcomes that the contract allows an exchange.
 using Outcomes = std::set<std::string>;
 
 /// The n-th call of a kind, counted from 1, fails with `error`.
@@ -23,7 +23,8 @@ struct Fault {
     int error;
 };
 
-/// What may come of the faults of one kind of call. When it passes (see `passes`) nothing is wrong, if nothing else is said.
+/// What may come of the faults of one kind of call. When it passes (see `passes`) nothing is wrong, if nothing else is
+/// said.
 struct FaultsOf {
     std::string name;
     CountedCall* call;
@@ -48,8 +49,8 @@ protected:
     /// Ends what the exchanges needed.
     virtual void end() = 0;
 
-    /// Fails each call with each of its errors. The exchange comes to what is allowed, the next one goes well, and nothing of
-    /// them is left in the end.
+    /// Fails each call with each of its errors. The exchange comes to what is allowed, the next one goes well, and
+    /// nothing of them is left in the end.
     void tryEachFault();
 
     Progress progress_;

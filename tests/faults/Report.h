@@ -6,7 +6,7 @@
 
 namespace OrvuTests {
 
-/// Tells how many fault points the running test has tried, of which there must be some.
+/// Reports how many fault points the running test has tried; there must be some.
 inline void report(const std::string& what, int tried)
 {
     EXPECT_GT(tried, 0);

@@ -7,7 +7,7 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-/// Rows of words that all read back, but for the first, which stands for strangers anyway.
+/// Rows of words that all read back, except the first, which any other word reads as.
 std::vector<WordRow> rowsOf(const std::vector<std::string>& words)
 {
     std::vector<WordRow> rows;

@@ -13,8 +13,8 @@
 namespace Orvu {
 namespace {
 
-/// The place of a virtual function in its class's table. Itanium C++ ABI, 2.3: a pointer to it holds its offset in bytes,
-/// plus one; on 32-bit ARM the one stands in the second word, doubled.
+/// The place of a virtual function in its class's table. Itanium C++ ABI, 2.3: a pointer to it holds its offset in
+/// bytes, plus one; on 32-bit ARM the one stands in the second word, doubled.
 template <class Function>
 std::size_t slotOf(Function function)
 {

@@ -1,5 +1,6 @@
 #!/bin/sh
-# cjson.sh SOURCE_FOLDER: whether the library's sources, comments aside, use cJSON in the bridge and the accessors alone.
+# cjson.sh SOURCE_FOLDER: whether the library's sources, comments aside, use cJSON in the bridge and the accessors
+# alone.
 set -eu
 folder=$1
 found=$(mktemp)
@@ -37,7 +38,8 @@ uses_cjson() {
 # The search itself must find what there is to find.
 printf '%s\n' '/* cJSON* */ int cJSONReads; // cJSON_Parse' > "$found"
 ! uses_cjson "$found" > /dev/null || { echo "It finds cJSON in comments."; exit 1; }
-for use in 'cJSON_Parse(t)' 'const cJSON* a' 'cJSON& b' 'struct cJSON;' '#include <cjson/cJSON.h>' '"//" /* */ cJSON *c'; do
+for use in 'cJSON_Parse(t)' 'const cJSON* a' 'cJSON& b' 'struct cJSON;' '#include <cjson/cJSON.h>' \
+           '"//" /* */ cJSON *c'; do
     printf '%s\n' "$use" > "$found"
     uses_cjson "$found" > /dev/null || { echo "It does not find: $use"; exit 1; }
 done

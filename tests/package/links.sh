@@ -1,6 +1,6 @@
 #!/bin/sh
-# links.sh LIBRARY [NAME]: whether the shared library has its versioned name and links nothing but cJSON and the C++ run time,
-# and NAME, and whether it stays loaded.
+# links.sh LIBRARY [NAME]: whether the shared library has its versioned name and links nothing but cJSON and the C++ run
+# time, and NAME, and whether it stays loaded.
 set -eu
 library=$1 also=${2:-libcjson}
 

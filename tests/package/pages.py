@@ -78,7 +78,7 @@ def main():
     check_itself()
     folder = pathlib.Path(sys.argv[1])
     pages = [path.name for path in folder.rglob("*.md")]
-    missing = {"README.md", "orvu-tool.md", "browser.md", "listener.md", "shutting-down.md"} - set(pages)
+    missing = {"README.md", "design.md", "orvu-tool.md", "browser.md", "listener.md", "shutting-down.md"} - set(pages)
     if missing:
         sys.exit(f"Not installed: {', '.join(sorted(missing))}")
     found = list(faults(folder))

@@ -1,6 +1,6 @@
 #!/bin/sh
-# pkg-config.sh PREFIX README_PROGRAMS COMPILER LEASE_PORT [FLAG...]: builds the programs by a plain call of the compiler
-# with what pkg-config says of the installation, and lets them talk.
+# pkg-config.sh PREFIX README_PROGRAMS COMPILER LEASE_PORT [FLAG...]: builds the programs by a plain call of the
+# compiler with what pkg-config says of the installation, and lets them talk.
 set -eu
 prefix=$1 sources=$2 compiler=$3 lease_port=$4
 shift 4

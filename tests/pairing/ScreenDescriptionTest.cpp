@@ -102,7 +102,8 @@ TEST(AScreenDescription, ReadsItsItems)
 {
     ScreenDescription description;
     EXPECT_TRUE(description.deserialize(
-        R"({"HEADER": "screenDescription", "screen_items": [{"type": "a", "contentList": [{"type": "b"}]}, {"type": "c"}]})"));
+        R"({"HEADER": "screenDescription",
+            "screen_items": [{"type": "a", "contentList": [{"type": "b"}]}, {"type": "c"}]})"));
     ASSERT_EQ(typesOf(description), (Types{"a", "c"}));
     ASSERT_EQ(description.items[0]->items.size(), 1u);
     EXPECT_EQ(description.items[0]->items[0]->type, "b");

@@ -209,7 +209,7 @@ TEST(AMediaPlayer, IsNotReadWithoutFormatsAndKeepsWhatWasReadBefore)
     EXPECT_FALSE(player.deserialize(nullptr));
 }
 
-TEST(AMediaPlayer, ReadsAStrangersStateAsUnknown)
+TEST(AMediaPlayer, ReadsAnyOtherStateAsUnknown)
 {
     EXPECT_EQ(Reading(R"("state": "Playing")").player.state, StatusTypeUnknown);
     EXPECT_EQ(Reading(R"("state": "requesting")").player.state, StatusTypeUnknown);
@@ -262,7 +262,8 @@ TEST(AMediaPlayer, MakesAnewWhatTheApplicationTook)
     EXPECT_TRUE(player.deserialize(R"({"schemesSupported": [], "formatsSupported": []})"));
     EXPECT_FALSE(player.codecsSupported || player.pos);
     EXPECT_TRUE(player.deserialize(
-        R"({"schemesSupported": [], "formatsSupported": [], "codecsSupported": {"audio": ["AC-3"]}, "pos": {"x": 5}})"));
+        R"({"schemesSupported": [], "formatsSupported": [], "codecsSupported": {"audio": ["AC-3"]},
+            "pos": {"x": 5}})"));
     ASSERT_TRUE(player.codecsSupported && player.pos);
     EXPECT_EQ(player.codecsSupported->audio.size(), 1u);
     EXPECT_EQ(player.pos->x, 5);

@@ -148,7 +148,7 @@ TEST(ReadCapabilities, TakeWordsOfAnObjectToo)
     EXPECT_EQ(read.can.colorimetry, (std::vector<ColorimetryType>{ColorimetryTypeBT709, ColorimetryTypeBT2020}));
 }
 
-TEST(ReadCapabilities, SkipWhatIsNoWordAndTakeStrangersForUnknown)
+TEST(ReadCapabilities, SkipOtherKindsAndReadOtherWordsAsUnknown)
 {
     const std::string words = R"([null, 5, "BT.709", "bt.709", true, ["HLG"], "HLG", "touchscreen", "mouse", ""])";
     EXPECT_EQ(Reading(with("colorimetry", words)).can.colorimetry,

@@ -272,7 +272,8 @@ TEST(ATcpServerInTrouble, PushesAllBytesHoweverFewTheSystemTakesAtOnce)
     EXPECT_EQ(second.receive(5), "hello");
 }
 
-// The descriptor of the client that is gone becomes free when the push ends: one that has only ended its own sending stays.
+// The descriptor of the client that is gone becomes free when the push ends: one that has only ended its own sending
+// stays.
 TEST(ATcpServerInTrouble, WaitsForThePushThatHoldsAClientThatIsGone)
 {
     std::atomic<int> acceptsWithoutDescriptor{0};

@@ -84,8 +84,8 @@ TEST_F(AStalledWebSocketClient, GetsAFrameOfMegabytesWholeWhenItReadsOnAfterAWhi
     EXPECT_THAT(readServerFrame(client), Optional(Frame{0x82, "more"}));
 }
 
-/// Frames of all sizes are pushed to it until some are dropped or it is let go; what it reads are whole frames in order, but
-/// for the last one.
+/// Frames of all sizes are pushed to it until some are dropped or it is let go; what it reads are whole frames in
+/// order, but for the last one.
 TEST_F(AStalledWebSocketClient, NeverFindsItsStreamGoingOnInTheMiddleOfAFrame)
 {
     constexpr int kDropped = 50;

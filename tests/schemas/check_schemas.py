@@ -1,7 +1,7 @@
-"""Holds schemas/ against what the library writes and reads, with a validator that knows nothing of the library.
+"""Compares schemas/ with what the library writes and reads, by a validator that knows nothing of the library.
 
-Usage: check_schemas.py REQUIRED-KEYS-FILE TEXTS-FILE... (as the program required-keys and the tests of the messages write
-them)
+Usage: check_schemas.py REQUIRED-KEYS-FILE TEXTS-FILE...
+The program required-keys writes the first file, the tests of the messages write the others.
 """
 
 import functools
@@ -193,7 +193,7 @@ ELSEWHERE = {
     "targetAppAction": {"url"},
 }
 
-# What is only read, and what only stands in another text.
+# Types that are only read, and types that only occur inside another text.
 NEVER_WRITTEN = {"persistentVariableValue", "binaryDataMultipart-part"}
 
 

@@ -100,7 +100,8 @@ struct Reading {
 TEST(BinaryDataReading, TakesAllItsKeys)
 {
     const Reading read(
-        R"({"HEADER": "x", "SERVICECONTEXTID": "1.2.01", "BufferSize": 3, "BUFFER": "AQID", "TimeStamp": "12:00"} more)");
+        R"({"HEADER": "x", "SERVICECONTEXTID": "1.2.01", "BufferSize": 3, "BUFFER": "AQID",
+            "TimeStamp": "12:00"} more)");
     EXPECT_TRUE(read.success);
     EXPECT_EQ(read.data.serviceContextId, "1.2.01");
     EXPECT_EQ(read.data.bufferSize, 3u);

@@ -47,7 +47,8 @@ int numberOf(const CAUnit& unit)
     return unit.id;
 }
 
-/// A group as new, read from a text, in which "#" stands for the name of its number and 5* for the element with the id 5.
+/// A group as new, read from a text, in which "#" stands for the name of its number and 5* for the element with the id
+/// 5.
 template <class Group>
 struct Reading {
     Group group;

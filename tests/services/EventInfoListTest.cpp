@@ -134,10 +134,12 @@ TEST(AnEventInfoList, SortsTheEventsItReadsAmongThoseItHolds)
 {
     EventInfoList list;
     EXPECT_TRUE(list.deserialize(
-        R"({"schedule": [{"name": "c", "startTime": "3"}, {"name": "a", "startTime": "1"}, {"name": "e", "startTime": "5"}]})"));
+        R"({"schedule": [{"name": "c", "startTime": "3"}, {"name": "a", "startTime": "1"},
+                         {"name": "e", "startTime": "5"}]})"));
     EXPECT_EQ(namesOf(list), (Names{"a", "c", "e"}));
     EXPECT_TRUE(list.deserialize(
-        R"({"SCHEDULE": {"x": {"name": "d", "startTime": "4"}, "y": {"name": "b", "startTime": "2"}}, "schedule": [{}]})"));
+        R"({"SCHEDULE": {"x": {"name": "d", "startTime": "4"}, "y": {"name": "b", "startTime": "2"}},
+            "schedule": [{}]})"));
     EXPECT_EQ(namesOf(list), (Names{"a", "b", "c", "d", "e"}));
     EXPECT_TRUE(list.deserialize(R"({"schedule": [5, null]})"));
     EXPECT_EQ(namesOf(list), (Names{"", "", "a", "b", "c", "d", "e"}));

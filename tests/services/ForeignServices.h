@@ -3,8 +3,8 @@
 #include "orvu/Services.h"
 
 /// \file
-/// What the module `foreign-services` makes, an application's code that is compiled without run-time type information and
-/// loaded with dlopen. The objects are the caller's.
+/// What the module `foreign-services` makes, an application's code that is compiled without run-time type information
+/// and loaded with dlopen. The objects are the caller's.
 
 extern "C" {
 

@@ -156,7 +156,8 @@ TEST(AServiceList, ReadsItsServices)
 {
     ServiceList list;
     EXPECT_TRUE(list.deserialize(R"({"HEADER": "serviceList", "serviceList": [
-        {"serviceContextId": "1.2.01", "serviceName": "A", "transportStreamId": 1, "originalNetworkId": 2, "serviceId": 3},
+        {"serviceContextId": "1.2.01", "serviceName": "A",
+         "transportStreamId": 1, "originalNetworkId": 2, "serviceId": 3},
         {"serviceName": "B"}]})"));
     ASSERT_EQ(namesOf(list), (Names{"A", "B"}));
     EXPECT_EQ(list.services[0]->serviceContextId, "1.2.01");

@@ -14,11 +14,11 @@
 #include "support/Observed.h"
 #include "wire/Receiver.h"
 
-/// orvu-sizes memory: prints what this process has in memory before it uses the library, and when it has all of the library's
-/// roles and nothing to do: for each the resident bytes and those of them that are its own.
+/// orvu-sizes memory: prints the memory of this process before it uses the library, and again when it is idle with all
+/// of the library's roles: the resident bytes, and those of them that are its own.
 ///
-/// orvu-sizes stack FILE: prints how many bytes of its stack a worker uses that receives the text in FILE as a request, reads
-/// it, and answers with the same message.
+/// orvu-sizes stack FILE: prints how many bytes of stack a worker uses to receive the text in FILE as a request, read
+/// it, and answer with the same message.
 
 using namespace Orvu;
 using namespace OrvuTests;

@@ -22,10 +22,11 @@ struct Ports {
 struct Tally {
     long exchanges = 0;  ///< Requests, good and bad.
     long clients = 0;    ///< That connected to a push server.
-    long wrong = 0;      ///< How often something else came than was due.
+    long wrong = 0;      ///< How often a peer got a wrong result.
 };
 
-/// The peers of this process, in a process of their own: what they take of the system is not this one's. They come in rounds.
+/// The peers of this process, in a process of their own: what they take of the system is not this one's. They come in
+/// rounds.
 class Crowd {
 public:
     /// Starts the process; before this one has threads.
@@ -39,7 +40,7 @@ public:
     int port() const { return port_; }
     /// Lets the peers come.
     void begin(const Ports& ports) const;
-    /// Waits until they are gone. Throws std::runtime_error when one of them waited in vain.
+    /// Waits until they are gone. Throws std::runtime_error when one of them timed out.
     Tally end() const;
 
 private:

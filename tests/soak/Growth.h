@@ -4,7 +4,7 @@
 #include <vector>
 
 /// \file
-/// Whether a process that did the same for a long time takes more in the end than it did when it had warmed up.
+/// Whether a process that did the same for a long time takes more at the end than after warming up.
 
 namespace OrvuTests {
 
@@ -16,8 +16,8 @@ struct Sample {
     double threads = 0;
 };
 
-/// Two medians of one thing that was sampled: in the second fifth of the run, and in the last one. The first fifth is there
-/// to warm up.
+/// Two medians of one thing that was sampled: in the second fifth of the run, and in the last one. The first fifth is
+/// there to warm up.
 struct Course {
     double early = 0;
     double late = 0;

@@ -7,13 +7,13 @@
 
 namespace OrvuTests {
 
-/// What the process that is watched did in a round.
+/// What the measured process did in a round.
 struct Work {
     long asked = 0;
     long pushes = 0;  ///< That a client took.
     long servers = 0;
     long heard = 0;  ///< Pushes that its own listeners heard.
-    long wrong = 0;  ///< What they heard and nobody pushed.
+    long wrong = 0;  ///< Messages received that were never pushed.
 };
 
 /// The library in all of its roles: it answers requests, asks a peer on `peerPort`, pushes through servers that it
@@ -24,7 +24,7 @@ public:
     explicit Subject(int peerPort);
 
     Ports ports() const { return {receiver_.port(), tcp_.port(), webSocket_.port()}; }
-    /// Listens for requests anew; without pause for those that come afterwards.
+    /// Listens for requests again; without pause for those that come afterwards.
     void listenAgain() const;
     /// Asks and pushes as fast as it can.
     Work workUntil(Clock::time_point end) const;

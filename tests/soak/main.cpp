@@ -8,9 +8,9 @@
 #include "soak/Subject.h"
 #include "wire/Sockets.h"
 
-/// orvu-soak SECONDS FILE: lets the library work in all of its roles at full speed, in rounds of a second, against peers good
-/// and bad. Between the rounds, when nothing is going on, it notes in FILE what this process takes. The last line tells what
-/// was done and how that developed; the exit code is 0 when everything was answered as it should, and nothing grew.
+/// orvu-soak SECONDS FILE: runs the library in all of its roles at full speed, in rounds of a second, against good and
+/// bad peers. Between the rounds, when nothing is going on, it records in FILE the memory, descriptors and threads of
+/// this process. The last line sums up; the exit code is 0 when every answer was right and nothing grew.
 
 using namespace OrvuTests;
 

@@ -20,8 +20,8 @@ using namespace Orvu;
 using namespace OrvuTests;
 using testing::Optional;
 
-/// Every call of the facade at random, on many threads at once, each on what getInstance() gives at that time. The thread
-/// sanitizer sees whether they get into each other's way.
+/// Every call of the facade at random, on many threads at once, each on what getInstance() gives at that time. The
+/// thread sanitizer sees whether they get into each other's way.
 
 namespace {
 

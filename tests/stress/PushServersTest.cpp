@@ -12,8 +12,8 @@
 using namespace Orvu;
 using namespace OrvuTests;
 
-/// Push servers that are made, pushed through, stopped and destroyed without pause, while clients connect, echo, leave and
-/// vanish. The thread sanitizer sees whether they get into each other's way.
+/// Push servers that are made, pushed through, stopped and destroyed without pause, while clients connect, echo, leave
+/// and vanish. The thread sanitizer sees whether they get into each other's way.
 
 namespace {
 

@@ -13,7 +13,7 @@
 
 /// \file
 /// A child whose class is the library's is written into its container's text and read from it; one of an
-/// application's class goes through its virtual functions and a text of its own. Nobody may see a difference.
+/// application's class goes through its virtual functions and a text of its own. The result must be the same.
 
 namespace OrvuTests {
 

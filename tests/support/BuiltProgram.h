@@ -6,8 +6,8 @@
 
 namespace OrvuTests {
 
-/// A command from its words with a bar between, as the build hands them over: an emulator first where there is one. What
-/// the program is given follows.
+/// A command from its words with a bar between, as the build hands them over: an emulator first where there is one.
+/// The program's arguments follow.
 inline std::vector<std::string> builtProgram(const std::string& listed, const std::vector<std::string>& arguments)
 {
     std::vector<std::string> command;

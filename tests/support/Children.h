@@ -5,7 +5,7 @@
 #include "support/Messages.h"
 
 /// \file
-/// Classes that an application could derive from a message, to stand in its place in lists and containers.
+/// Classes that an application could derive from a message, to take its place in lists and containers.
 
 namespace OrvuTests {
 

@@ -38,8 +38,8 @@ struct MessageKeys {
     std::string name;
     std::function<std::unique_ptr<Orvu::Serializable>()> make;
     std::vector<Key> keys;
-    std::vector<std::string> lists;  ///< Lists that must stand beside them; empty ones will do.
-    std::string inside;  ///< The object in which all of them stand; "" when they stand in the message itself.
+    std::vector<std::string> lists;  ///< Lists that must be there, too; empty ones will do.
+    std::string inside;              ///< The object that holds all of them; "" when the message itself does.
 };
 
 inline std::string inOtherLetterCase(std::string name)
@@ -130,11 +130,12 @@ Key boolean(const std::string& name, bool Message::*field)
     });
 }
 
-/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other text.
+/// A key that is read as one of a few words; `field` shows the word that became of it. `otherWord` is any other
+/// text.
 inline Key wordShownBy(const std::string& name, const std::string& value, const std::string& otherValue,
-                       const std::string& stranger, std::function<std::string(Orvu::Serializable&)> field)
+                       const std::string& otherWord, std::function<std::string(Orvu::Serializable&)> field)
 {
-    const std::string none = inQuotes(stranger);
+    const std::string none = inQuotes(otherWord);
     return {name,
             inQuotes(value),
             inQuotes(otherValue),
@@ -218,17 +219,17 @@ protected:
         return whole(members);
     }
 
-    /// Just what must stand there beside `key`, then `members`.
+    /// Only what is required besides `key`, then `members`.
     std::string objectFor(const Key& key, const std::string& members) const
     {
         std::string others;
         for (const Key& other : keys()) {
             if (other.isRequired && other.name != key.name) others += member(other.name, other.otherValue) + ", ";
         }
-        return whole(others + (members.empty() ? R"("stranger": 1)" : members));
+        return whole(others + (members.empty() ? R"("nonsense": 1)" : members));
     }
 
-    /// A text with these members and those that must stand there too, the names of which may be spelt in another way.
+    /// A text with these members and the required ones, whose names may be spelt in another way.
     std::string whole(
         std::string members, std::string (*spelt)(std::string) = [](std::string name) { return name; }) const
     {

@@ -33,13 +33,13 @@ struct ChildList {
 
     std::string goodElement = "{}";  ///< An element that can be read.
     std::string badElement;          ///< One that cannot; "" when every element can.
-    std::string others;              ///< Members that must stand beside the list, a comma behind each.
-    std::string inside;              ///< The object in which the list stands; "" when it stands in the message itself.
+    std::string others;              ///< Members that are required besides the list, each followed by a comma.
+    std::string inside;              ///< The object that holds the list; "" when the message itself does.
     bool isRequired = true;
     bool leavesHeaders = false;  ///< Whether the children's header flags stay as they are.
 };
 
-/// The list in `field` of a message, filled by `add`, which stands under `key`.
+/// The list in `field` of a message, filled by `add`, with the key `key`.
 template <class Message, class Child>
 ChildList childList(const std::string& name, const std::string& key, std::vector<Child*> Message::*field,
                     void (Message::*add)(Child*))
@@ -79,14 +79,14 @@ inline ChildList needing(ChildList list, const std::string& goodElement, const s
     return list;
 }
 
-/// The same list where other members must stand beside it.
+/// The same list where other members are required besides it.
 inline ChildList beside(ChildList list, const std::string& others)
 {
     list.others = others;
     return list;
 }
 
-/// The same list where it stands in an object of the message.
+/// The same list inside an object of the message.
 inline ChildList inside(const std::string& object, ChildList list)
 {
     list.inside = object;
@@ -122,7 +122,7 @@ protected:
 
     static std::string with(const std::string& value) { return withMembers('"' + list().key + "\": " + value); }
 
-    /// A text with these members and those that must stand beside them.
+    /// A text with these members and the required ones.
     static std::string withMembers(const std::string& members)
     {
         const std::string object = "{" + list().others + members + "}";

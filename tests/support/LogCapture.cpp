@@ -40,7 +40,7 @@ void LogCapture::read()
     }
 }
 
-/// Waits until the reader has taken what stands in the pipe: a mark of our own comes through behind everything else.
+/// Waits until the reader has emptied the pipe: a mark of our own comes through after everything else.
 void LogCapture::drain()
 {
     static const std::string kMark = "\x01drained\x01\n";

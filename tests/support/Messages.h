@@ -23,7 +23,7 @@ struct DeleteTree {
 /// Owns a parsed tree.
 using Tree = std::unique_ptr<cJSON, DeleteTree>;
 
-/// The tree of `text`. Throws std::invalid_argument when it is no JSON.
+/// The tree of `text`. Throws std::invalid_argument when it is not JSON.
 Tree treeOf(const std::string& text);
 
 /// Every type of the catalogue.

@@ -22,7 +22,7 @@ std::string firstLineOf(const std::string& path)
     return line;
 }
 
-/// The text behind `key` in a thread's status; empty when the thread is gone.
+/// The text after `key` in a thread's status; empty when the thread is gone.
 std::string statusOf(const std::string& process, int thread, const std::string& key)
 {
     std::ifstream status(folderOf(process) + std::to_string(thread) + "/status");

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// \file
-/// What the system tells of a process. `process` is "self" or a process's number.
+/// What the system reports of a process. `process` is "self" or a process's number.
 
 namespace OrvuTests {
 

@@ -15,7 +15,7 @@ namespace {
 constexpr int kFirstPort = 20000;
 constexpr int kPorts = 10000;
 
-/// Whether the system gives the port away: not while somebody else listens there, or a listener on any address.
+/// Whether the system gives the port away: not while another socket listens there, or on any address.
 bool canBind(int port)
 {
     const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);

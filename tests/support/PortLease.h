@@ -5,7 +5,7 @@
 
 namespace OrvuTests {
 
-/// A free TCP port of this machine that nobody else who leases here, in any process, is given while the lease lives.
+/// A free TCP port of this machine. While the lease lives, no other lease, in any process, gets it.
 ///
 /// Ports come from below the system's ephemeral range, so that no outgoing connection takes one by chance. Throws
 /// std::runtime_error when every port of the range is taken.
@@ -20,7 +20,7 @@ public:
 
 private:
     int port_;
-    int lock_;  // the descriptor of the locked file that stands for the port
+    int lock_;  // the descriptor of the locked file of the port
 };
 
 /// Leases of ports that follow one another.

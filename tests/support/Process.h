@@ -19,7 +19,7 @@ struct Ended {
 struct ProcessOptions {
     std::string input;                     ///< Its standard input.
     std::vector<std::string> environment;  ///< "NAME=value", beside what this process has.
-    bool outputGone = false;               ///< Nobody reads its standard output: writing there fails with EPIPE.
+    bool outputGone = false;               ///< Its standard output has no reader: writing there fails with EPIPE.
 };
 
 /// A program that runs beside the test. Its signals are the default ones, whatever this process does with its own.
@@ -50,7 +50,7 @@ private:
         Stream();
         ~Stream();
         int writingEnd() const { return pipe_[1]; }
-        void abandon();  ///< Before the process starts: nobody will read.
+        void abandon();  ///< Before the process starts: no one will read.
         void start();    ///< Once the process has the writing end, which is closed here.
         bool waitFor(const std::string& part);
         bool waitForEnd();

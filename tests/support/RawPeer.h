@@ -12,10 +12,10 @@ namespace OrvuTests {
 /// The four bytes that announce a length, the NUL counted.
 std::string lengthBytes(std::uint32_t length);
 
-/// One frame with `text`, as it stands on the wire.
+/// One frame with `text`, as it is on the wire.
 std::string frameOf(const std::string& text);
 
-/// One end of a connection, below any message: sends the bytes that it is told, in the pieces that it is told.
+/// One end of a connection, below any message: sends the bytes that it is given, in the pieces that it is given.
 /// What it waits for comes within 60 s, or it throws std::runtime_error.
 class RawPeer {
 public:
@@ -43,7 +43,7 @@ public:
 
     /// Says that nothing more will be sent; what comes can still be read.
     void finishSending();
-    /// Goes away without a word: the other side finds the connection reset.
+    /// Resets the connection.
     void vanish();
     void close();
 

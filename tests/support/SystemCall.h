@@ -120,10 +120,10 @@ private:
     Replacement replacement_;
 };
 
-/// Has each call of a kind ask `replacement` first while it lives, on the calling thread: what that returns is the call's
-/// result; after std::nullopt the system's function is called. From a replacement of a function without a result, true
-/// says that all is done. One at a time for each kind of call. The end waits for the threads that are in `replacement`:
-/// where one may wait there, as in calls.accept4.real(), its thread has to end before.
+/// Has each call of a kind ask `replacement` first while it lives, on the calling thread: what that returns is the
+/// call's result; after std::nullopt the system's function is called. From a replacement of a function without a
+/// result, true says that all is done. One at a time for each kind of call. The end waits for the threads that are in
+/// `replacement`: where one may wait there, as in calls.accept4.real(), its thread has to end before.
 class Instead {
 public:
     template <class Signature, class Replacement>

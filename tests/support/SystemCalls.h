@@ -15,8 +15,8 @@
 
 /// \file
 /// The one place between the library and the system. In a program of `orvu_tests(NAME SYSTEM_CALLS ...)` each call of
-/// the system in the library's code comes here first, on whatever thread. The calls in the tests do not, nor do those in
-/// cJSON and the C++ library. support/FailingMemory.h does the same for memory.
+/// the system in the library's code comes here first, on whatever thread. The calls in the tests do not, nor do those
+/// in cJSON and the C++ library. support/FailingMemory.h does the same for memory.
 ///
 ///     const FailingCall second(calls.bind, 2, EADDRINUSE);  // the second bind from now on fails
 ///
@@ -29,7 +29,7 @@
 
 namespace OrvuTests {
 
-/// What the library asks of the system.
+/// The system calls of the library.
 struct SystemCalls {
     SystemCalls();
 

@@ -25,17 +25,17 @@ struct WordTable {
     std::string name;
     std::function<const char*(int value)> toWord;
     std::function<int(const std::string& word)> toValue;
-    int stranger;  ///< What a text that is no word reads as.
+    int otherwise;  ///< The value of a text that is not one of the words.
     std::vector<WordRow> rows;
 };
 
 /// The table of an enumeration and its two functions.
 template <class Enum>
-WordTable wordsOf(const std::string& name, const char* (*toWord)(Enum), Enum (*toValue)(std::string), int stranger,
+WordTable wordsOf(const std::string& name, const char* (*toWord)(Enum), Enum (*toValue)(std::string), int otherwise,
                   std::vector<WordRow> rows)
 {
     return {name, [toWord](int value) { return toWord(static_cast<Enum>(value)); },
-            [toValue](const std::string& word) { return static_cast<int>(toValue(word)); }, stranger, std::move(rows)};
+            [toValue](const std::string& word) { return static_cast<int>(toValue(word)); }, otherwise, std::move(rows)};
 }
 
 inline std::ostream& operator<<(std::ostream& out, const WordTable& table)
@@ -52,9 +52,9 @@ class AVocabulary : public testing::TestWithParam<WordTable> {
 protected:
     static const WordTable& table() { return GetParam(); }
 
-    static void expectStranger(const std::string& text)
+    static void expectOther(const std::string& text)
     {
-        EXPECT_EQ(table().toValue(text), table().stranger) << '"' << text << '"';
+        EXPECT_EQ(table().toValue(text), table().otherwise) << '"' << text << '"';
     }
 };
 

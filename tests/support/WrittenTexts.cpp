@@ -14,7 +14,7 @@ namespace {
 
 bool isAnApplications = false;  // the text that is written next, or a part of it
 
-/// The name of the library's class behind `message`; "" for an application's.
+/// The name of the library's class of `message`; "" for an application's.
 std::string classOf(const Orvu::Serializable& message)
 {
     constexpr char kOurs[] = "Orvu::";

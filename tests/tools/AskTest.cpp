@@ -73,7 +73,8 @@ TEST(Asking, PrintsExactlyWhatTheAnswerWritesWhenItIsToBeRaw)
 {
     Receiver receiver;
     receiver.answers().write("currentService.json", R"({"serviceId":58880,"transportStreamId":1840,"unknownKey":1,
-        "originalNetworkId":1840,"serviceName":"Canal Um HD","serviceContextId":"1840.1840.01","HEADER":"currentService"})");
+        "originalNetworkId":1840,"serviceName":"Canal Um HD","serviceContextId":"1840.1840.01",
+        "HEADER":"currentService"})");
     const Ended ended = run(orvu({"ask", "currentService", "--raw", "--port", receiver.portText()}));
     EXPECT_EQ(ended.out, kService);
     EXPECT_EQ(ended.err, "orvu: 1 thing was lost in reading; --wire shows the text that came\n");
@@ -174,8 +175,8 @@ TEST(Asking, TakesAnAnswerThatCannotBeUnderstoodAsUnknown)
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "{\n  \"HEADER\": \"unknown\"\n}\n");
     EXPECT_EQ(ended.err,
-              "orvu: answered, but not understood: line 2, column 12: HEADER: \"pos\" is no type that a text is read "
-              "as; what came: \"{\\n\\t\\\"HEADER\\\":"
+              "orvu: answered, but not understood: line 2, column 12: HEADER: \"pos\" names a type that cannot be "
+              "received; what came: \"{\\n\\t\\\"HEADER\\\":"
               "\\t\\\"pos\\\"\\n}\"\n");
 }
 
@@ -262,7 +263,7 @@ TEST(Asking, RefusesATypeOfWhichNoMessageIsMade)
         EXPECT_EQ(ended.code, 64);
         EXPECT_EQ(ended.out, "");
         EXPECT_EQ(ended.err, std::string("orvu: ") + type +
-                                 ": cannot be asked for, since no message is made from this type alone\n");
+                                 ": cannot be requested: the library makes no message from this type alone\n");
     }
 }
 

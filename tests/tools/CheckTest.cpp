@@ -127,10 +127,10 @@ TEST(Checking, CountsTextBehindTheJsonAsLost)
            "type     success (7), class SuccessResponse\n"
            "schema   success.schema.json\n"
            "read     yes, but:\n"
-           "  line 1, column 22: text behind the JSON is not read\n"
+           "  line 1, column 22: text after the JSON is not read\n"
            "written  not the same content\n"
            "lost     1\n"
-           "  (behind the JSON): \"}\\n\"\n");
+           "  (after the JSON): \"}\\n\"\n");
 }
 
 TEST(Checking, SaysWhenTheTextIsNoJson)
@@ -144,13 +144,13 @@ TEST(Checking, SaysWhenNothingTellsTheType)
 {
     expect(check("{}"), 2,
            "type     none\n"
-           "read     no: line 1, column 1: HEADER: required, missing: nothing tells the type\n");
+           "read     no: line 1, column 1: HEADER: required, missing: nothing names the type\n");
     expect(check("5"), 2,
            "type     none\n"
-           "read     no: line 1, column 1: HEADER: missing, since the text is no object\n");
+           "read     no: line 1, column 1: HEADER: missing, since the text is not an object\n");
     expect(check(R"({"HEADER":8})"), 2,
            "type     none\n"
-           "read     no: line 1, column 11: HEADER: 8 is no text that names a type\n");
+           "read     no: line 1, column 11: HEADER: 8 is not the name of a type\n");
 }
 
 TEST(Checking, SaysWhenTheTypeIsUnknown)
@@ -174,7 +174,7 @@ TEST(Checking, SaysWhenNoTextIsReadAsTheType)
     for (const std::string type : {"pos", "siCacheUnavailable"}) {
         expect(check(R"({"HEADER":")" + type + R"("})"), 2,
                "type     " + type + "\nread     no: line 1, column 11: HEADER: \"" + type +
-                   "\" is no type that a text is read as\n");
+                   "\" names a type that cannot be received\n");
     }
 }
 

@@ -126,7 +126,7 @@ TEST_P(WhatIsNoAddress, IsRefusedAsTheOneToListenOn)
         EXPECT_EQ(ended.code, 64);
         EXPECT_EQ(ended.out, "");
         EXPECT_EQ(ended.err, std::string("orvu: --listen: ") + GetParam() +
-                                 " is no IPv4 address, such as 127.0.0.1\n"
+                                 " is not an IPv4 address, such as 127.0.0.1\n"
                                  "Run with --help for more information.\n");
     }
 }

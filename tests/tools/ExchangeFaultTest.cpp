@@ -83,12 +83,12 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{R"(answered, but too long: 67108865 bytes are announced, the most is 64 MiB; what came: "{\n")",
                  ExchangePhaseAnswerTooLong, 0, "{\n", 67108865, 6},
         Exchange{"answered, but not understood: it has no text", ExchangePhaseAnswerNotUnderstood, 0, "", 0, 4},
-        Exchange{
-            R"(answered, but not understood: line 1, column 1: is not JSON from here on: "no JSON"; what came: "no JSON")",
-            ExchangePhaseAnswerNotUnderstood, 0, "no JSON", 7, 11},
-        Exchange{
-            R"(answered, but not understood: line 1, column 1: HEADER: required, missing: nothing tells the type; what came: "{}")",
-            ExchangePhaseAnswerNotUnderstood, 0, "{}", 2, 6},
+        Exchange{"answered, but not understood: line 1, column 1: is not JSON from here on: \"no JSON\"; what came: "
+                 "\"no JSON\"",
+                 ExchangePhaseAnswerNotUnderstood, 0, "no JSON", 7, 11},
+        Exchange{"answered, but not understood: line 1, column 1: HEADER: required, missing: nothing names the type; "
+                 "what came: \"{}\"",
+                 ExchangePhaseAnswerNotUnderstood, 0, "{}", 2, 6},
         Exchange{"out of memory", ExchangePhaseAnswerNotUnderstood, ENOMEM, "", 24, 28},
         Exchange{"", ExchangePhaseAnswered, 0, "{}", 2, 6}, Exchange{"", ExchangePhaseAnswered, ENOMEM, "", 2, 6}));
 

@@ -10,7 +10,8 @@
 
 namespace OrvuTests {
 
-/// The server's end of exchanges, below any message: it keeps what a client sends and gives back the bytes that it is told.
+/// The server's end of exchanges, below any message: it keeps what a client sends and gives back the bytes that it is
+/// told.
 class Peer {
 public:
     /// `answer` gives what is written to each client that sent a frame; it may take its time.

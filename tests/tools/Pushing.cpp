@@ -18,8 +18,7 @@ namespace {
 std::vector<std::string> pushing(const std::string& protocol, int port, const std::string& input,
                                  const std::vector<std::string>& options)
 {
-    const std::string ports = std::to_string(port) + "-" + std::to_string(port);
-    std::string arguments = "push " + protocol + " --ports " + ports;
+    std::string arguments = "push " + protocol + " --ports " + rangeOf(port);
     for (const std::string& option : options)
         arguments += " '" + option + "'";
     return {"/bin/sh", "-c", "exec " + orvuInShell(arguments + " <'" + input + "'")};
@@ -54,6 +53,19 @@ std::string sha1(const std::string& text)
 }
 
 }  // namespace
+
+std::string rangeOf(int port)
+{
+    return std::to_string(port) + "-" + std::to_string(port);
+}
+
+std::string repeated(const std::string& text, std::size_t size)
+{
+    std::string all;
+    while (all.size() < size)
+        all += text;
+    return all;
+}
 
 Pipe::Pipe() : path_(folder_.file("pipe"))
 {

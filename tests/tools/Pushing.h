@@ -10,8 +10,8 @@
 
 namespace OrvuTests {
 
-/// A named pipe that a process reads or writes by its path. As long as it is open here, the process finds no end, and waits
-/// when nobody reads.
+/// A named pipe that a process reads or writes by its path. As long as it is open here, the process finds no end, and
+/// waits when nobody reads.
 class Pipe {
 public:
     Pipe();
@@ -31,6 +31,12 @@ private:
     std::string path_;
     int fd_;
 };
+
+/// One port as a range, for `--ports`.
+std::string rangeOf(int port);
+
+/// `text` over and over, at least `size` bytes of it.
+std::string repeated(const std::string& text, std::size_t size);
 
 /// `orvu push` with a port of its own, fed line by line.
 class Publisher {

@@ -130,7 +130,7 @@ TEST(AType, TellsItsKeys)
     EXPECT_EQ(run(orvu({"types", "eventGroup"})).out,
               "eventGroup (78), class EventGroup\n"
               "  type                                    number\n"
-              "  (the list behind it)                    list of objects\n"
+              "  (the list after it)                     list of objects\n"
               "    id                                    number\n"
               "    tsId                                  number\n"
               "    networkId                             number\n"

@@ -64,9 +64,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Refusal{{}, "missing; write orvu watch PORT, or orvu watch HOST PORT"},
                     Refusal{{"localhost"}, "missing; write orvu watch PORT, or orvu watch HOST PORT"},
                     Refusal{{"65536"}, "missing; write orvu watch PORT, or orvu watch HOST PORT"},
-                    Refusal{{"0"}, "0 is no port to connect to"},
-                    Refusal{{"9000", "9001"}, "9000 is no host, and the port is given already"},
-                    Refusal{{"9000", "--port", "9001"}, "9000 is no host, and the port is given already"}));
+                    Refusal{{"0"}, "0 is not a port to connect to"},
+                    Refusal{{"9000", "9001"}, "9000 is not a host, and the port is already given"},
+                    Refusal{{"9000", "--port", "9001"}, "9000 is not a host, and the port is already given"}));
 
 using Unreachable = std::pair<const char*, const char*>;
 
@@ -142,8 +142,8 @@ TEST(ARequestPort, CannotBeWatchedAsAWebSocket)
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
     EXPECT_EQ(ended.err, orvuSays(receiver.port(),
-                                  "cannot be watched: it closes the connection; perhaps somebody "
-                                  "else watches, or it is not a WebSocket port"));
+                                  "cannot be watched: it closes the connection; perhaps another "
+                                  "client is attached, or it is not a WebSocket port"));
 }
 
 class EachTimedChannel : public testing::TestWithParam<const char*> {};

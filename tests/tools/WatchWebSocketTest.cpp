@@ -120,8 +120,9 @@ TEST_F(AWebSocketWatcher, SaysWhenAServerClosesTheConnection)
     const Ended ended = watcher_.wait();
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
-    EXPECT_EQ(ended.err,
-              fault(server_, "it closes the connection; perhaps somebody else watches, or it is not a WebSocket port"));
+    EXPECT_EQ(
+        ended.err,
+        fault(server_, "it closes the connection; perhaps another client is attached, or it is not a WebSocket port"));
 }
 
 TEST_F(AWebSocketWatcher, SaysWhenAServerAnswersOtherwise)
@@ -181,9 +182,10 @@ TEST(AWebSocketPublisher, RefusesASecondWatcher)
     const Ended second = run(watching(publisher.port(), "websocket"));
     EXPECT_EQ(second.code, 3);
     EXPECT_EQ(second.out, "");
-    EXPECT_EQ(second.err, "orvu: 127.0.0.1:" + publisher.portText() +
-                              " cannot be watched: it closes the connection; perhaps somebody else watches, or it is "
-                              "not a WebSocket port\n");
+    EXPECT_EQ(second.err,
+              "orvu: 127.0.0.1:" + publisher.portText() +
+                  " cannot be watched: it closes the connection; perhaps another client is attached, or it is "
+                  "not a WebSocket port\n");
     publisher.push("{\"n\":1}");
     EXPECT_TRUE(first.waitForOutput("{\"n\":1}\n"));
 }

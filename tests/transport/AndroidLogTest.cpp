@@ -4,7 +4,8 @@
 #include "log/Log.h"
 #include "support/LogCapture.h"
 
-// The library's log as it is built for Android, with the log library that Debian has of it: lines go to standard error there.
+// The library's log as it is built for Android, with the log library that Debian has of it: lines go to standard error
+// there.
 
 using Orvu::logLine;
 using namespace OrvuTests;

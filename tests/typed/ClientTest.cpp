@@ -84,10 +84,10 @@ TEST_F(AClient, TakesNothingElseForWhatItAskedFor)
 {
     answerWith(R"({"HEADER":"currentService"})");
     EXPECT_EQ(textOf(tv.ask<ServiceList>()), "currentService");
-    answerWith(R"({"HEADER":"stranger"})");
-    const auto stranger = tv.send<UnknowRequest>(ServiceTime());
-    EXPECT_FALSE(stranger);
-    EXPECT_EQ(stranger.phase(), ExchangePhaseAnswerNotUnderstood);
+    answerWith(R"({"HEADER":"nonsense"})");
+    const auto nonsense = tv.send<UnknowRequest>(ServiceTime());
+    EXPECT_FALSE(nonsense);
+    EXPECT_EQ(nonsense.phase(), ExchangePhaseAnswerNotUnderstood);
 }
 
 TEST_F(AClient, KnowsWhenNobodyListens)

@@ -81,7 +81,7 @@ TEST_F(AReceiver, AnswersWhatNobodyRegistered)
 TEST_F(AReceiver, AnswersWhatCannotBeUnderstood)
 {
     ASSERT_TRUE(receiver.listen(0));
-    for (const char* text : {"no JSON", R"({"HEADER":"stranger"})", "{}", R"({"HEADER":"serviceTime"})"})
+    for (const char* text : {"no JSON", R"({"HEADER":"nonsense"})", "{}", R"({"HEADER":"serviceTime"})"})
         EXPECT_THAT(answerTo(receiver.port(), text), Optional(headerOnly("unknown"))) << text;
 }
 
@@ -89,7 +89,7 @@ TEST_F(AReceiver, MayAnswerWhatCannotBeUnderstoodByItself)
 {
     receiver.on([](const UnknowRequest&) { return IllegalArgument(); });
     ASSERT_TRUE(receiver.listen(0));
-    EXPECT_THAT(ask("stranger"), Optional(headerOnly("illegalArgument")));
+    EXPECT_THAT(ask("nonsense"), Optional(headerOnly("illegalArgument")));
 }
 
 TEST_F(AReceiver, AnswersForAHandlerThatThrows)

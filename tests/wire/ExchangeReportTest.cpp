@@ -77,7 +77,7 @@ const Sent kSent[] = {
     whole("NoJson", "no JSON", ExchangePhaseAnswerNotUnderstood, DataTypeUnknown),
     whole("NoHeader", "{}", ExchangePhaseAnswerNotUnderstood, DataTypeUnknown),
     whole("AHeaderThatIsANumber", R"({"HEADER":7})", ExchangePhaseAnswerNotUnderstood, DataTypeUnknown),
-    whole("AnUnknownHeader", R"({"HEADER":"stranger"})", ExchangePhaseAnswerNotUnderstood, DataTypeUnknown),
+    whole("AnUnknownHeader", R"({"HEADER":"nonsense"})", ExchangePhaseAnswerNotUnderstood, DataTypeUnknown),
     whole("ATypeThatIsNoAnswer", R"({"HEADER":"pos"})", ExchangePhaseAnswerNotUnderstood, DataTypeUnknown),
     whole("ATypeWithoutAMessage", R"({"HEADER":"siCacheUnavailable"})", ExchangePhaseAnswerNotUnderstood,
           DataTypeUnknown),

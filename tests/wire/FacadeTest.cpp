@@ -35,7 +35,7 @@ OrvuRestRequest* notified = nullptr;
 void* keep(OrvuRestRequest* request)
 {
     notified = request;
-    return nullptr;  // and null is no failure
+    return nullptr;  // and null is not a failure
 }
 
 TEST_F(AFacade, GivesARequestToTheCallbackOnTheCallersThread)

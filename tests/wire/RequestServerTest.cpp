@@ -204,7 +204,7 @@ TEST_P(ATextOfNoKnownType, ReachesTheApplicationAsAnUnknowRequest)
 }
 
 INSTANTIATE_TEST_SUITE_P(Sent, ATextOfNoKnownType,
-                         testing::Values(R"({"HEADER":"stranger"})", R"({"HEADER":"unknown"})", R"({"HEADER":""})",
+                         testing::Values(R"({"HEADER":"nonsense"})", R"({"HEADER":"unknown"})", R"({"HEADER":""})",
                                          R"({"HEADER":26})", R"({"HEADER":"Success"})", R"({"name":"value"})", "[1, 2]",
                                          "no JSON", "{\"HEADER\":\"success\"", "\xff\xfe"));
 

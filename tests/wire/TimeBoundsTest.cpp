@@ -28,7 +28,8 @@ using testing::Ge;
 using testing::Lt;
 using testing::Optional;
 
-// These tests wait for the library's own time-outs. What takes the same time runs at the same time, so that few tests wait.
+// These tests wait for the library's own time-outs. What takes the same time runs at the same time, so that few tests
+// wait.
 
 namespace {
 
@@ -85,7 +86,7 @@ TEST(AServer, WaitsFiveSecondsForTheNextByte)
     });
     peers.run([&] {
         RawPeer peer = receiver.connect();
-        peer.send(frame.substr(0, 20));  // which is no JSON: an UnknowRequest for the application
+        peer.send(frame.substr(0, 20));  // which is not JSON: an UnknowRequest for the application
         EXPECT_THAT(timeOf([&] { EXPECT_THAT(peer.readFrame(), Optional(kSuccess)); }), isTheTimeOut);
     });
 }

@@ -20,7 +20,7 @@ const std::string kLarge = frameOf(R"({"HEADER":"serviceTime","time":")" + std::
 const Visit kVisits[] = {
     {lengthBytes(0), ""},
     {lengthBytes(0xFFFFFFFF) + "{\"HEA", ""},
-    {kGood.substr(0, 20), frameOf(kSuccess)},  // as any text that is no JSON
+    {kGood.substr(0, 20), frameOf(kSuccess)},  // as any text that is not JSON
     {frameOf("no JSON"), frameOf(kSuccess)},
     {frameOf(R"({"HEADER":"pos"})"), ""},
     {frameOf(R"({"HEADER":"serviceTime"})"), frameOf(kUnknown)},

@@ -29,9 +29,9 @@ Answer answerIn(const Input& input)
     if (!input.fault.empty()) return {std::nullopt, input.fault};
     const ParsedText parsed = parseText(input.text);
     if (!parsed.tree) return {std::nullopt, parsed.fault};
-    if (!parsed.rest.empty()) return {std::nullopt, "has text behind the JSON: " + quoted(parsed.rest.c_str())};
+    if (!parsed.rest.empty()) return {std::nullopt, "has text after the JSON: " + quoted(parsed.rest.c_str())};
     const cJSON* header = cJSON_GetStringItem(parsed.tree.get(), "HEADER");
-    if (header == nullptr) return {std::nullopt, "names no type: there is no text under \"HEADER\""};
+    if (header == nullptr) return {std::nullopt, "names no type: \"HEADER\" is missing or holds no text"};
     const std::optional<DataType> type = typeNamed(header->valuestring);
     if (!type)
         return {std::nullopt,

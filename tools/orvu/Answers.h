@@ -11,9 +11,9 @@
 namespace OrvuTool {
 
 /// A folder of answers: the request of a type is answered with the text of the file `<wire name>.json`. When there is
-/// no such file, `<wire name>.1.json`, `<wire name>.2.json` and so on take turns, round and round.
+/// no such file, `<wire name>.1.json`, `<wire name>.2.json` and so on answer in turn, over and over.
 ///
-/// Files are read when they are needed, so that a changed one counts from the next request on. Any thread.
+/// Files are read when they are needed, so a change takes effect with the next request. Any thread.
 class Answers {
 public:
     explicit Answers(std::string folder);
@@ -22,7 +22,7 @@ public:
     std::string checkFolder() const;
 
     /// The file's text, byte for byte; a ResourceNotFound without a file; a ResourceUnavailable, and a report on
-    /// standard error, when the file cannot be read or is no message of a type that the library knows.
+    /// standard error, when the file cannot be read or is not a message of a type that the library knows.
     std::unique_ptr<Orvu::Serializable> answerTo(Orvu::DataType request);
 
 private:

@@ -20,7 +20,7 @@ struct AskOptions : ExchangeOptions {
     std::vector<std::string> fields;
 };
 
-/// Why the request cannot be what the fields say; empty when it is.
+/// Fills the request with the fields. Returns why that fails; empty when it does not.
 std::string faultOfFilling(Serializable& request, const AskOptions& options)
 {
     if (options.fields.empty()) return "";
@@ -44,7 +44,7 @@ int ask(const AskOptions& options, Output& output)
     const std::unique_ptr<Serializable> request(Serializable::factory(*type));
     const std::string fault =
         request ? faultOfFilling(*request, options)
-                : options.type + ": cannot be asked for, since no message is made from this type alone";
+                : options.type + ": cannot be requested: the library makes no message from this type alone";
     if (fault.empty()) return exchange(*request, options, output);
     complain(fault);
     return ExitUsage;
@@ -57,18 +57,17 @@ void addAsk(CLI::App& app, Chosen& chosen)
     const auto options = std::make_shared<AskOptions>();
     CLI::App* command = app.add_subcommand("ask", "Send a request of a type and print the answer");
     command->add_option("TYPE", options->type, "The type's wire name, such as serviceList")->required()->type_name("");
-    command
-        ->add_option("FIELDS", options->fields, "Fields of the request, such as serviceContextId=1.2.01; none without")
+    command->add_option("FIELDS", options->fields, "Fields of the request, such as serviceContextId=1.2.01")
         ->type_name("KEY=VALUE");
     addExchangeOptions(*command, *options);
     addLogOption(*command, chosen);
-    command->footer(std::string("A KEY is a key of the type (\"orvu types TYPE\" lists them); pos.w is one of a part, "
-                                "list[0].name one of an\n"
-                                "item. A VALUE counts as what the key holds. Each item of a list of words is given by "
-                                "itself: key=a key=b.\n") +
-                    kExchangeExitCodes +
-                    "  64  wrong arguments, or a type that cannot be asked for\n"
-                    "  74  standard output cannot be written");
+    command->footer(
+        std::string("\"orvu types TYPE\" lists the keys of a type. Write pos.w for a key inside an object and\n"
+                    "list[0].name for one inside a list item. Give each item of a list of texts, words or\n"
+                    "numbers by itself: key=a key=b. A VALUE is read as the kind that its key holds.\n") +
+        kExchangeExitCodes +
+        "  64  wrong arguments, or a type that cannot be requested\n"
+        "  74  standard output cannot be written");
     command->callback([options, &chosen] { chosen.run = [options](Output& output) { return ask(*options, output); }; });
 }
 

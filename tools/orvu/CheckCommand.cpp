@@ -79,7 +79,7 @@ std::string grouped(const std::vector<PlaceLine>& places)
     return lines;
 }
 
-/// Whether the text reads, and what that meets.
+/// Whether the text can be read, and what reading it finds.
 std::string readLines(const Explanation& explanation)
 {
     const std::vector<Finding>& findings = explanation.findings;
@@ -113,7 +113,7 @@ std::string defaultsOf(const Differences& found, bool all)
 int tellDifferences(const ParsedText& read, const std::string& written, bool all, Output& output)
 {
     Differences found = differences(read.tree.get(), parseText(written).tree.get());
-    if (!read.rest.empty()) found.lost.push_back({"(behind the JSON)", quoted(read.rest.c_str())});
+    if (!read.rest.empty()) found.lost.push_back({"(after the JSON)", quoted(read.rest.c_str())});
     const bool isLess = !found.lost.empty() || !found.changed.empty();
     std::string report = isLess                ? "written  not the same content\n"
                          : found.added.empty() ? "written  the same content, laid out differently\n"
@@ -160,22 +160,20 @@ int check(const CheckOptions& options, Output& output)
 void addCheck(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<CheckOptions>();
-    CLI::App* command = app.add_subcommand("check", "Tell what the library makes of a message text");
+    CLI::App* command = app.add_subcommand("check", "Show what the library reads from a message text");
     command->add_option("FILE", options->file, "The file with the text; - is standard input")
         ->required()
         ->type_name("");
-    command->add_flag("--all", options->all, "List the defaults, too, and print the text that is written");
+    command->add_flag("--all", options->all, "Also list the defaults, and print the text that is written");
     addLogOption(*command, chosen);
     command->footer(
-        "Prints the type with the name of its JSON Schema; whether the text reads, why not, and what reading it meets, "
-        "each\n"
-        "with its line and column; then what the message that was read writes: what of the text is lost, what is "
-        "changed,\n"
-        "and how many defaults are added.\n"
+        "Prints the type and the name of its JSON Schema; whether the text can be read, and every fault and ignored\n"
+        "part with its line and column; then what the message writes again: which parts of the text are lost or\n"
+        "changed, and how many defaults are added.\n"
         "Exit codes:\n"
-        "  0   the text reads, and nothing of it is lost or changed\n"
-        "  1   the text reads, but something is lost or changed\n"
-        "  2   the text does not read\n"
+        "  0   the text can be read, and nothing of it is lost or changed\n"
+        "  1   the text can be read, but something is lost or changed\n"
+        "  2   the text cannot be read\n"
         "  64  wrong arguments\n"
         "  66  FILE cannot be read, or holds a NUL byte\n"
         "  74  standard output cannot be written");

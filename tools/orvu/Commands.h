@@ -25,7 +25,7 @@ void addTypes(CLI::App& app, Chosen& chosen);
 void addNew(CLI::App& app, Chosen& chosen);
 void addCheck(CLI::App& app, Chosen& chosen);
 
-/// The option that stands on every level.
+/// The option that the tool and every command take.
 inline void addLogOption(CLI::App& app, Chosen& chosen)
 {
     app.add_option("--log", chosen.log, "Where the library's own log lines go (default: none)")
@@ -33,26 +33,26 @@ inline void addLogOption(CLI::App& app, Chosen& chosen)
         ->type_name("none|stderr|syslog");
 }
 
-/// Whom the commands talk to when no host is named.
+/// The host that the commands talk to when none is named.
 constexpr char kThisDevice[] = "127.0.0.1";
 
-/// A TCP port that can be asked for; without a remark of its own in the help.
+/// A TCP port to connect to; the help shows no range for it.
 inline CLI::Validator isPort()
 {
     return CLI::Range(1, 65535).description("");
 }
 
-/// Why `text` is no dotted IPv4 address; empty when it is one.
+/// Why `text` is not a dotted IPv4 address; empty when it is one.
 inline std::string faultOfAddress(const std::string& text)
 {
     in_addr address;
-    return inet_pton(AF_INET, text.c_str(), &address) == 1 ? "" : text + " is no IPv4 address, such as 127.0.0.1";
+    return inet_pton(AF_INET, text.c_str(), &address) == 1 ? "" : text + " is not an IPv4 address, such as 127.0.0.1";
 }
 
 /// For the commands that listen. `address` stays empty without the option.
 inline void addListenOption(CLI::App& app, std::string& address)
 {
-    app.add_option("--listen,--host", address, "The address of this device to listen on (default: every interface)")
+    app.add_option("--listen,--host", address, "This device's IPv4 address to listen on (default: every interface)")
         ->type_name("ADDRESS")
         ->check(CLI::Validator(faultOfAddress, ""));
 }

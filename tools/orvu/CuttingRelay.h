@@ -9,14 +9,14 @@
 
 namespace OrvuTool {
 
-/// Stands between the peers and the library's request server, and cuts answers on the way.
+/// A relay between the peers and the library's request server that cuts answers on the way.
 ///
-/// The library sends whole frames only, so that a frame that ends in the middle has to be made outside of it. The relay
+/// The library sends only whole frames, so a frame that ends in the middle has to be made outside of it. The relay
 /// passes bytes on as they come to the server, on a connection of its own for each peer. It passes an answer on once
 /// the server has closed its connection. Never destroyed: its threads may outlive main().
 class CuttingRelay {
 public:
-    /// The answer of which only the first half is to reach the peer: `text` with a mark that no JSON text begins with.
+    /// Marks an answer of which only the first half is to reach the peer: `text` after a mark that begins no JSON text.
     static std::string marked(const std::string& text) { return kMark + text; }
     /// How many bytes of a text of this size reach the peer then.
     static std::size_t passed(std::size_t size) { return size / 2; }
@@ -30,7 +30,7 @@ public:
     /// The port that it listens on.
     int port() const;
 
-    /// Takes no more peers, and gives answers that are on their way a second to go out.
+    /// Takes no more peers, and waits up to a second for answers on their way.
     void stop();
 
 private:

@@ -11,11 +11,11 @@ namespace OrvuTool {
 using Clock = std::chrono::steady_clock;
 constexpr Clock::time_point kNever = Clock::time_point::max();
 
-/// The signals that end a command which runs until it is told to: Ctrl-C, SIGTERM, and SIGHUP unless it was ignored at the
-/// start, as under nohup.
+/// The signals that end a command that runs until it is stopped: Ctrl-C, SIGTERM, and SIGHUP unless it was ignored at
+/// the start, as under nohup.
 ///
-/// From construction on they end nothing but the waits of this object. Made before any other thread: those started later
-/// leave the signals to it, too.
+/// From construction on they only end the waits of this object. Construct it before any other thread starts, so that
+/// later threads leave the signals to it, too.
 class Ending {
 public:
     enum class Awaited { Ready, TimeOver, Signal };

@@ -59,7 +59,7 @@ std::string textOf(Serializable& message)
     return text;
 }
 
-/// How much of the text that came is not, or not so, in what the answer writes.
+/// How many values of the received text are missing or different in what the answer writes.
 std::size_t lossesIn(const std::string& received, const std::string& written)
 {
     const ParsedText came = parseText(received);
@@ -89,8 +89,8 @@ void show(Serializable& answer, const Orvu::ExchangeReport& report, const Exchan
 const char* const kExchangeExitCodes =
     "Exit codes:\n"
     "  0   an answer: success, an empty answer or data\n"
-    "  2   an error answer; also an answer that did not come (emptyData) or was not understood (unknown)\n"
-    "  3   the server cannot be reached, or says that it cannot reach another\n";
+    "  2   an error answer; also when no whole answer came (emptyData) or it was not understood (unknown)\n"
+    "  3   the server cannot be reached, or answers that it cannot reach another one\n";
 
 void addExchangeOptions(CLI::App& command, ExchangeOptions& options)
 {
@@ -101,16 +101,14 @@ void addExchangeOptions(CLI::App& command, ExchangeOptions& options)
         ->type_name("PORT")
         ->check(isPort())
         ->capture_default_str();
-    CLI::Option* raw =
-        command.add_flag("--raw", options.raw, "Print exactly the text that the answer writes, nothing added");
-    command.add_flag("--wire", options.wire, "Print exactly the text that came, whatever the library makes of it")
-        ->excludes(raw);
+    CLI::Option* raw = command.add_flag("--raw", options.raw, "Print exactly the text that the answer's object writes");
+    command.add_flag("--wire", options.wire, "Print exactly the text that was received")->excludes(raw);
 }
 
 int exchange(Serializable& request, const ExchangeOptions& options, Output& output)
 {
     OrvuRestInterface& library = *OrvuRestInterface::getInstance();
-    library.configureClient(options.host.c_str(), options.port);  // where that fails, the exchange does and says why
+    library.configureClient(options.host.c_str(), options.port);  // if this fails, so does the exchange: it says why
     std::string text;
     Orvu::ExchangeReport report;
     report.receivedText = &text;

@@ -9,7 +9,7 @@ namespace OrvuTool {
 
 class Output;
 
-/// Whom to ask, and how to show the answer.
+/// Which server to ask, and how to show the answer.
 struct ExchangeOptions {
     std::string host = "127.0.0.1";
     int port = 7575;

@@ -23,7 +23,7 @@ std::string reasonOf(const ExchangeReport& report)
     return std::strerror(report.errorNumber);
 }
 
-/// How it begins, safe to print.
+/// The beginning of the text, safe to print.
 std::string excerptOf(const std::string& text)
 {
     std::size_t size = std::min(text.size(), kLongestExcerpt);

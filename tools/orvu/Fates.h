@@ -5,17 +5,17 @@
 
 namespace OrvuTool {
 
-/// What becomes of an answer.
+/// What happens to an answer.
 enum class Fate {
     Sent,
     Closed,  ///< Nothing is sent; the connection closes.
     Cut      ///< A part is sent; the connection closes.
 };
 
-/// Draws the fate of one answer after the other. Any thread.
+/// Chooses the fate of each answer at random. Any thread.
 class Fates {
 public:
-    /// How many of a hundred answers are lost in each way, 100 together at most. The same seed draws the same fates.
+    /// The percentages of answers that are lost in each way, together at most 100. The same seed gives the same fates.
     Fates(unsigned closePercent, unsigned cutPercent, unsigned seed)
         : closed_(closePercent), cut_(cutPercent), random_(seed)
     {}

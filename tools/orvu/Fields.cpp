@@ -53,7 +53,7 @@ bool isWholeNumber(std::string_view text)
 
 JsonTree numberOf(const std::string& value)
 {
-    if (!isWholeNumber(value)) throw Wrong("\"" + value + "\" is no number of 32 bits");
+    if (!isWholeNumber(value)) throw Wrong("\"" + value + "\" is not a 32-bit number");
     return JsonTree(cJSON_CreateNumber(std::stoi(value)));
 }
 
@@ -67,7 +67,7 @@ JsonTree wordOf(const std::string& value, const KeyDescription& key)
 {
     const std::vector<std::string_view> words(key.words.begin(), key.words.end());
     if (std::find(words.begin(), words.end(), value) == words.end())
-        throw Wrong("\"" + value + "\" is no word of this key" + meant(value, words));
+        throw Wrong("\"" + value + "\" is not a word of this key" + meant(value, words));
     return JsonTree(cJSON_CreateString(value.c_str()));
 }
 
@@ -148,9 +148,9 @@ void putUnder(cJSON* object, const std::vector<KeyDescription>& keys, std::strin
     const Step step = stepOf(path.substr(0, dot));
     const KeyDescription& key = keyNamed(keys, step.key, dot != path.npos);
     if (dot == path.npos) return put(object, key, value);
-    if (!isObject(key)) throw Wrong("\"" + key.key + "\" holds no keys but a " + kindName(key.kind));
+    if (!isObject(key)) throw Wrong("\"" + key.key + "\" holds no keys: its kind is " + kindName(key.kind));
     if ((key.kind == KeyDescription::Objects) != step.index.has_value())
-        throw Wrong(step.index ? "\"" + key.key + "\" is no list"
+        throw Wrong(step.index ? "\"" + key.key + "\" is not a list"
                                : "\"" + key.key + "\" is a list: " + key.key + "[0]");
     cJSON* const inner = step.index ? itemOf(memberOf(object, key.key, cJSON_CreateArray), *step.index)
                                     : memberOf(object, key.key, cJSON_CreateObject);

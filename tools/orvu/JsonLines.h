@@ -8,7 +8,7 @@
 
 namespace OrvuTool {
 
-/// Lays out what a listener hands over as lines: one compact JSON value a line, and what is not JSON as it stands.
+/// Lays out what a listener hands over as lines: one compact JSON value per line, and other text unchanged.
 class JsonLines {
 public:
     /// Puts `start` before each line that begins from now on.
@@ -23,7 +23,7 @@ private:
     void endLine(std::string& shown);
 
     std::string start_;         // of each line
-    bool isLineBegun_ = false;  // something is in the last line shown
+    bool isLineBegun_ = false;  // the last line shown is not empty
 };
 
 }  // namespace OrvuTool

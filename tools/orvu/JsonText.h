@@ -15,9 +15,9 @@ struct DeleteTree {
 /// Owns a parsed tree.
 using JsonTree = std::unique_ptr<cJSON, DeleteTree>;
 
-/// A parsed text, or why it is no JSON.
+/// A parsed text, or why it is not JSON.
 struct ParsedText {
-    JsonTree tree;      ///< Empty when the text is no JSON.
+    JsonTree tree;      ///< Empty when the text is not JSON.
     std::string fault;  ///< Says where, by line and column.
     std::string rest;   ///< What follows the JSON value, white space before it left out; the library never reads it.
 };
@@ -27,10 +27,10 @@ ParsedText parseText(const std::string& text);
 /// `text` as a JSON string: safe to print, whatever it holds.
 std::string quoted(const char* text);
 
-/// The same JSON laid out for reading, two blanks a level, without a line feed at the end.
+/// The same JSON laid out for reading, two spaces per level, without a line feed at the end.
 std::string pretty(const cJSON* tree);
 
-/// A place where a text and what was written of it differ, such as "services[2].serviceName", and how, such as
+/// A place where a text and the one written from it differ, such as "services[2].serviceName", and how, such as
 /// `"A" becomes "B"`.
 struct Difference {
     std::string path;
@@ -39,9 +39,9 @@ struct Difference {
 
 /// All of them; the order of members does not count.
 struct Differences {
-    std::vector<Difference> lost;     ///< In the text alone.
+    std::vector<Difference> lost;     ///< Only in the text.
     std::vector<Difference> changed;  ///< Other values.
-    std::vector<Difference> added;    ///< In what was written alone, or in the place of a null: defaults.
+    std::vector<Difference> added;    ///< Only in the written text, or there instead of a null: defaults.
 };
 Differences differences(const cJSON* read, const cJSON* written);
 

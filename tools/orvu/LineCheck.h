@@ -6,20 +6,21 @@
 
 namespace OrvuTool {
 
-/// Tells what the library makes of messages that are shown one a line.
+/// Says what the library reads from messages that are shown one per line.
 class LineCheck {
 public:
-    /// Each line begins with so many bytes that are not the message's.
+    /// Each line begins with `prefix` bytes that do not belong to the message.
     explicit LineCheck(std::size_t prefix) : prefix_(prefix) {}
 
-    /// Takes what is shown next, wherever it is cut, and gives a sentence for each thing that reading the whole lines meets.
+    /// Takes the next bytes that are shown, wherever they are cut. Returns a sentence for each fault and ignored part
+    /// of the lines that are now whole.
     std::vector<std::string> add(std::string_view shown);
 
 private:
     void checkLine(std::vector<std::string>& found);
 
     const std::size_t prefix_;
-    std::string line_;  // that has begun
+    std::string line_;  // the line that has begun
 };
 
 }  // namespace OrvuTool

@@ -21,7 +21,7 @@ bool isDirectory(int descriptor)
 
 }  // namespace
 
-// Without O_NONBLOCK, opening a pipe that nobody writes yet would wait, and no signal could end it.
+// Without O_NONBLOCK, opening a pipe that has no writer yet would wait, and no signal could end that.
 LineSource::LineSource(const std::string& file, Ending& ending)
     : ending_(ending),
       opened_(file == "-" ? -1 : open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)),

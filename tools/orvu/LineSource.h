@@ -10,16 +10,16 @@ namespace OrvuTool {
 
 class Ending;
 
-/// The lines of a file or a pipe, as they come. Empty ones are passed over.
+/// The lines of a file or a pipe, as they come. Empty ones are skipped.
 class LineSource {
 public:
     /// Opens `file`, "-" for standard input. `ending` outlives the object.
     LineSource(const std::string& file, Ending& ending);
 
-    /// The next line, without its line feed, waited for. None at the end, at a fault, and once a signal came.
+    /// Waits for the next line; without its line feed. None at the end, at a fault, and after a signal.
     std::optional<std::string> next();
 
-    /// Why the file, or the rest of it, cannot be read; without its name. Empty while there is no fault.
+    /// Why the file, or the rest of it, cannot be read; without its name. Empty when nothing is wrong.
     const std::string& fault() const { return fault_; }
 
 private:

@@ -7,7 +7,7 @@
 
 namespace OrvuTool {
 
-/// Divides a stream of bytes into its lines, wherever it is cut.
+/// Divides a stream of bytes into lines, wherever the stream is cut.
 class LineSplitter {
 public:
     void add(std::string_view bytes);
@@ -15,7 +15,7 @@ public:
     /// The next line, without its line feed; none when the line feed has not come yet.
     std::optional<std::string> next();
 
-    /// What stands behind the last line feed: the last line, when no more comes.
+    /// The bytes after the last line feed: the last line, when no more come.
     std::string rest() const { return held_.substr(begin_); }
 
     /// Bytes that next() has not given yet.

@@ -42,9 +42,9 @@ int printNew(const NewOptions& options, Output& output)
 void addNew(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<NewOptions>();
-    CLI::App* command = app.add_subcommand("new", "Print a filled text of a type, to edit");
+    CLI::App* command = app.add_subcommand("new", "Print an example text of a type, for you to edit");
     command->add_option("TYPE", options->type, "The type's wire name, such as serviceList")->required()->type_name("");
-    command->add_flag("--least", options->least, "Print the least that is read instead");
+    command->add_flag("--least", options->least, "Print only what the library requires");
     addLogOption(*command, chosen);
     command->footer(
         "Exit codes:\n"

@@ -39,7 +39,7 @@ bool Output::writeSome(std::string_view& text)
         text.remove_prefix(static_cast<size_t>(size));
         return true;
     }
-    if (errno == EAGAIN) {  // somebody shares the pipe and made it non-blocking
+    if (errno == EAGAIN) {  // another process shares the pipe and made it non-blocking
         pollfd ready{descriptor_, POLLOUT, 0};
         return poll(&ready, 1, -1) >= 0 || errno == EINTR;
     }
@@ -65,7 +65,7 @@ bool Output::hasFailed()
 bool Output::waitForRoom(Ending& ending) const
 {
     pollfd room{descriptor_, POLLOUT, 0};
-    if (descriptor_ < 0) return true;  // writing tells why there is none
+    if (descriptor_ < 0) return true;  // write() reports why there is none
     return ending.waitFor({&room}) == Ending::Awaited::Ready || poll(&room, 1, 0) > 0;
 }
 

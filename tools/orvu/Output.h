@@ -10,24 +10,24 @@ class Ending;
 
 /// Standard output, kept for what the tool itself says.
 ///
-/// Some of the library's messages print lines of their own; from construction on descriptor 1 leads nowhere, and only
-/// write() reaches the standard output that the process was started with. One object a process, never destroyed before it
-/// ends: requests are answered on threads that may outlive main().
+/// Some of the library's messages print lines of their own. From construction on descriptor 1 leads nowhere, and only
+/// write() reaches the standard output that the process was started with. One object per process, never destroyed
+/// before the process ends: requests are answered on threads that may outlive main().
 class Output {
 public:
     Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    /// Writes all of `text`, in one piece. The first failure is reported on standard error, but for a reader that has left,
-    /// and ends all writing. Any thread.
+    /// Writes all of `text`, in one piece. The first failure ends all writing and is reported on standard error, unless
+    /// only the reader has left. Any thread.
     void write(std::string_view text);
 
-    /// The same, but once a signal came only what the reader takes at once: one that does not read holds nobody up. False
-    /// when not all was written.
+    /// The same, but after a signal it writes only what the reader takes at once, so that a reader that stopped reading
+    /// cannot delay the end. False when not all was written.
     bool write(std::string_view text, Ending& ending);
 
-    /// The descriptor of the standard output, to wait for what happens there; below 0 without one.
+    /// The descriptor of the standard output, for poll(); below 0 when there is none.
     int descriptor() const { return descriptor_; }
 
     /// The exit code of the process: `code`, or ExitNoOutput when something could not be written.
@@ -46,7 +46,7 @@ private:
 /// Writes "orvu: `text`" and a line feed to standard error.
 void complain(const std::string& text);
 
-/// The same for what is not an error.
+/// The same, for a line that is not an error.
 void note(const std::string& text);
 
 }  // namespace OrvuTool

@@ -44,7 +44,7 @@ std::optional<PortRange> rangeIn(const std::string& text)
     const std::optional<int> first = portIn(text.substr(0, hyphen));
     const std::optional<int> last = hyphen == std::string::npos ? first : portIn(text.substr(hyphen + 1));
     if (!first || !last || *first > *last) return std::nullopt;
-    if (*first == 0 && *last != 0) return std::nullopt;  // no other one would ever be tried
+    if (*first == 0 && *last != 0) return std::nullopt;  // 0 always finds a port: no other would be tried
     return PortRange{*first, *last};
 }
 
@@ -54,7 +54,7 @@ std::string faultOfRange(const std::string& text)
     return rangeIn(text) ? "" : text + " is not a port or a range of ports from 1 to 65535, such as 9000 or 9000-9010";
 }
 
-/// A push server, and where its results are told.
+/// A push server, and where its results are printed.
 class Publisher {
 public:
     Publisher(int handle, Ending& ending, Output& output) : handle_(handle), ending_(ending), output_(output) {}
@@ -73,7 +73,8 @@ public:
             push(std::move(*line));
     }
 
-    /// Pushes the lines over and over until a signal comes. A push that takes longer delays the next, and no more than that.
+    /// Pushes the lines over and over until a signal comes. A push that takes longer than the pause delays only the
+    /// next one.
     void repeat(const Lines& lines, std::chrono::milliseconds pause)
     {
         Clock::time_point next = Clock::now();
@@ -110,7 +111,7 @@ std::unique_ptr<SocketServerInfo> opened(const PushOptions& options)
     return nullptr;
 }
 
-void tell(const SocketServerInfo& server, Ending& ending, Output& output)
+void printAddress(const SocketServerInfo& server, Ending& ending, Output& output)
 {
     output.write(server.protocol + " server on " + server.ipAddress + ":" + std::to_string(server.port) + ", handle " +
                      std::to_string(server.handler) + "\n",
@@ -136,7 +137,7 @@ int push(const PushOptions& options, Output& output)
 
     const std::unique_ptr<SocketServerInfo> server = opened(options);
     if (!server) return ExitNoPort;
-    tell(*server, ending, output);
+    printAddress(*server, ending, output);
     Publisher publisher(server->handler, ending, output);
     if (options.every > 0)
         publisher.repeat(repeated, std::chrono::milliseconds(options.every));
@@ -151,32 +152,35 @@ int push(const PushOptions& options, Output& output)
 void addPush(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<PushOptions>();
-    CLI::App* command = app.add_subcommand("push", "Push lines to whoever connects, until their end or Ctrl-C");
+    CLI::App* command =
+        app.add_subcommand("push", "Push lines to every client that connects, until the input ends or Ctrl-C");
     command->add_option("PROTOCOL", options->protocol, "tcp or websocket")
         ->required()
         ->type_name("")
         ->check(CLI::IsMember({"tcp", "websocket"}).description(""));
     command
         ->add_option("--ports,--port", options->ports,
-                     "The port, or a range of which the first free one is taken; 0 for one of the system's choice")
+                     "The port, or a range to take the first free port of; 0 lets the system choose")
         ->required()
         ->type_name("PORT|MIN-MAX")
         ->check(CLI::Validator(faultOfRange, ""));
     addListenOption(*command, options->address);
-    command->add_option("--file", options->file, "Where the lines come from, instead of standard input")
+    command->add_option("--file", options->file, "Read the lines from FILE instead of standard input")
         ->type_name("FILE");
-    command->add_option("--every", options->every, "Read all lines first; push one each MS milliseconds, over and over")
+    command
+        ->add_option("--every", options->every,
+                     "Read all lines first, then push one every MS milliseconds, over and over")
         ->type_name("MS")
         ->check(CLI::Range(1, kLongestPause).description(""));
     addLogOption(*command, chosen);
     command->footer(
-        "Each line is one message, without its line feed; empty lines are passed over. The first line printed is the\n"
-        "server's address and handle, then there is one for each push: its bytes, and whether a client took it.\n"
+        "Each line is one message, without its line feed; empty lines are skipped. The first line printed gives the\n"
+        "server's address and handle; then each push prints a line with its bytes and whether a client took it.\n"
         "Exit codes:\n"
         "  0   all lines were pushed, or Ctrl-C, SIGTERM or SIGHUP came\n"
         "  64  wrong arguments\n"
-        "  66  FILE cannot be read, has a line above 64 MiB, or with --every holds no line\n"
-        "  69  no port of those named is available, or ADDRESS is not this device's\n"
+        "  66  FILE cannot be read, has a line above 64 MiB, or holds no line although --every is given\n"
+        "  69  none of the ports is available, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (lines were pushed all the same)");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return push(*options, output); }; });

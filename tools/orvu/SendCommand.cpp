@@ -16,7 +16,7 @@ struct SendOptions : ExchangeOptions {
     std::string file;
 };
 
-/// Whoever cannot read the text as a confirmation screen answers at once, so there is no user to wait for either.
+/// A receiver that cannot read the text as a confirmation screen answers at once: there is no user to wait for.
 std::unique_ptr<Serializable> requestOf(const std::string& text)
 {
     const Orvu::DataType type = Serializable::deserializeHeader(text.c_str());

@@ -67,7 +67,7 @@ std::string sendHalf(OrvuRestRequest& request, Serializable& answer)
            " bytes";
 }
 
-/// Lets `answer` meet its fate. Returns what the line of the exchange tells of it.
+/// Sends, cuts or drops `answer` as `fate` says. Returns what the line of the exchange says about it.
 std::string answerWith(Serializable& answer, Fate fate, std::unique_ptr<OrvuRestRequest> request)
 {
     if (fate == Fate::Closed) return "closed without an answer";
@@ -159,7 +159,7 @@ void addFaultOptions(CLI::App& command, ServeOptions& options)
         .add_option("--cut", options.cutPercent, "Send only half of the answer to PERCENT of the requests, then close")
         ->type_name("PERCENT")
         ->check(percent);
-    command.add_option("--seed", options.seed, "Choose the same requests for --close and --cut each time")
+    command.add_option("--seed", options.seed, "Choose the same requests for --close and --cut in every run")
         ->type_name("N");
 }
 
@@ -177,7 +177,7 @@ void addServe(CLI::App& app, Chosen& chosen)
     CLI::App* command = app.add_subcommand("serve", "Answer requests from a folder of answers, until Ctrl-C");
     command
         ->add_option("PORT,--port", options->port,
-                     "The TCP port to listen on (default: 7575); 0 for one of the system's choice")
+                     "The TCP port to listen on (default: 7575); 0 lets the system choose")
         ->type_name("")
         ->check(CLI::Range(0, 65535).description(""));
     command->add_option("--answers", options->folder, "The folder: a request of type T gets the text of T.json")
@@ -187,11 +187,10 @@ void addServe(CLI::App& app, Chosen& chosen)
     addFaultOptions(*command, *options);
     addLogOption(*command, chosen);
     command->footer(
-        "When there is no T.json, the files T.1.json, T.2.json and so on answer in turn. Files are read anew for "
-        "every\n"
-        "request. Without a file the answer is resourceNotFound; a file that is not JSON or names an unknown type is\n"
-        "reported on standard error and answered resourceUnavailable. Each exchange is one line: time,\n"
-        "request type -> answer type, answer bytes, milliseconds.\n"
+        "When there is no T.json, the files T.1.json, T.2.json and so on answer in turn. Files are read again for\n"
+        "every request. Without a file the answer is resourceNotFound; a file that is not JSON or names an unknown\n"
+        "type is reported on standard error and answered with resourceUnavailable. Prints one line for each exchange:\n"
+        "time, request type -> answer type, answer bytes, milliseconds.\n"
         "Exit codes:\n"
         "  0   ended by Ctrl-C, SIGTERM or SIGHUP\n"
         "  64  wrong arguments\n"

@@ -5,7 +5,7 @@
 
 namespace OrvuTool {
 
-/// The same text of a type without whatever it is read without. The "HEADER" stays.
+/// A text of a type without the parts that the library does not require. The "HEADER" stays.
 JsonTree shortened(JsonTree tree, Orvu::DataType type);
 
 }  // namespace OrvuTool

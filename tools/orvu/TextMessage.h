@@ -19,7 +19,7 @@ inline std::string writtenText(Orvu::Serializable& message)
     return copy;
 }
 
-/// A message that goes out as a text given beforehand, byte for byte.
+/// A message that writes a given text, byte for byte.
 class TextMessage : public Orvu::Serializable {
 public:
     TextMessage(Orvu::DataType type, std::string text) : Serializable(type), text_(std::move(text)) {}

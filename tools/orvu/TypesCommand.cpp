@@ -121,7 +121,7 @@ std::string asTable(const std::vector<KeyDescription>& keys, const std::string& 
 {
     std::string table;
     for (const KeyDescription& key : keys) {
-        const std::string name = key.key.empty() ? "(the list behind it)" : key.key;
+        const std::string name = key.key.empty() ? "(the list after it)" : key.key;
         std::string words;
         for (const std::string& word : key.words)
             words += (words.empty() ? ": " : ", ") + word;
@@ -183,22 +183,22 @@ void addTypes(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<TypesOptions>();
     CLI::App* command = app.add_subcommand("types", "List the message types that the library knows");
-    command->add_option("TYPE", options->type, "A type's wire name: tells its keys instead")->type_name("");
+    command->add_option("TYPE", options->type, "A type's wire name; lists its keys instead of the types")
+        ->type_name("");
     command->add_flag("--json", options->json, "Print a JSON array instead of a table");
     addLogOption(*command, chosen);
     command->footer(
-        "Of one type: its keys in the order in which the library asks for them, those of its parts indented; whether a "
-        "text\n"
-        "without the key is refused (in a part: whether the part is); what the key holds, and the words that are "
-        "read.\n"
-        "Columns of the list:\n"
-        "  header   whether a text whose \"HEADER\" is the wire name is read as the type;\n"
-        "           \"fallback\" is what every other text is read as\n"
-        "  factory  whether an empty message is made from the type, as a receiver does and \"orvu ask\"\n"
-        "  class    the C++ class, \"-\" (JSON: null) when the library has none\n"
+        "For one type, lists its keys in the order in which the library reads them, those of inner objects indented:\n"
+        "whether the key is required (without it the text is refused, or the inner object), what it holds, and the\n"
+        "words that are read.\n"
+        "Columns of the list of types:\n"
+        "  header   whether a text whose \"HEADER\" is the wire name is read as the type; every text without such a\n"
+        "           header is read as the type that says \"fallback\"\n"
+        "  factory  whether the library makes an empty message from the type, as a receiver and \"orvu ask\" do\n"
+        "  class    the C++ class; \"-\" (JSON: null) when the library has none\n"
         "Exit codes:\n"
         "  0   the list was printed\n"
-        "  64  wrong arguments, or a type that is not known\n"
+        "  64  wrong arguments, or an unknown type\n"
         "  74  standard output cannot be written");
     command->callback(
         [options, &chosen] { chosen.run = [options](Output& output) { return types(*options, output); }; });

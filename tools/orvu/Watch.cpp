@@ -16,7 +16,7 @@ constexpr std::chrono::seconds kSilence(5);
 
 constexpr char kOtherPorts[] = "a WebSocket port (try --websocket) or a port for requests (try orvu ask)";
 
-/// A publisher that vanishes is one that ends, for whoever watches it.
+/// For a watcher, a publisher that vanishes has ended.
 bool hasClosed(const ListenerStatus& status)
 {
     return status.loss == ListenerLossEnded || (status.loss == ListenerLossBroke && status.errorNumber == ECONNRESET);
@@ -83,7 +83,7 @@ bool Watch::isDone()
     return isDone_;
 }
 
-/// A connection is made whether or not somebody reads the output: what is wrong with it is said on standard error.
+/// Connecting goes on whether or not the output is read: standard error says what is wrong.
 bool Watch::isConnecting()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -190,7 +190,7 @@ std::string Watch::reasonOf(const ListenerStatus& status)
         case ListenerLossUnanswered:
         case ListenerLossOccupied:
             return cannotWatch +
-                   "it closes the connection; perhaps somebody else watches, or it is not a WebSocket port";
+                   "it closes the connection; perhaps another client is attached, or it is not a WebSocket port";
         default:
             return cannotWatch + status.reason;
     }

@@ -18,9 +18,9 @@ struct WatchOptions {
     int port = 0;
     bool webSocket = false;
     bool raw = false;
-    bool time = false;   // before each value
+    bool time = false;   // shown before each value
     bool check = false;  // whether the library reads it
-    bool again = false;  // connect anew
+    bool again = false;  // connect again
 
     std::string publisher() const { return host + ":" + std::to_string(port); }
 };
@@ -30,8 +30,8 @@ class Watch {
 public:
     Watch(const WatchOptions& options, Ending& ending, Output& output);
 
-    /// Shows what comes until a signal comes, whoever reads the output leaves, or the connection ends and is not to
-    /// be made again. The exit code. Once.
+    /// Shows what comes until a signal comes, the reader of the output leaves, or the connection ends and is not to
+    /// be made again. Returns the exit code. Call it once.
     int run();
 
 private:
@@ -62,8 +62,8 @@ private:
     LineCheck check_;
 
     std::mutex mutex_;                    // guards all below
-    bool hasCome_ = false;                // something, since it is attached
-    Clock::time_point guessAt_ = kNever;  // when nothing has come until then
+    bool hasCome_ = false;                // something came since it is attached
+    Clock::time_point guessAt_ = kNever;  // the time to guess why nothing came
     bool isConnecting_ = true;
     bool isDone_ = false;
     int code_ = 0;

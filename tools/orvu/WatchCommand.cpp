@@ -11,20 +11,20 @@ namespace OrvuTool {
 namespace {
 
 struct WatchArguments {
-    std::optional<std::string> host;  // or the port, when nothing else names it
+    std::optional<std::string> host;  // or the port, when it is the only argument
     std::optional<int> port;
     WatchOptions options;
 };
 
-/// Tells host and port apart: one word alone is the port.
+/// Tells host and port apart: a single argument is the port.
 void settlePublisher(WatchArguments& arguments)
 {
     const std::optional<int> firstWord = arguments.host ? portIn(*arguments.host) : std::nullopt;
     if (arguments.port && firstWord)
-        throw CLI::ValidationError("PORT", *arguments.host + " is no host, and the port is given already");
+        throw CLI::ValidationError("PORT", *arguments.host + " is not a host, and the port is already given");
     if (!arguments.port && !firstWord)
         throw CLI::ValidationError("PORT", "missing; write orvu watch PORT, or orvu watch HOST PORT");
-    if (firstWord == 0) throw CLI::ValidationError("PORT", "0 is no port to connect to");
+    if (firstWord == 0) throw CLI::ValidationError("PORT", "0 is not a port to connect to");
     arguments.options.port = arguments.port ? *arguments.port : *firstWord;
     arguments.options.host = firstWord ? kThisDevice : arguments.host.value_or(kThisDevice);
 }
@@ -40,17 +40,17 @@ void addWatchOptions(CLI::App& command, WatchArguments& arguments)
     WatchOptions& options = arguments.options;
     command.add_option("HOST,--host", arguments.host, "The publisher's name or IPv4 address (default: 127.0.0.1)")
         ->type_name("");
-    command.add_option("PORT,--port", arguments.port, "Its TCP port; one word alone is the port")
+    command.add_option("PORT,--port", arguments.port, "Its TCP port; a single argument is the port")
         ->type_name("")
         ->check(isPort());
-    command.add_flag("--websocket", options.webSocket, "The publisher is one for WebSockets");
-    CLI::Option* raw =
-        command.add_flag("--raw", options.raw, "Print the bytes as they come, nothing added and nothing left out");
+    command.add_flag("--websocket", options.webSocket, "The publisher uses WebSocket instead of TCP");
+    CLI::Option* raw = command.add_flag("--raw", options.raw, "Print the bytes exactly as they come");
     command.add_flag("--time", options.time, "Print the local date and time before each value");
-    command.add_flag("--check", options.check, "Say on standard error what the library does not read of each message")
+    command
+        .add_flag("--check", options.check, "Report on standard error what the library would not read of each message")
         ->excludes(raw);
     command.add_flag("--again", options.again,
-                     "Connect again when connecting fails and when the connection ends, until Ctrl-C");
+                     "Connect again when connecting fails or the connection ends, until Ctrl-C");
 }
 
 }  // namespace
@@ -62,9 +62,9 @@ void addWatch(CLI::App& app, Chosen& chosen)
     addWatchOptions(*command, *arguments);
     addLogOption(*command, chosen);
     command->footer(
-        "Each pushed JSON value is printed compactly on a line of its own. Text that is not JSON, and values above\n"
-        "64 MiB, are printed as they come. Standard error says when watching begins and why it ends, and what the\n"
-        "reason may be when nothing comes for 5 s. With --again the pauses grow from 1 s to 30 s.\n"
+        "Prints each pushed JSON value compactly on its own line; text that is not JSON, and values above 64 MiB, as\n"
+        "they come. Standard error says when watching begins and why it ends, and suggests a reason when nothing\n"
+        "comes for 5 s. With --again the pauses grow from 1 s to 30 s.\n"
         "Exit codes:\n"
         "  0   the publisher ended, or Ctrl-C, SIGTERM or SIGHUP came\n"
         "  3   the publisher cannot be reached or refuses to be watched, or the connection broke (never with --again)\n"

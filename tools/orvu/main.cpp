@@ -36,9 +36,8 @@ void declare(CLI::App& app, Chosen& chosen)
         return "orvu: " + (unknown.empty() ? error.what() : unknown) + "\nRun with --help for more information.\n";
     });
     app.footer(
-        "Exit codes: 0 is success; \"orvu COMMAND --help\" lists the others. Wrong arguments are 64, a file that "
-        "cannot be\n"
-        "read 66, a standard output that cannot be written 74. Errors go to standard error.");
+        "Exit codes: 0 is success, 64 wrong arguments, 66 a file that cannot be read, 74 a standard output that\n"
+        "cannot be written; see \"orvu COMMAND --help\" for the others. Errors go to standard error.");
     OrvuTool::addLogOption(app, chosen);
     OrvuTool::addServe(app, chosen);
     OrvuTool::addAsk(app, chosen);
