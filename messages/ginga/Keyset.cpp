@@ -1,12 +1,24 @@
 #include "orvu/Keyset.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
+#include "messages/core/Ownership.h"
 
 namespace Orvu {
 namespace {
 
 constexpr char kInteractiveKeyset[] = "interactive_keys";
+
+/// Appends the names, but for empty ones; all of them or, out of memory, none.
+void appendNamed(std::vector<std::string>& keys, std::vector<std::string> names)
+{
+    names.erase(std::remove(names.begin(), names.end(), std::string()), names.end());
+    keys.insert(keys.end(), std::make_move_iterator(names.begin()), std::make_move_iterator(names.end()));
+}
 
 }  // namespace
 
@@ -20,19 +32,15 @@ GingaKeyset::~GingaKeyset() = default;
 
 void GingaKeyset::addKeyset(std::vector<std::string> names)
 {
-    for (std::string& name : names) {
-        if (!name.empty()) keys.push_back(std::move(name));
-    }
+    addIfMemoryAllows([&] { appendNamed(keys, std::move(names)); });
 }
 
 std::vector<std::string> GingaKeyset::getKeySetByName(std::string name)
 {
-    std::vector<std::string> names;
-    for (const char* basic : {NUMERIC_KEYSET, COLORED_KEYSET, SELECTION_KEYSET, CURSOR_KEYSET}) {
-        const bool isOneOfThem = name == kInteractiveKeyset && basic != NUMERIC_KEYSET;  // without the numeric keys
-        if (name == basic || isOneOfThem) names.emplace_back(basic);
-    }
-    return names;
+    if (isInteractiveKeyset(name)) return {COLORED_KEYSET, SELECTION_KEYSET, CURSOR_KEYSET};  // no numeric keys
+    const bool isBasic =
+        isNumericKeyset(name) || isColoredKeyset(name) || isSelectionKeyset(name) || isCursorKeyset(name);
+    return isBasic ? std::vector<std::string>{name} : std::vector<std::string>{};
 }
 
 bool GingaKeyset::isNumericKeyset(std::string name)
@@ -68,7 +76,7 @@ void read(JsonReader& json, GingaKeyset& keyset)
     std::vector<std::string> names;
     json.required("keyset", names);
     json.optional("releaseKeyset", keyset.releaseKeyset);
-    keyset.addKeyset(std::move(names));  // which leaves empty names out
+    appendNamed(keyset.keys, std::move(names));
 }
 
 MESSAGE(GingaKeyset, Formatted)

@@ -254,15 +254,15 @@ void PlatformCapabilities::addDisplayLayer(DisplayLayer* layer)
 }
 void PlatformCapabilities::addColorimetryType(ColorimetryType type)
 {
-    colorimetry.push_back(type);
+    addValue(colorimetry, type);
 }
 void PlatformCapabilities::addDynamicRangeType(DynamicRangeType type)
 {
-    dynamicRange.push_back(type);
+    addValue(dynamicRange, type);
 }
 void PlatformCapabilities::addInputDevices(InputDevices device)
 {
-    inputDevices.push_back(device);
+    addValue(inputDevices, device);
 }
 void PlatformCapabilities::addNetworkInterface(NetworkInterface* interface)
 {
@@ -270,7 +270,7 @@ void PlatformCapabilities::addNetworkInterface(NetworkInterface* interface)
 }
 void PlatformCapabilities::addDolbyVisionCodecString(std::string codec)
 {
-    dolbyVisionCodecString.push_back(std::move(codec));
+    addValue(dolbyVisionCodecString, std::move(codec));
 }
 
 template <>
