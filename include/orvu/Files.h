@@ -27,6 +27,8 @@ public:
     File(std::string name, int size);
     File(std::string mimeType, std::string payload);
     ~File() override;
+    File(const File&) = default;
+    File& operator=(const File&) = default;
 
     /// Name and size alone, without "HEADER"; formatted. The caller releases it with `free`.
     char* serializeResponse();
@@ -48,6 +50,8 @@ public:
     Directory();
     explicit Directory(std::string name);
     ~Directory() override;
+    Directory(const Directory&) = default;
+    Directory& operator=(const Directory&) = default;
 
     /// Formatted.
     char* serialize() override;

@@ -66,6 +66,8 @@ public:
     Bounds();
     Bounds(int w, int h);
     ~Bounds() override;
+    Bounds(const Bounds&) = default;
+    Bounds& operator=(const Bounds&) = default;
 
     int getW() const { return w; }
     void setW(int value) { w = value; }
@@ -123,6 +125,8 @@ public:
 
     NetworkInterface();
     ~NetworkInterface() override;
+    NetworkInterface(const NetworkInterface&) = default;
+    NetworkInterface& operator=(const NetworkInterface&) = default;
 
     NetworkInterfaceType getType() const { return type; }
     void setType(NetworkInterfaceType value) { type = value; }

@@ -20,6 +20,8 @@ public:
     Position();
     Position(int x, int y, int w, int h);
     ~Position() override;
+    Position(const Position&) = default;
+    Position& operator=(const Position&) = default;
 
     void setValues(int x, int y, int w, int h);
     /// Copies the rectangle, not the header flag; null is ignored.

@@ -18,6 +18,8 @@ public:
     Property();
     Property(std::string name, std::string value);
     ~Property() override;
+    Property(const Property&) = default;
+    Property& operator=(const Property&) = default;
 
     /// Formatted.
     char* serialize() override;
@@ -95,6 +97,8 @@ public:
 
     PersistProperty();
     ~PersistProperty() override;
+    PersistProperty(const PersistProperty&) = default;
+    PersistProperty& operator=(const PersistProperty&) = default;
 
     /// The property's name and value when neither is empty, else an empty object; formatted, without "HEADER". The
     /// caller releases it with `free`.
@@ -117,6 +121,8 @@ public:
 
     PersistentVariableValue();
     ~PersistentVariableValue() override;
+    PersistentVariableValue(const PersistentVariableValue&) = default;
+    PersistentVariableValue& operator=(const PersistentVariableValue&) = default;
 
     /// Null: the message is never sent.
     char* serialize() override;

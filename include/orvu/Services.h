@@ -20,6 +20,8 @@ public:
 
     Service();
     ~Service() override;
+    Service(const Service&) = default;
+    Service& operator=(const Service&) = default;
 
     /// A copy, header flag included; the caller owns it. Null when out of memory.
     Service* clone();
@@ -63,6 +65,8 @@ public:
 
     ServiceSelection();
     ~ServiceSelection() override;
+    ServiceSelection(const ServiceSelection&) = default;
+    ServiceSelection& operator=(const ServiceSelection&) = default;
 
     /// Formatted.
     char* serialize() override;
@@ -80,6 +84,8 @@ public:
 
     ServiceTime();
     ~ServiceTime() override;
+    ServiceTime(const ServiceTime&) = default;
+    ServiceTime& operator=(const ServiceTime&) = default;
 
     /// Formatted.
     char* serialize() override;

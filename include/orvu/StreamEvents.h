@@ -21,6 +21,8 @@ public:
 
     StreamEventRequest();
     ~StreamEventRequest() override;
+    StreamEventRequest(const StreamEventRequest&) = default;
+    StreamEventRequest& operator=(const StreamEventRequest&) = default;
 
     /// Formatted.
     char* serialize() override;
@@ -38,6 +40,8 @@ public:
 
     StreamEventDispose();
     ~StreamEventDispose() override;
+    StreamEventDispose(const StreamEventDispose&) = default;
+    StreamEventDispose& operator=(const StreamEventDispose&) = default;
 
     /// Formatted.
     char* serialize() override;
