@@ -57,14 +57,14 @@ enum NetworkInterfaceType : int {
 /// A width and a height. Travels nested, and carries the type of Position.
 class ORVU_EXPORT Bounds : public Serializable {
 public:
-    static constexpr DataType kDataType =
-        DataTypePos;  ///< A position's, also in what the factory makes for DataTypeBounds.
+    /// A position's, also in what the factory makes for DataTypeBounds.
+    static constexpr DataType kDataType = DataTypePos;
 
     int w = -1;  ///< Width, in pixels in a display layer; -1 when not known.
     int h = -1;  ///< Height, likewise.
 
     Bounds();
-    Bounds(int w, int h);
+    Bounds(int width, int height);
     ~Bounds() override;
     Bounds(const Bounds&) = default;
     Bounds& operator=(const Bounds&) = default;
@@ -76,7 +76,7 @@ public:
 
     /// Crosswise: the second argument becomes the width, the first the height. setValues(1920, 1080) makes bounds of
     /// 1080 by 1920. The constructor, setW() and setH() do not exchange them.
-    void setValues(int h, int w);
+    void setValues(int height, int width);
     /// Crosswise: the width of `src` becomes the height, and the other way round; null is ignored.
     void copyValues(Bounds* src);
 
@@ -197,8 +197,8 @@ public:
 
     /// Appends `layer` and takes it; null is ignored.
     void addDisplayLayer(DisplayLayer* layer);
-    void addColorimetryType(ColorimetryType colorimetry);
-    void addDynamicRangeType(DynamicRangeType dynamicRange);
+    void addColorimetryType(ColorimetryType type);
+    void addDynamicRangeType(DynamicRangeType type);
     /// A touchscreen is written, but read as unknown.
     void addInputDevices(InputDevices device);
     /// Appends `interface` and takes it; null is ignored.

@@ -1,6 +1,8 @@
 #include "orvu/PlatformCapabilities.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
@@ -126,13 +128,13 @@ void readCapabilities(JsonReader& json, PlatformCapabilities& can)
 }  // namespace
 
 Bounds::Bounds() : Serializable(kDataType) {}  // a position's type, which shows nowhere: bounds write no header
-Bounds::Bounds(int w, int h) : Serializable(kDataType), w(w), h(h) {}
+Bounds::Bounds(int width, int height) : Serializable(kDataType), w(width), h(height) {}
 Bounds::~Bounds() = default;
 
-void Bounds::setValues(int h, int w)
+void Bounds::setValues(int height, int width)  // crosswise to the constructor
 {
-    this->h = h;  // crosswise to the constructor
-    this->w = w;
+    w = width;
+    h = height;
 }
 
 void Bounds::copyValues(Bounds* src)
@@ -159,7 +161,6 @@ DisplayLayer::DisplayLayer() : Serializable(kDataType), bounds(new Bounds) {}
 DisplayLayer::~DisplayLayer()
 {
     delete bounds;
-    bounds = nullptr;
 }
 
 const char* DisplayLayer::layerToString(DisplayLayerType value)
