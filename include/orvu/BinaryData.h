@@ -7,9 +7,6 @@
 
 namespace Orvu {
 
-class JsonReader;
-class JsonWriter;
-
 /// A raw SI table as bytes. One class for "binaryNIT", "binarySDT", "binaryPAT", "binaryBAT", "binaryPMT" and
 /// "binaryEPG"; also the element of a BinaryDataMultipart.
 class ORVU_EXPORT BinaryData : public Serializable {
@@ -37,9 +34,7 @@ public:
     using Serializable::deserialize;  // the error-reporting reader stays the base's: false
 
 private:
-    friend void write(JsonWriter& json, BinaryData& data);
-    friend void read(JsonReader& json, BinaryData& data);
-    friend unsigned roomOf(const BinaryData& data);
+    friend class BlockRoom;  // which the library asks for the room of the block
 
     /// What the last read left that stored `bufferSize`.
     struct Left {

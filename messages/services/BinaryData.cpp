@@ -61,12 +61,17 @@ private:
 
 }  // namespace
 
-/// How many bytes the block held has room for: what the application says, once it has set the block or its size.
-unsigned roomOf(const BinaryData& data)
-{
-    const bool isAsRead = data.buffer == data.left_.buffer && data.bufferSize == data.left_.bufferSize;
-    return isAsRead ? data.left_.room : data.bufferSize;
-}
+/// How many bytes the block of a message has room for: what the last read left, or what the application says, once it
+/// has set the block or its size.
+class BlockRoom {
+public:
+    static unsigned of(const BinaryData& data)
+    {
+        const bool isAsRead = data.buffer == data.left_.buffer && data.bufferSize == data.left_.bufferSize;
+        return isAsRead ? data.left_.room : data.bufferSize;
+    }
+    static void keep(BinaryData& data, unsigned room) { data.left_ = {data.buffer, data.bufferSize, room}; }
+};
 
 BinaryData::BinaryData(DataType dataType) : Serializable(dataType) {}
 BinaryData::~BinaryData()
@@ -79,18 +84,18 @@ void write(JsonWriter& json, BinaryData& data)
     json.headerIfSet(data);
     json.put("serviceContextId", data.serviceContextId);
     json.put("bufferSize", data.bufferSize);
-    json.put("buffer", AsBase64{data.buffer, std::min(data.bufferSize, roomOf(data))});
+    json.put("buffer", AsBase64{data.buffer, std::min(data.bufferSize, BlockRoom::of(data))});
     json.put("timestamp", data.timestamp);
 }
 
 void read(JsonReader& json, BinaryData& data)
 {
-    const unsigned room = roomOf(data);
+    const unsigned room = BlockRoom::of(data);
     json.required("serviceContextId", data.serviceContextId);
     if (!json.required("bufferSize", data.bufferSize)) return;
-    data.left_ = {data.buffer, data.bufferSize, room};  // should the read end here
+    BlockRoom::keep(data, room);  // should the read end here
     if (!json.required("buffer", AsBlock{data.bufferSize, data.buffer}) || json.failed()) return;
-    data.left_ = {data.buffer, data.bufferSize, kRoom * data.bufferSize};
+    BlockRoom::keep(data, kRoom * data.bufferSize);
     json.optional("timestamp", data.timestamp);
 }
 
