@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "orvu/Position.h"

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <strings.h>
+#include <utility>
 
 #include "messages/core/JsonReader.h"
 #include "messages/core/Nearest.h"

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <ctime>
 #include <iterator>
-#include <memory>
 #include <new>
 #include <utility>
 

@@ -1,3 +1,5 @@
+#include <vector>
+
 #include "messages/core/CheckedText.h"
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"

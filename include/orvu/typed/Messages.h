@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <type_traits>
-#include <utility>
 
 #include "orvu/BinaryData.h"
 #include "orvu/OrvuRestInterface.h"
