@@ -40,7 +40,7 @@ void addIfMemoryAllows(Add add)
 template <class Value>
 void addValue(std::vector<Value>& values, Value value)
 {
-    addIfMemoryAllows([&] { values.push_back(std::move(value)); });
+    addIfMemoryAllows([&] { values.push_back(value); });
 }
 
 /// Stores a value in a field that is null without one.

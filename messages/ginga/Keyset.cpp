@@ -1,23 +1,22 @@
 #include "orvu/Keyset.h"
 
-#include <algorithm>
-#include <iterator>
+#include <cstddef>
 #include <utility>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "messages/core/Ownership.h"
 
 namespace Orvu {
 namespace {
 
 constexpr char kInteractiveKeyset[] = "interactive_keys";
 
-/// Appends the names, but for empty ones; all of them or, out of memory, none.
-void appendNamed(std::vector<std::string>& keys, std::vector<std::string> names)
+/// Appends the names, but for empty ones.
+void appendNamed(std::vector<std::string>& keys, std::vector<std::string>& names)
 {
-    names.erase(std::remove(names.begin(), names.end(), std::string()), names.end());
-    keys.insert(keys.end(), std::make_move_iterator(names.begin()), std::make_move_iterator(names.end()));
+    for (std::string& name : names) {
+        if (!name.empty()) keys.push_back(std::move(name));
+    }
 }
 
 }  // namespace
@@ -32,15 +31,28 @@ GingaKeyset::~GingaKeyset() = default;
 
 void GingaKeyset::addKeyset(std::vector<std::string> names)
 {
-    addIfMemoryAllows([&] { appendNamed(keys, std::move(names)); });
+    const std::size_t before = keys.size();
+    try {
+        appendNamed(keys, names);
+    } catch (...) {  // all of them, or none
+        while (keys.size() > before)
+            keys.pop_back();
+    }
 }
 
 std::vector<std::string> GingaKeyset::getKeySetByName(std::string name)
 {
-    if (isInteractiveKeyset(name)) return {COLORED_KEYSET, SELECTION_KEYSET, CURSOR_KEYSET};  // no numeric keys
-    const bool isBasic =
-        isNumericKeyset(name) || isColoredKeyset(name) || isSelectionKeyset(name) || isCursorKeyset(name);
-    return isBasic ? std::vector<std::string>{name} : std::vector<std::string>{};
+    const bool isInteractive = name == kInteractiveKeyset;
+    const std::pair<const char*, bool> groups[] = {
+        {NUMERIC_KEYSET, name == NUMERIC_KEYSET},  // not one of the interactive keys
+        {COLORED_KEYSET, isInteractive || name == COLORED_KEYSET},
+        {SELECTION_KEYSET, isInteractive || name == SELECTION_KEYSET},
+        {CURSOR_KEYSET, isInteractive || name == CURSOR_KEYSET},
+    };
+    std::vector<std::string> names;
+    for (const auto& [group, isNamed] : groups)
+        if (isNamed) names.push_back(group);
+    return names;
 }
 
 bool GingaKeyset::isNumericKeyset(std::string name)
@@ -76,7 +88,7 @@ void read(JsonReader& json, GingaKeyset& keyset)
     std::vector<std::string> names;
     json.required("keyset", names);
     json.optional("releaseKeyset", keyset.releaseKeyset);
-    appendNamed(keyset.keys, std::move(names));
+    appendNamed(keyset.keys, names);
 }
 
 MESSAGE(GingaKeyset, Formatted)

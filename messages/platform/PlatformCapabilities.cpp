@@ -271,7 +271,7 @@ void PlatformCapabilities::addNetworkInterface(NetworkInterface* interface)
 }
 void PlatformCapabilities::addDolbyVisionCodecString(std::string codec)
 {
-    addValue(dolbyVisionCodecString, std::move(codec));
+    addIfMemoryAllows([&] { dolbyVisionCodecString.push_back(std::move(codec)); });
 }
 
 template <>

@@ -100,7 +100,7 @@ void write(JsonWriter& json, CAUnit& unit)
 void read(JsonReader& json, CAUnit& unit)
 {
     if (!json.optional("id", unit.id)) return;  // without an id the unit stays as it is
-    json.required("id", listAfter(eachNumber([&](int tag) { append(unit.componentTags, tag); })));
+    json.required("id", listAfter(eachNumber([&](int tag) { unit.componentTags.push_back(tag); })));
 }
 
 MESSAGE(CAUnit, Compact)

@@ -15,7 +15,7 @@ constexpr OwnCode kNoPids{105};
 /// PID 0, the PAT, cannot be asked for.
 void appendPid(std::vector<unsigned short>& pids, unsigned short pid)
 {
-    if (pid != 0) append(pids, pid);
+    if (pid != 0) pids.push_back(pid);
 }
 
 /// An array of numbers; anything else fails the read.
