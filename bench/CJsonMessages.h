@@ -9,6 +9,7 @@
 #include <cjson/cJSON.h>
 
 #include "bench/Channels.h"
+#include "messages/core/CJsonBridge.h"
 
 namespace OrvuBench {
 
@@ -16,10 +17,7 @@ namespace OrvuBench {
 /// The messages of the benchmarks with cJSON alone: the text is parsed and the tree walked into a struct, and the other
 /// way round.
 
-struct DeleteTree {
-    void operator()(cJSON* tree) const { cJSON_Delete(tree); }
-};
-using Tree = std::unique_ptr<cJSON, DeleteTree>;
+using Tree = Orvu::JsonTree;
 
 struct FreeText {
     void operator()(char* text) const { std::free(text); }

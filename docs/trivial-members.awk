@@ -7,7 +7,7 @@ function isPlain(line)
     return line ~ / (get|is)[A-Z][A-Za-z]*\(\) const \{ return [a-zA-Z_]+; \}$/ ||
            line ~ / void set[A-Z][A-Za-z]*\([^()*]*\) \{ [a-zA-Z_]+ = [^;]+; \}$/ ||
            line ~ / operator=\(const [A-Za-z]+&[a-z ]*\)( \{ return \*this; \}| = default;)$/ ||
-           line ~ ("^    (explicit )?" owner "\\([^()]*\\)(;| : .*\\{\\})$")
+           line ~ ("^    (explicit )?" owner "\\([^()]*\\)(;| = default;| : .*\\{\\})$")
 }
 
 # Doxygen would copy the base's functions into the class and list them beside those that override them. An empty line

@@ -7,9 +7,6 @@
 
 namespace Orvu {
 
-class JsonReader;
-class JsonWriter;
-
 /// A raw SI table as bytes. One class for "binaryNIT", "binarySDT", "binaryPAT", "binaryBAT", "binaryPMT" and
 /// "binaryEPG"; also the element of a BinaryDataMultipart.
 class ORVU_EXPORT BinaryData : public Serializable {
@@ -26,8 +23,9 @@ public:
     BinaryData(const BinaryData&) = delete;
     BinaryData& operator=(const BinaryData&) = delete;
 
-    /// The bytes travel as Base64 (RFC 4648). Of a block that was received, no more bytes than came, whatever size was
-    /// announced; once the application has set another `bufferSize`, no more than the block has room for.
+    /// The first `bufferSize` bytes of the block travel as Base64 (RFC 4648), zeros behind what came included. After a
+    /// read that left a new `bufferSize` but no new block, no more than the block held has room for, until the
+    /// application sets `buffer` or `bufferSize`.
     char* serialize() override;
     /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
     /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
@@ -36,14 +34,16 @@ public:
     using Serializable::deserialize;
 
 private:
-    friend void write(JsonWriter& json, BinaryData& data);
-    friend void read(JsonReader& json, BinaryData& data);
-    friend unsigned sendable(const BinaryData& data);  // how many bytes of the block may be sent
+    friend class BlockRoom;  // which the library asks for the room of the block
 
-    const unsigned char* knownBlock_ = nullptr;  // the block that was held when a read last stored `bufferSize`
-    unsigned knownSize_ = 0;                     // the bytes in it
-    unsigned knownRoom_ = 0;                     // the bytes that it has room for
-    unsigned announced_ = 0;                     // the `bufferSize` that the read stored
+    /// What the last read left that stored `bufferSize`.
+    struct Left {
+        const unsigned char* buffer;
+        unsigned bufferSize;
+        unsigned room;  // for so many bytes the block was made
+    };
+    Left left_ = {};
+    [[maybe_unused]] unsigned reserved_ = 0;
 };
 
 /// Several blocks of bytes in one message. Wire name "binaryDataMultipart".

@@ -162,6 +162,8 @@ public:
 
     RevokeToken();
     ~RevokeToken() override;
+    RevokeToken(const RevokeToken&) = default;
+    RevokeToken& operator=(const RevokeToken&) = default;
 
     const std::string& getToken() const { return token; }
     void setToken(const std::string& value) { token = value; }

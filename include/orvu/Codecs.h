@@ -74,6 +74,8 @@ public:
 
     Codecs();
     ~Codecs() override;
+    Codecs(const Codecs&) = default;
+    Codecs& operator=(const Codecs&) = default;
 
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* videoCodecToString(VideoCodec value);
@@ -116,6 +118,8 @@ public:
 
     DrmSystem();
     ~DrmSystem() override;
+    DrmSystem(const DrmSystem&) = default;
+    DrmSystem& operator=(const DrmSystem&) = default;
 
     const std::string& getSystemId() const { return systemId; }
     void setSystemId(const std::string& value) { systemId = value; }

@@ -16,6 +16,8 @@ public:
 
     ContentDescriptor();
     ~ContentDescriptor() override;
+    ContentDescriptor(const ContentDescriptor&) = default;
+    ContentDescriptor& operator=(const ContentDescriptor&) = default;
 
     /// Whether every field has its default, as after reading null.
     bool isEmpty() const { return content[0] == 0 && content[1] == 0 && content[2] == 0 && content[3] == 0; }
@@ -41,6 +43,8 @@ public:
 
     LinkageDescriptor();
     ~LinkageDescriptor() override;
+    LinkageDescriptor(const LinkageDescriptor&) = default;
+    LinkageDescriptor& operator=(const LinkageDescriptor&) = default;
 
     /// Whether every field has its default, as after reading null.
     bool isEmpty() const { return tsId == 0 && networkId == 0 && serviceId == 0 && type == 0 && data.empty(); }
@@ -70,6 +74,8 @@ public:
 
     HyperlinkDescriptor();
     ~HyperlinkDescriptor() override;
+    HyperlinkDescriptor(const HyperlinkDescriptor&) = default;
+    HyperlinkDescriptor& operator=(const HyperlinkDescriptor&) = default;
 
     /// Whether every field has its default, as after reading null.
     bool isEmpty() const
@@ -100,6 +106,8 @@ public:
 
     SeriesDescriptor();
     ~SeriesDescriptor() override;
+    SeriesDescriptor(const SeriesDescriptor&) = default;
+    SeriesDescriptor& operator=(const SeriesDescriptor&) = default;
 
     /// Whether every field has its default, as after reading null.
     bool isEmpty() const
@@ -126,6 +134,8 @@ public:
 
     EventGroupDescriptor();
     ~EventGroupDescriptor() override;
+    EventGroupDescriptor(const EventGroupDescriptor&) = default;
+    EventGroupDescriptor& operator=(const EventGroupDescriptor&) = default;
 
     /// Compact, never with "HEADER".
     char* serialize() override;
@@ -170,6 +180,8 @@ public:
 
     CAUnit();
     ~CAUnit() override;
+    CAUnit(const CAUnit&) = default;
+    CAUnit& operator=(const CAUnit&) = default;
 
     /// Appends `tag`, whatever its value; duplicates stay.
     void addComponentTag(int tag);

@@ -27,6 +27,8 @@ public:
     File(std::string name, int size);
     File(std::string mimeType, std::string payload);
     ~File() override;
+    File(const File&) = default;
+    File& operator=(const File&) = default;
 
     /// Name and size alone, without "HEADER"; formatted. The caller releases the text with `free`; null when out of
     /// memory.
@@ -47,6 +49,8 @@ public:
     Directory();
     explicit Directory(std::string name);
     ~Directory() override;
+    Directory(const Directory&) = default;
+    Directory& operator=(const Directory&) = default;
 
     char* serialize() override;
     bool deserialize(const char* text) override;

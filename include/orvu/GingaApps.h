@@ -42,6 +42,10 @@ class ORVU_EXPORT RestGingaApp : public Serializable {
 public:
     static constexpr DataType kDataType = DataTypeGingaApp;
 
+    using GingaAppType = Orvu::GingaAppType;          ///< The same, by the name of the class.
+    using GingaControlCode = Orvu::GingaControlCode;  ///< The same, by the name of the class.
+    using GingaState = Orvu::GingaState;              ///< The same, by the name of the class.
+
     std::string serviceContextId;                            ///< Locator of the service that signals the application.
     std::string appid;                                       ///< Identifies the application.
     std::string name;                                        ///< Name for people, UTF-8, as broadcast.
@@ -52,6 +56,8 @@ public:
 
     RestGingaApp();
     ~RestGingaApp() override;
+    RestGingaApp(const RestGingaApp&) = default;
+    RestGingaApp& operator=(const RestGingaApp&) = default;
 
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* typeToString(GingaAppType value);
@@ -104,6 +110,8 @@ public:
 
     GingaAppAction();
     ~GingaAppAction() override;
+    GingaAppAction(const GingaAppAction&) = default;
+    GingaAppAction& operator=(const GingaAppAction&) = default;
 
     /// Whether the action is start or stop; otherwise `code` becomes 3.
     bool checkArguments(unsigned char& code);

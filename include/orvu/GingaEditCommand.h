@@ -70,6 +70,8 @@ public:
 
     GingaEditCommand();
     ~GingaEditCommand() override;
+    GingaEditCommand(const GingaEditCommand&) = default;
+    GingaEditCommand& operator=(const GingaEditCommand&) = default;
 
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* cmdTypeString(EditCommand value);

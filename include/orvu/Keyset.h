@@ -20,6 +20,8 @@ public:
 
     GingaKeyset();
     ~GingaKeyset() override;
+    GingaKeyset(const GingaKeyset&) = default;
+    GingaKeyset& operator=(const GingaKeyset&) = default;
 
     static const char* const NUMERIC_KEYSET;    ///< "numeric_keys"
     static const char* const COLORED_KEYSET;    ///< "colored_keys"

@@ -30,6 +30,8 @@ public:
 
     NCLDocument();
     ~NCLDocument() override;
+    NCLDocument(const NCLDocument&) = default;
+    NCLDocument& operator=(const NCLDocument&) = default;
 
     /// Compact, never with "HEADER".
     char* serialize() override;
@@ -139,6 +141,8 @@ public:
 
     NCLNodeAction();
     ~NCLNodeAction() override;
+    NCLNodeAction(const NCLNodeAction&) = default;
+    NCLNodeAction& operator=(const NCLNodeAction&) = default;
 
     /// Whether the action is one that a node knows and the interface, where it was given, is a name: not empty, and
     /// without "<", "&" and double quotes. The library does not call it: the application does.

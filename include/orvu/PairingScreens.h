@@ -16,6 +16,8 @@ public:
 
     PairMobileAppScreen();
     ~PairMobileAppScreen() override;
+    PairMobileAppScreen(const PairMobileAppScreen&) = default;
+    PairMobileAppScreen& operator=(const PairMobileAppScreen&) = default;
 
     bool isPairingEnabled() const { return pairingEnabled; }
     void setPairingEnabled(bool value) { pairingEnabled = value; }
@@ -46,6 +48,8 @@ public:
 
     explicit ConfirmationScreen(std::string displayName);
     ~ConfirmationScreen() override;
+    ConfirmationScreen(const ConfirmationScreen&) = default;
+    ConfirmationScreen& operator=(const ConfirmationScreen&) = default;
 
     const std::string& getDisplayName() const { return displayName; }
     void setDisplayName(const std::string& value) { displayName = value; }
@@ -77,6 +81,8 @@ public:
 
     QrCodeScreen(std::string displayName, std::string qrCodeData);
     ~QrCodeScreen() override;
+    QrCodeScreen(const QrCodeScreen&) = default;
+    QrCodeScreen& operator=(const QrCodeScreen&) = default;
 
     const std::string& getDisplayName() const { return displayName; }
     void setDisplayName(const std::string& value) { displayName = value; }
@@ -106,6 +112,8 @@ public:
 
     PinScreen(std::string displayName, std::string pin);
     ~PinScreen() override;
+    PinScreen(const PinScreen&) = default;
+    PinScreen& operator=(const PinScreen&) = default;
 
     const std::string& getDisplayName() const { return displayName; }
     void setDisplayName(const std::string& value) { displayName = value; }

@@ -64,8 +64,10 @@ public:
     int h = -1;  ///< Height, likewise.
 
     Bounds();
-    Bounds(int w, int h);
+    Bounds(int width, int height);
     ~Bounds() override;
+    Bounds(const Bounds&) = default;
+    Bounds& operator=(const Bounds&) = default;
 
     int getW() const { return w; }
     void setW(int value) { w = value; }
@@ -74,7 +76,7 @@ public:
 
     /// Crosswise: the second argument becomes the width, the first the height. setValues(1920, 1080) makes bounds of
     /// 1080 by 1920. The constructor, setW() and setH() do not exchange them.
-    void setValues(int h, int w);
+    void setValues(int height, int width);
     /// Crosswise: the width of `src` becomes the height, and the other way round; null is ignored.
     void copyValues(Bounds* src);
 
@@ -121,6 +123,8 @@ public:
 
     NetworkInterface();
     ~NetworkInterface() override;
+    NetworkInterface(const NetworkInterface&) = default;
+    NetworkInterface& operator=(const NetworkInterface&) = default;
 
     NetworkInterfaceType getType() const { return type; }
     void setType(NetworkInterfaceType value) { type = value; }
@@ -191,10 +195,10 @@ public:
 
     /// Appends `layer` and takes it; null is ignored.
     void addDisplayLayer(DisplayLayer* layer);
-    /// Appends `colorimetry`; duplicates stay.
-    void addColorimetryType(ColorimetryType colorimetry);
-    /// Appends `dynamicRange`; duplicates stay.
-    void addDynamicRangeType(DynamicRangeType dynamicRange);
+    /// Appends `type`; duplicates stay.
+    void addColorimetryType(ColorimetryType type);
+    /// Appends `type`; duplicates stay.
+    void addDynamicRangeType(DynamicRangeType type);
     /// Appends `device`; duplicates stay. A touchscreen is written, but read as unknown.
     void addInputDevices(InputDevices device);
     /// Appends `interface` and takes it; null is ignored.

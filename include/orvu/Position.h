@@ -20,6 +20,8 @@ public:
     Position();
     Position(int x, int y, int w, int h);
     ~Position() override;
+    Position(const Position&) = default;
+    Position& operator=(const Position&) = default;
 
     /// Stores the four values as they are.
     void setValues(int x, int y, int w, int h);

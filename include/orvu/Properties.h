@@ -18,6 +18,8 @@ public:
     Property();
     Property(std::string name, std::string value);
     ~Property() override;
+    Property(const Property&) = default;
+    Property& operator=(const Property&) = default;
 
     char* serialize() override;
     bool deserialize(const char* text) override;
@@ -93,6 +95,8 @@ public:
 
     PersistProperty();
     ~PersistProperty() override;
+    PersistProperty(const PersistProperty&) = default;
+    PersistProperty& operator=(const PersistProperty&) = default;
 
     /// The property's name and value when neither is empty, else an empty object; formatted, without "HEADER". The
     /// caller releases the text with `free`; null when out of memory.
@@ -113,6 +117,8 @@ public:
 
     PersistentVariableValue();
     ~PersistentVariableValue() override;
+    PersistentVariableValue(const PersistentVariableValue&) = default;
+    PersistentVariableValue& operator=(const PersistentVariableValue&) = default;
 
     /// Null: the message is never sent.
     char* serialize() override;

@@ -18,6 +18,8 @@ public:
 
     UnknowRequest();
     ~UnknowRequest() override;
+    UnknowRequest(const UnknowRequest&) = default;
+    UnknowRequest& operator=(const UnknowRequest&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -30,6 +32,8 @@ public:
 
     EmptyData();
     ~EmptyData() override;
+    EmptyData(const EmptyData&) = default;
+    EmptyData& operator=(const EmptyData&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -42,6 +46,8 @@ public:
 
     IllegalArgument();
     ~IllegalArgument() override;
+    IllegalArgument(const IllegalArgument&) = default;
+    IllegalArgument& operator=(const IllegalArgument&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -54,6 +60,8 @@ public:
 
     PlatformUnavailable();
     ~PlatformUnavailable() override;
+    PlatformUnavailable(const PlatformUnavailable&) = default;
+    PlatformUnavailable& operator=(const PlatformUnavailable&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -66,6 +74,8 @@ public:
 
     FormatNotSupported();
     ~FormatNotSupported() override;
+    FormatNotSupported(const FormatNotSupported&) = default;
+    FormatNotSupported& operator=(const FormatNotSupported&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -78,6 +88,8 @@ public:
 
     ActionNotSupported();
     ~ActionNotSupported() override;
+    ActionNotSupported(const ActionNotSupported&) = default;
+    ActionNotSupported& operator=(const ActionNotSupported&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -90,6 +102,8 @@ public:
 
     ParameterNotSupported();
     ~ParameterNotSupported() override;
+    ParameterNotSupported(const ParameterNotSupported&) = default;
+    ParameterNotSupported& operator=(const ParameterNotSupported&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -102,6 +116,8 @@ public:
 
     SuccessResponse();
     ~SuccessResponse() override;
+    SuccessResponse(const SuccessResponse&) = default;
+    SuccessResponse& operator=(const SuccessResponse&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -114,6 +130,8 @@ public:
 
     EmptyChannelListError();
     ~EmptyChannelListError() override;
+    EmptyChannelListError(const EmptyChannelListError&) = default;
+    EmptyChannelListError& operator=(const EmptyChannelListError&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -126,6 +144,8 @@ public:
 
     ServiceNotFoundError();
     ~ServiceNotFoundError() override;
+    ServiceNotFoundError(const ServiceNotFoundError&) = default;
+    ServiceNotFoundError& operator=(const ServiceNotFoundError&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -138,6 +158,8 @@ public:
 
     ResourceNotFound();
     ~ResourceNotFound() override;
+    ResourceNotFound(const ResourceNotFound&) = default;
+    ResourceNotFound& operator=(const ResourceNotFound&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -150,6 +172,8 @@ public:
 
     ResourceUnavailable();
     ~ResourceUnavailable() override;
+    ResourceUnavailable(const ResourceUnavailable&) = default;
+    ResourceUnavailable& operator=(const ResourceUnavailable&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -162,6 +186,8 @@ public:
 
     NoSignalError();
     ~NoSignalError() override;
+    NoSignalError(const NoSignalError&) = default;
+    NoSignalError& operator=(const NoSignalError&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -174,6 +200,8 @@ public:
 
     TableNotFound();
     ~TableNotFound() override;
+    TableNotFound(const TableNotFound&) = default;
+    TableNotFound& operator=(const TableNotFound&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -186,6 +214,8 @@ public:
 
     CannotConnectToServer();
     ~CannotConnectToServer() override;
+    CannotConnectToServer(const CannotConnectToServer&) = default;
+    CannotConnectToServer& operator=(const CannotConnectToServer&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -198,6 +228,8 @@ public:
 
     EmptyResponse();
     ~EmptyResponse() override;
+    EmptyResponse(const EmptyResponse&) = default;
+    EmptyResponse& operator=(const EmptyResponse&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -210,6 +242,8 @@ public:
 
     MissingArgument();
     ~MissingArgument() override;
+    MissingArgument(const MissingArgument&) = default;
+    MissingArgument& operator=(const MissingArgument&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
@@ -222,6 +256,8 @@ public:
 
     TVServiceNotInUse();
     ~TVServiceNotInUse() override;
+    TVServiceNotInUse(const TVServiceNotInUse&) = default;
+    TVServiceNotInUse& operator=(const TVServiceNotInUse&) = default;
     char* serialize() override;
     bool deserialize(const char* text) override;
     using Serializable::deserialize;

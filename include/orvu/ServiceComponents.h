@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "orvu/Position.h"
@@ -71,6 +71,8 @@ public:
 
     ServiceComponentTag();
     ~ServiceComponentTag() override;
+    ServiceComponentTag(const ServiceComponentTag&) = default;
+    ServiceComponentTag& operator=(const ServiceComponentTag&) = default;
 
     char* serialize() override;
     /// "componentTag" is required.
@@ -120,6 +122,8 @@ public:
 
     RtkChangeComponentStatus();
     ~RtkChangeComponentStatus() override;
+    RtkChangeComponentStatus(const RtkChangeComponentStatus&) = default;
+    RtkChangeComponentStatus& operator=(const RtkChangeComponentStatus&) = default;
 
     char* serialize() override;
     bool deserialize(const char* text) override;
@@ -137,18 +141,22 @@ public:
 
     StreamPidsRequest();
     ~StreamPidsRequest() override;
+    StreamPidsRequest(const StreamPidsRequest&) = default;
+    StreamPidsRequest& operator=(const StreamPidsRequest&) = default;
 
     /// Appends `pid`; PID 0 cannot be asked for and is ignored.
     void addPid(unsigned short pid);
     /// Reads the message; "pids" is required. False with `error` 101 for a text that is not JSON or whose "pids" is not
     /// an array, 105 without "pids", and `error` unchanged for a null text. Appends to the PIDs held.
     bool deserializeObject(const char* text, unsigned char& error);
-    /// A literal null is a null text.
-    bool deserializeObject(std::nullptr_t, unsigned char& error)
+    /// Serializable's, from a parsed item. A literal null is a null text, above.
+    template <class Item, class = std::enable_if_t<!std::is_same_v<std::remove_cv_t<Item>, char>>>
+    bool deserializeObject(Item* item, unsigned char& error)
     {
-        return deserializeObject(static_cast<const char*>(nullptr), error);
+        return Serializable::deserializeObject(item, error);
     }
-    using Serializable::deserializeObject;
+    /// Serializable's.
+    bool deserializeObject(void* item) { return Serializable::deserializeObject(item); }
 
     /// Always with "HEADER".
     char* serialize() override;
@@ -170,6 +178,8 @@ public:
 
     StreamPidsResponse();
     ~StreamPidsResponse() override;
+    StreamPidsResponse(const StreamPidsResponse&) = default;
+    StreamPidsResponse& operator=(const StreamPidsResponse&) = default;
 
     char* serialize() override;
     bool deserialize(const char* text) override;

@@ -20,6 +20,8 @@ public:
 
     Service();
     ~Service() override;
+    Service(const Service&) = default;
+    Service& operator=(const Service&) = default;
 
     /// A copy, header flag included; the caller deletes it. Null when out of memory.
     Service* clone();
@@ -60,6 +62,8 @@ public:
 
     ServiceSelection();
     ~ServiceSelection() override;
+    ServiceSelection(const ServiceSelection&) = default;
+    ServiceSelection& operator=(const ServiceSelection&) = default;
 
     char* serialize() override;
     bool deserialize(const char* text) override;
@@ -75,6 +79,8 @@ public:
 
     ServiceTime();
     ~ServiceTime() override;
+    ServiceTime(const ServiceTime&) = default;
+    ServiceTime& operator=(const ServiceTime&) = default;
 
     char* serialize() override;
     /// "time" is required.

@@ -21,6 +21,8 @@ public:
 
     StreamEventRequest();
     ~StreamEventRequest() override;
+    StreamEventRequest(const StreamEventRequest&) = default;
+    StreamEventRequest& operator=(const StreamEventRequest&) = default;
 
     char* serialize() override;
     bool deserialize(const char* text) override;
@@ -36,6 +38,8 @@ public:
 
     StreamEventDispose();
     ~StreamEventDispose() override;
+    StreamEventDispose(const StreamEventDispose&) = default;
+    StreamEventDispose& operator=(const StreamEventDispose&) = default;
 
     char* serialize() override;
     /// "handle" is required.

@@ -26,6 +26,8 @@ public:
 
     TargetAppFilter();
     ~TargetAppFilter() override;
+    TargetAppFilter(const TargetAppFilter&) = default;
+    TargetAppFilter& operator=(const TargetAppFilter&) = default;
 
     const std::string& getScheme() const { return scheme; }
     void setScheme(const std::string& value) { scheme = value; }
@@ -80,11 +82,8 @@ public:
     bool isWriteRunningState() const { return writeRunningState; }
     void setWriteRunningState(bool value) { writeRunningState = value; }
     bool isTargetIdRead() const { return targetIdRead; }
-    void setTargetIdRead(bool value) { targetIdRead = value; }
     bool isDisplayNameRead() const { return displayNameRead; }
-    void setDisplayNameRead(bool value) { displayNameRead = value; }
     bool isCanonicalNameRead() const { return canonicalNameRead; }
-    void setCanonicalNameRead(bool value) { canonicalNameRead = value; }
 
     /// The word of a value; "" for one outside the enumeration. Static, never null.
     static const char* priorityTypeString(PriorityType value);
@@ -152,6 +151,8 @@ public:
 
     TargetAppAction();
     ~TargetAppAction() override;
+    TargetAppAction(const TargetAppAction&) = default;
+    TargetAppAction& operator=(const TargetAppAction&) = default;
 
     const std::string& getUrl() const { return url; }
     void setUrl(const std::string& value) { url = value; }
@@ -162,13 +163,9 @@ public:
     PriorityType getPriority() const { return priority; }
     void setPriority(PriorityType value) { priority = value; }
     bool isUrlRead() const { return urlRead; }
-    void setUrlRead(bool value) { urlRead = value; }
     bool isTargetIdRead() const { return targetIdRead; }
-    void setTargetIdRead(bool value) { targetIdRead = value; }
     bool isActionRead() const { return actionRead; }
-    void setActionRead(bool value) { actionRead = value; }
     bool isPriorityRead() const { return priorityRead; }
-    void setPriorityRead(bool value) { priorityRead = value; }
 
     char* serialize() override;
     /// False for a text that is not an object, and for a "targetId", "action" or "priority" that is a number or a
@@ -192,6 +189,8 @@ public:
 
     TargetAppPerformAction();
     ~TargetAppPerformAction() override;
+    TargetAppPerformAction(const TargetAppPerformAction&) = default;
+    TargetAppPerformAction& operator=(const TargetAppPerformAction&) = default;
 
     TargetStatusType getAction() const { return action; }
     void setAction(TargetStatusType value) { action = value; }
@@ -200,11 +199,8 @@ public:
     const std::string& getCanonicalName() const { return canonicalName; }
     void setCanonicalName(const std::string& value) { canonicalName = value; }
     bool isActionRead() const { return actionRead; }
-    void setActionRead(bool value) { actionRead = value; }
     bool isPriorityRead() const { return priorityRead; }
-    void setPriorityRead(bool value) { priorityRead = value; }
     bool isCanonicalNameRead() const { return canonicalNameRead; }
-    void setCanonicalNameRead(bool value) { canonicalNameRead = value; }
 
     char* serialize() override;
     /// False for a text that is not an object; every key is optional.
@@ -222,6 +218,8 @@ public:
 
     DeepLink();
     ~DeepLink() override;
+    DeepLink(const DeepLink&) = default;
+    DeepLink& operator=(const DeepLink&) = default;
 
     const std::string& getTargetId() const { return targetId; }
     void setTargetId(const std::string& value) { targetId = value; }

@@ -16,7 +16,7 @@ namespace Orvu {
 
 /// Whether the text that a child of an application's class gives is minified before it is parsed: comments may be in
 /// it.
-enum class ChildText { AsIs, Minified };
+enum class ChildText { Plain, Minified };
 
 /// Writes the child as one value. False when it has no JSON text.
 bool writeChild(JsonWriter& json, Serializable& child, const Contract& contract, ChildText text);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "messages/core/Catalogue.h"
 #include "messages/core/Explainer.h"

@@ -225,7 +225,8 @@ struct OfAnyKind {
     bool read(JsonReader&, JsonValue) const { return true; }
 };
 
-/// Each item of an array as a number, handed to `handle`, in order; any other item counts as 0. Only for reading.
+/// Each item of an array as a number, handed to `handle`, in order. Any other item counts as 0, also `true`: a PID
+/// or a tag is a number, while a nibble takes the integer of any item (see AsNibbles). Only for reading.
 template <class Handle>
 struct EachNumber {
     Handle handle;

@@ -43,7 +43,7 @@ void JsonWriter::putChild(const char* key, Serializable& child, const Contract& 
     child.serializeHeader(false);
     const JsonPrinter::Mark mark = json_.here();
     json_.key(key);
-    if (!writeChild(*this, child, contract, ChildText::AsIs)) json_.backTo(mark);
+    if (!writeChild(*this, child, contract, ChildText::Plain)) json_.backTo(mark);
 }
 
 void JsonWriter::element(Serializable* child, const Contract& contract)
@@ -51,7 +51,7 @@ void JsonWriter::element(Serializable* child, const Contract& contract)
     if (!child) return;
     const JsonPrinter::Mark mark = json_.here();
     json_.element();
-    if (!writeChild(*this, *child, contract, ChildText::AsIs)) json_.backTo(mark);
+    if (!writeChild(*this, *child, contract, ChildText::Plain)) json_.backTo(mark);
 }
 
 bool JsonWriter::message(Serializable& message, const Contract& contract)

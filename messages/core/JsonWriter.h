@@ -96,7 +96,7 @@ public:
     void null() { json_.null(); }
     /// A child with its header flag as it is. False when it has no JSON text: there is no value then.
     template <class Message, class = std::enable_if_t<std::is_base_of_v<Serializable, Message>>>
-    bool value(Message& child, ChildText text = ChildText::AsIs)
+    bool value(Message& child, ChildText text = ChildText::Plain)
     {
         return writeChild(*this, child, contractOf<Message>(), text);
     }

@@ -1,7 +1,9 @@
 #include "messages/core/KeyLister.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "messages/core/JsonReader.h"
 #include "messages/core/TextPlace.h"

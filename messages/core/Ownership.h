@@ -26,6 +26,23 @@ void take(std::vector<Message*>& owned, Message* element)
     takeAt(owned, owned.end(), element);
 }
 
+/// Does what an adder of values does, or nothing when out of memory.
+template <class Add>
+void addIfMemoryAllows(Add add)
+{
+    try {
+        add();
+    } catch (...) {  // the application has nobody to tell
+    }
+}
+
+/// Appends a value to a list of the application's; nothing is added when out of memory.
+template <class Value>
+void addValue(std::vector<Value>& values, Value value)
+{
+    addIfMemoryAllows([&] { values.push_back(value); });
+}
+
 /// Stores a value in a field that is null without one.
 template <class Value>
 void hold(Value*& field, Value value)

@@ -1,3 +1,6 @@
+#include <memory>
+#include <vector>
+
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
 #include "orvu/BinaryData.h"

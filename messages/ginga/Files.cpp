@@ -39,6 +39,20 @@ char* payloadOfFirst(const std::vector<File*>& files)
     return files.empty() || !files.front() ? nullptr : strdup(files.front()->payload.c_str());
 }
 
+/// What serializeResponse() of a list answers.
+template <class List>
+char* responseOf(const List& list, bool payloadOnly)
+{
+    return payloadOnly ? payloadOfFirst(list.files) : listingOf(list.files, list.dirs);
+}
+
+template <class List>
+void readFilesAndDirs(JsonReader& json, List& list)
+{
+    json.required("files", list.files);
+    json.required("dirs", list.dirs);
+}
+
 }  // namespace
 
 File::File() : Serializable(kDataType) {}
@@ -120,15 +134,14 @@ void read(JsonReader& json, GingaFileList& list)
 {
     json.optional("appid", list.appid);
     json.optional("path", list.path);
-    json.required("files", list.files);
-    json.required("dirs", list.dirs);
+    readFilesAndDirs(json, list);
 }
 
 MESSAGE(GingaFileList, Formatted)
 
 char* GingaFileList::serializeResponse(bool payloadOnly)
 {
-    return payloadOnly ? payloadOfFirst(files) : listingOf(files, dirs);
+    return responseOf(*this, payloadOnly);
 }
 
 DsmccFileList::DsmccFileList() : Serializable(kDataType) {}
@@ -163,15 +176,14 @@ void read(JsonReader& json, DsmccFileList& list)
     json.optional("componentTag", list.componentTag);
     json.optional("carouselId", list.carouselId);
     json.optional("path", list.path);
-    json.required("files", list.files);
-    json.required("dirs", list.dirs);
+    readFilesAndDirs(json, list);
 }
 
 MESSAGE(DsmccFileList, Formatted)
 
 char* DsmccFileList::serializeResponse(bool payloadOnly)
 {
-    return payloadOnly ? payloadOfFirst(files) : listingOf(files, dirs);
+    return responseOf(*this, payloadOnly);
 }
 
 }  // namespace Orvu

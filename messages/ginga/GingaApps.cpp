@@ -38,7 +38,12 @@ constexpr Word kStateWords[] = {
 constexpr auto kStates = vocabulary(kStateWords, GingaStateUnknown);
 
 constexpr OwnCode kNoAction{2};
-constexpr unsigned char kActionNotAccepted = 3;
+constexpr OwnCode kActionNotAccepted{3};
+
+bool isAccepted(StatusType action)
+{
+    return action == StatusTypeStart || action == StatusTypeStop;
+}
 
 }  // namespace
 
@@ -125,9 +130,8 @@ GingaAppAction::~GingaAppAction() = default;
 
 bool GingaAppAction::checkArguments(unsigned char& code)
 {
-    if (action == StatusTypeStart || action == StatusTypeStop) return true;
-    code = kActionNotAccepted;
-    return false;
+    if (!isAccepted(action)) code = static_cast<unsigned char>(kActionNotAccepted);
+    return isAccepted(action);
 }
 
 void write(JsonWriter& json, GingaAppAction& action)
@@ -139,12 +143,10 @@ void write(JsonWriter& json, GingaAppAction& action)
 
 void read(JsonReader& json, GingaAppAction& action)
 {
-    unsigned char code = 0;
     json.optional("appid", action.appid);
     if (!json.optional("action", asWord(action.action, kStatus))) return json.fail(kNoAction);
-    if (!action.checkArguments(code)) {
-        json.fail(OwnCode{code}, "is neither \"start\" nor \"stop\"");  // the action stays stored
-    }
+    if (isAccepted(action.action)) return;
+    json.fail(kActionNotAccepted, "is neither \"start\" nor \"stop\"");  // the action stays stored
 }
 
 MESSAGE(GingaAppAction, Formatted)

@@ -1,5 +1,8 @@
 #include "orvu/Keyset.h"
 
+#include <cstddef>
+#include <utility>
+
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
 
@@ -7,6 +10,14 @@ namespace Orvu {
 namespace {
 
 constexpr char kInteractiveKeyset[] = "interactive_keys";
+
+/// Appends the names, but for empty ones.
+void appendNamed(std::vector<std::string>& keys, std::vector<std::string>& names)
+{
+    for (std::string& name : names) {
+        if (!name.empty()) keys.push_back(std::move(name));
+    }
+}
 
 }  // namespace
 
@@ -20,18 +31,27 @@ GingaKeyset::~GingaKeyset() = default;
 
 void GingaKeyset::addKeyset(std::vector<std::string> names)
 {
-    for (std::string& name : names) {
-        if (!name.empty()) keys.push_back(std::move(name));
+    const std::size_t before = keys.size();
+    try {
+        appendNamed(keys, names);
+    } catch (...) {  // all of them, or none
+        while (keys.size() > before)
+            keys.pop_back();
     }
 }
 
 std::vector<std::string> GingaKeyset::getKeySetByName(std::string name)
 {
+    const bool isInteractive = name == kInteractiveKeyset;
+    const std::pair<const char*, bool> groups[] = {
+        {NUMERIC_KEYSET, name == NUMERIC_KEYSET},  // not one of the interactive keys
+        {COLORED_KEYSET, isInteractive || name == COLORED_KEYSET},
+        {SELECTION_KEYSET, isInteractive || name == SELECTION_KEYSET},
+        {CURSOR_KEYSET, isInteractive || name == CURSOR_KEYSET},
+    };
     std::vector<std::string> names;
-    for (const char* basic : {NUMERIC_KEYSET, COLORED_KEYSET, SELECTION_KEYSET, CURSOR_KEYSET}) {
-        const bool isOneOfThem = name == kInteractiveKeyset && basic != NUMERIC_KEYSET;  // without the numeric keys
-        if (name == basic || isOneOfThem) names.emplace_back(basic);
-    }
+    for (const auto& [group, isNamed] : groups)
+        if (isNamed) names.push_back(group);
     return names;
 }
 
@@ -68,7 +88,7 @@ void read(JsonReader& json, GingaKeyset& keyset)
     std::vector<std::string> names;
     json.required("keyset", names);
     json.optional("releaseKeyset", keyset.releaseKeyset);
-    keyset.addKeyset(std::move(names));  // which leaves empty names out
+    appendNamed(keyset.keys, names);
 }
 
 MESSAGE(GingaKeyset, Formatted)

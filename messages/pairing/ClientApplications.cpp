@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <ctime>
 #include <iterator>
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -15,7 +14,14 @@
 namespace Orvu {
 namespace {
 
-/// Adds tokens, each of which is held once, however many there are: addToken() compares each with all that are held.
+/// Appends a token unless it is empty or held already.
+void appendOnce(std::vector<std::string>& held, std::string token)
+{
+    const bool isHeld = std::find(held.begin(), held.end(), token) != held.end();
+    if (!token.empty() && !isHeld) held.push_back(std::move(token));
+}
+
+/// Adds tokens, each of which is held once, however many there are: appendOnce() compares each with all that are held.
 void addMany(std::vector<std::string>& held, std::vector<std::string>& tokens)
 {
     std::vector<std::string*> sorted;
@@ -49,7 +55,7 @@ struct AsTokens {
             if (!item.isText()) continue;
             item.takeRoom(sizeof(std::string));
             const bool isOneOfFew = holder.bindTokens.size() < kFew;
-            isOneOfFew ? holder.addToken(item.text()) : others.push_back(item.text());
+            isOneOfFew ? appendOnce(holder.bindTokens, item.text()) : others.push_back(item.text());
         }
         if (!others.empty()) addMany(holder.bindTokens, others);
         return true;
@@ -98,7 +104,7 @@ void ClientApplicationList::addApp(ClientApplication* app)
 
 void ClientApplicationList::addAppIdToDeletion(const char* id)
 {
-    if (id) deletionIds.emplace_back(id);
+    if (id) addIfMemoryAllows([&] { deletionIds.emplace_back(id); });
 }
 
 void write(JsonWriter& json, ClientApplicationList& list)
@@ -133,8 +139,7 @@ ServiceBindTokens::~ServiceBindTokens()
 
 void ServiceBindTokens::addToken(std::string token)
 {
-    const bool isHeld = std::find(bindTokens.begin(), bindTokens.end(), token) != bindTokens.end();
-    if (!token.empty() && !isHeld) bindTokens.push_back(std::move(token));
+    addIfMemoryAllows([&] { appendOnce(bindTokens, std::move(token)); });
 }
 
 ServiceBindTokens* ServiceBindTokens::clone()

@@ -91,19 +91,19 @@ ImageCodec Codecs::stringToImageCodec(std::string word)
 
 void Codecs::addVideoCodec(VideoCodec codec)
 {
-    video.push_back(codec);
+    addValue(video, codec);
 }
 void Codecs::addAudioCodec(AudioCodec codec)
 {
-    audio.push_back(codec);
+    addValue(audio, codec);
 }
 void Codecs::addSubtitleCodec(SubtitleCodec codec)
 {
-    subtitle.push_back(codec);
+    addValue(subtitle, codec);
 }
 void Codecs::addImageCodec(ImageCodec codec)
 {
-    image.push_back(codec);
+    addValue(image, codec);
 }
 
 void write(JsonWriter& json, Codecs& codecs)
@@ -144,11 +144,11 @@ DrmScheme DrmSystem::stringToScheme(std::string word)
 
 void DrmSystem::addFormatSupported(DrmFormat format)
 {
-    formatsSupported.push_back(format);
+    addValue(formatsSupported, format);
 }
 void DrmSystem::addSchemeSupported(DrmScheme scheme)
 {
-    schemesSupported.push_back(scheme);
+    addValue(schemesSupported, scheme);
 }
 
 void write(JsonWriter& json, DrmSystem& system)

@@ -45,11 +45,11 @@ MediaPlayer::~MediaPlayer()
 
 void MediaPlayer::addFormatSupported(DrmFormat format)
 {
-    formatsSupported.push_back(format);
+    addValue(formatsSupported, format);
 }
 void MediaPlayer::addSchemeSupported(DrmScheme scheme)
 {
-    schemesSupported.push_back(scheme);
+    addValue(schemesSupported, scheme);
 }
 void MediaPlayer::addSupportedDrm(DrmSystem* system)
 {

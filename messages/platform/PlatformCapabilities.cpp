@@ -1,6 +1,8 @@
 #include "orvu/PlatformCapabilities.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
@@ -126,13 +128,13 @@ void readCapabilities(JsonReader& json, PlatformCapabilities& can)
 }  // namespace
 
 Bounds::Bounds() : Serializable(kDataType) {}  // a position's type, which shows nowhere: bounds write no header
-Bounds::Bounds(int w, int h) : Serializable(kDataType), w(w), h(h) {}
+Bounds::Bounds(int width, int height) : Serializable(kDataType), w(width), h(height) {}
 Bounds::~Bounds() = default;
 
-void Bounds::setValues(int h, int w)
+void Bounds::setValues(int height, int width)  // crosswise to the constructor
 {
-    this->h = h;  // crosswise to the constructor
-    this->w = w;
+    w = width;
+    h = height;
 }
 
 void Bounds::copyValues(Bounds* src)
@@ -159,7 +161,6 @@ DisplayLayer::DisplayLayer() : Serializable(kDataType), bounds(new Bounds) {}
 DisplayLayer::~DisplayLayer()
 {
     delete bounds;
-    bounds = nullptr;
 }
 
 const char* DisplayLayer::layerToString(DisplayLayerType value)
@@ -254,15 +255,15 @@ void PlatformCapabilities::addDisplayLayer(DisplayLayer* layer)
 }
 void PlatformCapabilities::addColorimetryType(ColorimetryType type)
 {
-    colorimetry.push_back(type);
+    addValue(colorimetry, type);
 }
 void PlatformCapabilities::addDynamicRangeType(DynamicRangeType type)
 {
-    dynamicRange.push_back(type);
+    addValue(dynamicRange, type);
 }
 void PlatformCapabilities::addInputDevices(InputDevices device)
 {
-    inputDevices.push_back(device);
+    addValue(inputDevices, device);
 }
 void PlatformCapabilities::addNetworkInterface(NetworkInterface* interface)
 {
@@ -270,7 +271,7 @@ void PlatformCapabilities::addNetworkInterface(NetworkInterface* interface)
 }
 void PlatformCapabilities::addDolbyVisionCodecString(std::string codec)
 {
-    dolbyVisionCodecString.push_back(std::move(codec));
+    addIfMemoryAllows([&] { dolbyVisionCodecString.push_back(std::move(codec)); });
 }
 
 template <>

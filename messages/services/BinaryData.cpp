@@ -1,18 +1,17 @@
+#include "orvu/BinaryData.h"
+
 #include <algorithm>
 #include <cstdlib>
-#include <malloc.h>
 #include <memory>
 
 #include "codecs/Base64.h"
 #include "messages/core/Message.h"
-#include "orvu/BinaryData.h"
 
 namespace Orvu {
 namespace {
 
 constexpr unsigned kLargest = 64u << 20;  // bytes
 constexpr unsigned kRoom = 4;             // a block has room for so many times the announced size
-constexpr unsigned kUnlimited = ~0u;      // the room of a block of the application, which only that knows
 
 /// Bytes as Base64.
 struct AsBase64 {
@@ -30,7 +29,6 @@ struct FreeBlock {
 struct AsBlock {
     unsigned announced;
     unsigned char*& block;
-    unsigned& size;
 
     const Expected& expected() const { return kExpectedText; }
     bool read(JsonReader& json, JsonValue value) const
@@ -56,7 +54,6 @@ private:
         for (std::string_view run = runs.next(); !run.empty(); run = runs.next())
             decoder.add(run);
         if (!decoder.finish()) return false;
-        size = static_cast<unsigned>(decoder.size());
         block = made.release();
         return true;
     }
@@ -64,15 +61,17 @@ private:
 
 }  // namespace
 
-/// Of a received block no more than came. Once the application has set another size, what the block has room for: the
-/// allocator knows that, since the application may have put a block of its own where the received one lay.
-unsigned sendable(const BinaryData& data)
-{
-    if (data.buffer != data.knownBlock_) return data.bufferSize;
-    if (data.bufferSize == data.announced_) return std::min(data.bufferSize, data.knownSize_);
-    if (data.bufferSize <= data.knownRoom_) return data.bufferSize;
-    return static_cast<unsigned>(std::min<std::size_t>(data.bufferSize, malloc_usable_size(data.buffer)));
-}
+/// How many bytes the block of a message has room for: what the last read left, or what the application says, once it
+/// has set the block or its size.
+class BlockRoom {
+public:
+    static unsigned of(const BinaryData& data)
+    {
+        const bool isAsRead = data.buffer == data.left_.buffer && data.bufferSize == data.left_.bufferSize;
+        return isAsRead ? data.left_.room : data.bufferSize;
+    }
+    static void keep(BinaryData& data, unsigned room) { data.left_ = {data.buffer, data.bufferSize, room}; }
+};
 
 BinaryData::BinaryData(DataType dataType) : Serializable(dataType) {}
 BinaryData::~BinaryData()
@@ -85,24 +84,18 @@ void write(JsonWriter& json, BinaryData& data)
     json.headerIfSet(data);
     json.put("serviceContextId", data.serviceContextId);
     json.put("bufferSize", data.bufferSize);
-    json.put("buffer", AsBase64{data.buffer, sendable(data)});
+    json.put("buffer", AsBase64{data.buffer, std::min(data.bufferSize, BlockRoom::of(data))});
     json.put("timestamp", data.timestamp);
 }
 
 void read(JsonReader& json, BinaryData& data)
 {
-    const unsigned heldSize = sendable(data);
+    const unsigned room = BlockRoom::of(data);
     json.required("serviceContextId", data.serviceContextId);
     if (!json.required("bufferSize", data.bufferSize)) return;
-    data.announced_ = data.bufferSize;  // not the size of the block held, should the read end here
-    data.knownSize_ = heldSize;
-    if (data.buffer != data.knownBlock_) data.knownRoom_ = kUnlimited;
-    data.knownBlock_ = data.buffer;
-    unsigned size = 0;
-    if (!json.required("buffer", AsBlock{data.bufferSize, data.buffer, size}) || json.failed()) return;
-    data.knownBlock_ = data.buffer;  // the block held before is the application's from now on
-    data.knownSize_ = size;
-    data.knownRoom_ = kRoom * data.bufferSize;
+    BlockRoom::keep(data, room);  // should the read end here
+    if (!json.required("buffer", AsBlock{data.bufferSize, data.buffer}) || json.failed()) return;
+    BlockRoom::keep(data, kRoom * data.bufferSize);
     json.optional("timestamp", data.timestamp);
 }
 

@@ -17,8 +17,8 @@ struct AsNibbles {
         if (value.items().size() != 4) return true;  // another length changes nothing and is not a fault
         int* next = nibbles;
         for (const JsonValue nibble : value.items()) {
-            *next = 0;  // what is neither a number nor a boolean
-            nibble.integer(*next++);
+            *next = 0;
+            nibble.integer(*next++);  // of any item, so 1 for true; eachNumber() takes numbers alone
         }
         return true;
     }

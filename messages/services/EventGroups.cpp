@@ -88,7 +88,7 @@ CAUnit::~CAUnit() = default;
 
 void CAUnit::addComponentTag(int tag)
 {
-    componentTags.push_back(tag);
+    addValue(componentTags, tag);
 }
 
 void write(JsonWriter& json, CAUnit& unit)
@@ -100,7 +100,7 @@ void write(JsonWriter& json, CAUnit& unit)
 void read(JsonReader& json, CAUnit& unit)
 {
     if (!json.optional("id", unit.id)) return;  // without an id the unit stays as it is
-    json.required("id", listAfter(eachNumber([&](int tag) { unit.addComponentTag(tag); })));
+    json.required("id", listAfter(eachNumber([&](int tag) { unit.componentTags.push_back(tag); })));
 }
 
 MESSAGE(CAUnit, Compact)

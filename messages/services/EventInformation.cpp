@@ -148,7 +148,9 @@ void read(JsonReader& json, EventInfoList& list)
     json.optional("serviceContextId", list.serviceContextId);
     json.optional("present", list.present);
     json.optional("following", list.following);
-    if (json.required("schedule", list.schedule)) putInOrder(list.schedule);
+    const std::size_t before = list.schedule.size();
+    json.required("schedule", list.schedule);
+    if (list.schedule.size() > before) putInOrder(list.schedule);  // otherwise the order is the application's
     json.optional("timestamp", list.timestamp);
 }
 

@@ -1,5 +1,8 @@
 #include "orvu/Services.h"
 
+#include <memory>
+#include <new>
+
 #include "messages/core/Message.h"
 #include "messages/core/Ownership.h"
 

@@ -1,6 +1,9 @@
+#include <vector>
+
 #include "messages/core/CheckedText.h"
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
+#include "messages/core/Ownership.h"
 #include "orvu/ServiceComponents.h"
 
 namespace Orvu {
@@ -8,6 +11,12 @@ namespace {
 
 constexpr OwnCode kUnusable{101};
 constexpr OwnCode kNoPids{105};
+
+/// PID 0, the PAT, cannot be asked for.
+void appendPid(std::vector<unsigned short>& pids, unsigned short pid)
+{
+    if (pid != 0) pids.push_back(pid);
+}
 
 /// An array of numbers; anything else fails the read.
 struct AsPids {
@@ -17,7 +26,8 @@ struct AsPids {
     bool read(JsonReader& json, JsonValue value) const
     {
         if (!value.isArray()) json.fail(kUnusable);
-        return json.read(value, eachNumber([&](int pid) { request.addPid(static_cast<unsigned short>(pid)); }));
+        return json.read(value,
+                         eachNumber([&](int pid) { appendPid(request.pids, static_cast<unsigned short>(pid)); }));
     }
 };
 
@@ -28,7 +38,7 @@ StreamPidsRequest::~StreamPidsRequest() = default;
 
 void StreamPidsRequest::addPid(unsigned short pid)
 {
-    if (pid != 0) pids.push_back(pid);  // PID 0, the PAT, cannot be asked for
+    addIfMemoryAllows([&] { appendPid(pids, pid); });
 }
 
 void write(JsonWriter& json, StreamPidsRequest& request)

@@ -16,7 +16,7 @@ class Recorder : public Serializable {
 public:
     Recorder() : Serializable(DataTypeKeyset) {}
 
-    char* serialize() override { return mallocText("{}"); }
+    char* serialize() override { return textOfAnApplication("{}"); }
     bool deserialize(const char* text) override
     {
         given = text;

@@ -10,7 +10,7 @@ namespace {
 class ForeignService : public Service {
 public:
     explicit ForeignService(std::string text) : text_(std::move(text)) {}
-    char* serialize() override { return mallocText(text_); }
+    char* serialize() override { return textOfAnApplication(text_); }
 
 private:
     std::string text_;
@@ -24,13 +24,13 @@ public:
 
 class ListeningService : public Listener, public Service {
 public:
-    char* serialize() override { return mallocText(R"("listening")"); }
+    char* serialize() override { return textOfAnApplication(R"("listening")"); }
 };
 
 class ForeignMessage : public Serializable {
 public:
     ForeignMessage() : Serializable(DataTypeKeyset) {}
-    char* serialize() override { return mallocText(R"({"own": 1})"); }
+    char* serialize() override { return textOfAnApplication(R"({"own": 1})"); }
     bool deserialize(const char* text) override { return text && text[0] == '{'; }
     using Serializable::deserialize;
 };

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "faults/Faults.h"
+#include "faults/CallFaults.h"
 #include "support/LogCapture.h"
 #include "support/RawPeer.h"
 

@@ -9,6 +9,17 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
+TEST(AGingaApp, NamesItsEnumerationsFromInsideItsClass)
+{
+    RestGingaApp app;
+    app.type = RestGingaApp::GingaAppType::GingaAppTypeGingaNCL;
+    const RestGingaApp::GingaControlCode code = GingaControlCodePresent;
+    const RestGingaApp::GingaState state = GingaStateRunning;
+    EXPECT_STREQ(RestGingaApp::typeToString(app.type), "Ginga-NCL");
+    EXPECT_STREQ(RestGingaApp::controlCodeToString(code), "PRESENT");
+    EXPECT_STREQ(RestGingaApp::stateToString(state), "running");
+}
+
 TEST(AGingaApp, StartsWithoutAnything)
 {
     RestGingaApp app;

@@ -1,6 +1,6 @@
 #!/bin/sh
-# headers.sh INCLUDE_FOLDER COMPILER: whether every installed header compiles alone, none needs cJSON's, Orvu.h includes
-# them all but the typed ones, and a header that gave classes away to others still brings them along.
+# headers.sh INCLUDE_FOLDER COMPILER: whether every installed header compiles alone, none needs cJSON's, JsonAccess.h serves C as
+# well, Orvu.h includes them all but the typed ones, and a header that gave classes away to others still brings them along.
 set -eu
 folder=$1 compiler=$2
 included=$(mktemp)
@@ -15,6 +15,9 @@ for header in "$folder"/orvu/*.h "$folder"/orvu/typed/*.h; do
         exit 1
     fi
 done
+
+"$compiler" -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I "$folder" -x c \
+            -include "$folder/orvu/JsonAccess.h" /dev/null
 
 # compiles TEXT: whether the C++ in TEXT does
 compiles() { printf '%s\n' "$1" | "$compiler" -std=c++17 -fsyntax-only -I "$folder" -x c++ -; }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <type_traits>
+#include <utility>
 
 #include "orvu/ClientApplications.h"
 #include "orvu/TargetApplications.h"
@@ -84,9 +85,6 @@ TEST(ATargetApp, HasAccessors)
         {&TargetApp::running, &TargetApp::isRunning, &TargetApp::setRunning},
         {&TargetApp::writeCanonicalName, &TargetApp::isWriteCanonicalName, &TargetApp::setWriteCanonicalName},
         {&TargetApp::writeRunningState, &TargetApp::isWriteRunningState, &TargetApp::setWriteRunningState},
-        {&TargetApp::targetIdRead, &TargetApp::isTargetIdRead, &TargetApp::setTargetIdRead},
-        {&TargetApp::displayNameRead, &TargetApp::isDisplayNameRead, &TargetApp::setDisplayNameRead},
-        {&TargetApp::canonicalNameRead, &TargetApp::isCanonicalNameRead, &TargetApp::setCanonicalNameRead},
     });
 }
 
@@ -111,13 +109,6 @@ TEST(ATargetAppAction, HasAccessors)
     EXPECT_EQ(action.url + action.targetId, "ab");
     EXPECT_EQ(action.getAction(), TargetStatusTypeStop);
     EXPECT_EQ(action.getPriority(), PriorityTypeBackground);
-    using Action = TargetAppAction;
-    expectOwnFields<Action>({
-        {&Action::urlRead, &Action::isUrlRead, &Action::setUrlRead},
-        {&Action::targetIdRead, &Action::isTargetIdRead, &Action::setTargetIdRead},
-        {&Action::actionRead, &Action::isActionRead, &Action::setActionRead},
-        {&Action::priorityRead, &Action::isPriorityRead, &Action::setPriorityRead},
-    });
 }
 
 TEST(ATargetAppPerformAction, HasAccessors)
@@ -129,12 +120,38 @@ TEST(ATargetAppPerformAction, HasAccessors)
     EXPECT_EQ(action.getCanonicalName(), "a");
     EXPECT_EQ(action.getAction(), TargetStatusTypeStart);
     EXPECT_EQ(action.getPriority(), PriorityTypeBackground);
-    using Action = TargetAppPerformAction;
-    expectOwnFields<Action>({
-        {&Action::actionRead, &Action::isActionRead, &Action::setActionRead},
-        {&Action::priorityRead, &Action::isPriorityRead, &Action::setPriorityRead},
-        {&Action::canonicalNameRead, &Action::isCanonicalNameRead, &Action::setCanonicalNameRead},
-    });
+}
+
+template <class Message, class = void>
+constexpr bool kLetsSetWhatWasRead = false;
+template <class Message>
+constexpr bool kLetsSetWhatWasRead<Message, std::void_t<decltype(std::declval<Message>().setTargetIdRead(true))>> =
+    true;
+template <class Message>
+constexpr bool kLetsSetWhatWasRead<Message, std::void_t<decltype(std::declval<Message>().setPriorityRead(true))>> =
+    true;
+
+TEST(WhatWasRead, IsSaidByReadingAlone)
+{
+    EXPECT_FALSE(kLetsSetWhatWasRead<TargetApp>);
+    EXPECT_FALSE(kLetsSetWhatWasRead<TargetAppAction>);
+    EXPECT_FALSE(kLetsSetWhatWasRead<TargetAppPerformAction>);
+}
+
+TEST(WhatWasRead, IsSaidOfEachKey)
+{
+    TargetApp target;
+    ASSERT_TRUE(target.deserialize(R"({"displayName": "a", "canonicalName": "b", "filters": [{"scheme": "c"}]})"));
+    EXPECT_FALSE(target.isTargetIdRead());
+    EXPECT_TRUE(target.isDisplayNameRead() && target.isCanonicalNameRead());
+    TargetAppAction action;
+    ASSERT_TRUE(action.deserialize(R"({"targetId": "a", "priority": "foreground"})"));
+    EXPECT_FALSE(action.isUrlRead() || action.isActionRead());
+    EXPECT_TRUE(action.isTargetIdRead() && action.isPriorityRead());
+    TargetAppPerformAction command;
+    ASSERT_TRUE(command.deserialize(R"({"action": "start"})"));
+    EXPECT_TRUE(command.isActionRead());
+    EXPECT_FALSE(command.isPriorityRead() || command.isCanonicalNameRead());
 }
 
 TEST(ADeepLink, HasAccessors)

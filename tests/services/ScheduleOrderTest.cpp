@@ -106,6 +106,17 @@ TEST(ASchedule, IsSortedByAReadAlsoAfterTimesWereChangedFromOutside)
     EXPECT_EQ(timesOf(list), (Times{"2", "3", "4", "5", "9"}));
 }
 
+TEST(ASchedule, StaysInTheApplicationsOrderWhenAReadAddsNothing)
+{
+    EventInfoList list;
+    for (const char* time : {"1", "2", "3"})
+        list.addScheduleEvent(eventAt(time));
+    list.schedule[0]->startTime = "9";
+    EXPECT_TRUE(list.deserialize(R"({"schedule": []})"));
+    EXPECT_FALSE(list.deserialize("{}"));
+    EXPECT_EQ(timesOf(list), (Times{"9", "2", "3"}));
+}
+
 TEST(ASchedule, KeepsEventsOfEqualTimesInTheOrderInWhichTheyAreRead)
 {
     std::string items;

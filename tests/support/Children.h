@@ -31,7 +31,7 @@ template <class Message>
 class Saying : public Message {
 public:
     explicit Saying(std::string text) : text_(std::move(text)) {}
-    char* serialize() override { return mallocText(text_); }
+    char* serialize() override { return textOfAnApplication(text_); }
 
 private:
     std::string text_;

@@ -31,10 +31,15 @@ Tree treeOf(const std::string& text)
 
 char* mallocText(const std::string& text)
 {
-    noteTextOfAnApplication();
     char* const copy = strdup(text.c_str());
     if (!copy) throw std::bad_alloc();
     return copy;
+}
+
+char* textOfAnApplication(const std::string& text)
+{
+    noteTextOfAnApplication();
+    return mallocText(text);
 }
 
 std::vector<Orvu::DataType> allTypes()

@@ -6,6 +6,7 @@
 
 #include <cjson/cJSON.h>
 
+#include "messages/core/CJsonBridge.h"
 #include "orvu/Serializable.h"
 
 namespace OrvuTests {
@@ -16,12 +17,7 @@ std::string taken(char* text);
 /// What `message` writes; "(null)" when it writes nothing.
 std::string textOf(Orvu::Serializable& message);
 
-struct DeleteTree {
-    void operator()(cJSON* tree) const { cJSON_Delete(tree); }
-};
-
-/// Owns a parsed tree.
-using Tree = std::unique_ptr<cJSON, DeleteTree>;
+using Tree = Orvu::JsonTree;
 
 /// The tree of `text`. Throws std::invalid_argument when it is not JSON.
 Tree treeOf(const std::string& text);
@@ -29,7 +25,11 @@ Tree treeOf(const std::string& text);
 /// Every type of the catalogue.
 std::vector<Orvu::DataType> allTypes();
 
-/// A copy of `text` that `malloc` made, for functions that take such a text or are to return one.
+/// A copy of `text` that `malloc` made.
 char* mallocText(const std::string& text);
+
+/// The same, as what an application's class writes: the texts of messages that hold it do not count as the library's in
+/// the check of the schemas.
+char* textOfAnApplication(const std::string& text);
 
 }  // namespace OrvuTests

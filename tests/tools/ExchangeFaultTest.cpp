@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tools/orvu/ExchangeFault.h"
-#include "tools/orvu/JsonText.h"
+#include "tools/orvu/JsonTrees.h"
 
 namespace OrvuTests {
 namespace {

@@ -6,7 +6,7 @@
 #include "orvu/Explanation.h"
 #include "support/Messages.h"
 #include "tools/orvu/Examples.h"
-#include "tools/orvu/JsonText.h"
+#include "tools/orvu/JsonTrees.h"
 #include "tools/orvu/Shortening.h"
 
 namespace OrvuTests {

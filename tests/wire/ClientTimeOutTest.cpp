@@ -87,7 +87,7 @@ TEST_F(TheTimeOut, IsNoneForAnApplicationsOwnKindOfConfirmation)
 class Impostor : public Serializable {
 public:
     Impostor() : Serializable(DataTypeConfirmationScreen) {}
-    char* serialize() override { return mallocText(R"({"HEADER":"confirmationScreen"})"); }
+    char* serialize() override { return textOfAnApplication(R"({"HEADER":"confirmationScreen"})"); }
     bool deserialize(const char*) override { return true; }
     using Serializable::deserialize;
 };

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "Output.h"
 #include "TextMessage.h"
 #include "Types.h"

@@ -68,7 +68,7 @@ void addAsk(CLI::App& app, Chosen& chosen)
         kExchangeExitCodes +
         "  64  wrong arguments, or a type that cannot be requested\n"
         "  74  standard output cannot be written");
-    command->callback([options, &chosen] { chosen.run = [options](Output& output) { return ask(*options, output); }; });
+    runs(*command, chosen, options, ask);
 }
 
 }  // namespace OrvuTool

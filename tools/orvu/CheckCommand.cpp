@@ -8,7 +8,7 @@
 #include "Commands.h"
 #include "ExitCode.h"
 #include "Input.h"
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "Output.h"
 #include "Types.h"
 #include "orvu/Explanation.h"
@@ -149,10 +149,7 @@ int checkText(const std::string& text, bool all, Output& output)
 
 int check(const CheckOptions& options, Output& output)
 {
-    const Input input = readInput(options.file);
-    if (input.fault.empty()) return checkText(input.text, options.all, output);
-    complain(options.file + ": " + input.fault);
-    return ExitNoInput;
+    return withInput(options.file, [&](const std::string& text) { return checkText(text, options.all, output); });
 }
 
 }  // namespace
@@ -161,9 +158,7 @@ void addCheck(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* command = app.add_subcommand("check", "Show what the library reads from a message text");
-    command->add_option("FILE", options->file, "The file with the text; - is standard input")
-        ->required()
-        ->type_name("");
+    addFileArgument(*command, options->file, "text");
     command->add_flag("--all", options->all, "Also list the defaults, and print the text that is written");
     addLogOption(*command, chosen);
     command->footer(
@@ -177,8 +172,7 @@ void addCheck(CLI::App& app, Chosen& chosen)
         "  64  wrong arguments\n"
         "  66  FILE cannot be read, or holds a NUL byte\n"
         "  74  standard output cannot be written");
-    command->callback(
-        [options, &chosen] { chosen.run = [options](Output& output) { return check(*options, output); }; });
+    runs(*command, chosen, options, check);
 }
 
 }  // namespace OrvuTool

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <arpa/inet.h>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace OrvuTool {
@@ -24,6 +25,20 @@ void addWatch(CLI::App& app, Chosen& chosen);
 void addTypes(CLI::App& app, Chosen& chosen);
 void addNew(CLI::App& app, Chosen& chosen);
 void addCheck(CLI::App& app, Chosen& chosen);
+
+/// Has the command do `action` with its options when the arguments name it.
+template <class Options>
+void runs(CLI::App& command, Chosen& chosen, const std::shared_ptr<Options>& options,
+          int (*action)(const Options&, Output&))
+{
+    command.callback([=, &chosen] { chosen.run = [=](Output& output) { return action(*options, output); }; });
+}
+
+/// A file that must be named; `what` is in it.
+inline void addFileArgument(CLI::App& command, std::string& file, const std::string& what)
+{
+    command.add_option("FILE", file, "The file with the " + what + "; - is standard input")->required()->type_name("");
+}
 
 /// The option that the tool and every command take.
 inline void addLogOption(CLI::App& app, Chosen& chosen)

@@ -8,7 +8,7 @@
 #include "Commands.h"
 #include "ExchangeFault.h"
 #include "ExitCode.h"
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "Output.h"
 #include "orvu/ExchangeReport.h"
 #include "orvu/OrvuRestInterface.h"

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "orvu/Explanation.h"
 
 namespace OrvuTool {

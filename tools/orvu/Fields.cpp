@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <climits>
-#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string_view>

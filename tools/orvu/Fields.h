@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "orvu/Explanation.h"
 
 namespace OrvuTool {

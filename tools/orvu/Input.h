@@ -2,6 +2,9 @@
 
 #include <string>
 
+#include "ExitCode.h"
+#include "Output.h"
+
 namespace OrvuTool {
 
 /// A text that was read, or why it could not be.
@@ -16,5 +19,15 @@ Input readInput(const std::string& file);
 
 /// The same for a file that must be a regular one: never waits for a writer.
 Input readRegularFile(const std::string& file);
+
+/// What `use` makes of the file's text, an exit code. Complains of a file that cannot be read.
+template <class Use>
+int withInput(const std::string& file, Use use)
+{
+    const Input input = readInput(file);
+    if (input.fault.empty()) return use(input.text);
+    complain(file + ": " + input.fault);
+    return ExitNoInput;
+}
 
 }  // namespace OrvuTool

@@ -6,7 +6,7 @@
 #include "Commands.h"
 #include "Examples.h"
 #include "ExitCode.h"
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "Output.h"
 #include "Shortening.h"
 #include "Types.h"
@@ -51,8 +51,7 @@ void addNew(CLI::App& app, Chosen& chosen)
         "  0   the text was printed\n"
         "  64  wrong arguments, or a type that has no text of its own\n"
         "  74  standard output cannot be written");
-    command->callback(
-        [options, &chosen] { chosen.run = [options](Output& output) { return printNew(*options, output); }; });
+    runs(*command, chosen, options, printNew);
 }
 
 }  // namespace OrvuTool

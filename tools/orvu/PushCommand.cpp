@@ -182,8 +182,7 @@ void addPush(CLI::App& app, Chosen& chosen)
         "  66  FILE cannot be read, has a line above 64 MiB, or holds no line although --every is given\n"
         "  69  none of the ports is available, or ADDRESS is not this device's\n"
         "  74  standard output cannot be written (lines were pushed all the same)");
-    command->callback(
-        [options, &chosen] { chosen.run = [options](Output& output) { return push(*options, output); }; });
+    runs(*command, chosen, options, push);
 }
 
 }  // namespace OrvuTool

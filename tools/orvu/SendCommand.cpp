@@ -30,10 +30,8 @@ std::unique_ptr<Serializable> requestOf(const std::string& text)
 
 int send(const SendOptions& options, Output& output)
 {
-    const Input input = readInput(options.file);
-    if (input.fault.empty()) return exchange(*requestOf(input.text), options, output);
-    complain(options.file + ": " + input.fault);
-    return ExitNoInput;
+    return withInput(options.file,
+                     [&](const std::string& text) { return exchange(*requestOf(text), options, output); });
 }
 
 }  // namespace
@@ -42,17 +40,14 @@ void addSend(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<SendOptions>();
     CLI::App* command = app.add_subcommand("send", "Send a request text as it is and print the answer");
-    command->add_option("FILE", options->file, "The file with the request; - is standard input")
-        ->required()
-        ->type_name("");
+    addFileArgument(*command, options->file, "request");
     addExchangeOptions(*command, *options);
     addLogOption(*command, chosen);
     command->footer(std::string(kExchangeExitCodes) +
                     "  64  wrong arguments\n"
                     "  66  FILE cannot be read, or holds a NUL byte\n"
                     "  74  standard output cannot be written");
-    command->callback(
-        [options, &chosen] { chosen.run = [options](Output& output) { return send(*options, output); }; });
+    runs(*command, chosen, options, send);
 }
 
 }  // namespace OrvuTool

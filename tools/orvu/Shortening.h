@@ -1,6 +1,6 @@
 #pragma once
 
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "orvu/Serializable.h"
 
 namespace OrvuTool {

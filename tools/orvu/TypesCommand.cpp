@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,7 +7,7 @@
 #include "Commands.h"
 #include "ExitCode.h"
 #include "Fields.h"
-#include "JsonText.h"
+#include "JsonTrees.h"
 #include "Output.h"
 #include "Types.h"
 #include "orvu/Orvu.h"
@@ -200,8 +199,7 @@ void addTypes(CLI::App& app, Chosen& chosen)
         "  0   the list was printed\n"
         "  64  wrong arguments, or an unknown type\n"
         "  74  standard output cannot be written");
-    command->callback(
-        [options, &chosen] { chosen.run = [options](Output& output) { return types(*options, output); }; });
+    runs(*command, chosen, options, types);
 }
 
 }  // namespace OrvuTool

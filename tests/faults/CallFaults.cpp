@@ -1,4 +1,4 @@
-#include "faults/Faults.h"
+#include "faults/CallFaults.h"
 
 #include <cerrno>
 #include <cstring>

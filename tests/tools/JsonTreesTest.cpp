@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tools/orvu/JsonText.h"
+#include "tools/orvu/JsonTrees.h"
 
 namespace OrvuTests {
 namespace {

@@ -1,8 +1,7 @@
-#include "JsonText.h"
+#include "JsonTrees.h"
 
 #include <algorithm>
 #include <cctype>
-#include <cstddef>
 #include <cstdlib>
 #include <string_view>
 #include <utility>

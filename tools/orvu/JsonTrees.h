@@ -1,19 +1,15 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <cjson/cJSON.h>
 
+#include "messages/core/CJsonBridge.h"
+
 namespace OrvuTool {
 
-struct DeleteTree {
-    void operator()(cJSON* tree) const { cJSON_Delete(tree); }
-};
-
-/// Owns a parsed tree.
-using JsonTree = std::unique_ptr<cJSON, DeleteTree>;
+using Orvu::JsonTree;
 
 /// A parsed text, or why it is not JSON.
 struct ParsedText {
