@@ -137,10 +137,14 @@ std::vector<Enumerator> enumerators()
     return {
 #define FIELD(...)
 #define WRITER(...)
+#define SETTER(...)
+#define GETTER(...)
 #define ENUMERATOR(Enumeration, enumerator, text) {#enumerator, text, readBack(Orvu::enumerator) == Orvu::enumerator},
 #include "fields.inc"
 #undef FIELD
 #undef WRITER
+#undef SETTER
+#undef GETTER
 #undef ENUMERATOR
     };
 }

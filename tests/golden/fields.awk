@@ -1,5 +1,6 @@
 # Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description
-# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text").
+# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text"). For each
+# function that sets or shows a field that stands above it: SETTER(class, field, function), GETTER(class, field, function).
 
 function quoted(text)
 {
@@ -34,6 +35,15 @@ function nameIn(code)
     return code
 }
 
+# Writes a row for a function of this name, which begins with "set", "get" or "is".
+function accessor(kind, name,   field)
+{
+    field = name
+    sub(/^(set|get|is)/, "", field)
+    field = tolower(substr(field, 1, 1)) substr(field, 2)
+    if ((owner, field) in isField) print kind "(" owner ", " field ", " name ")"
+}
+
 /^class ORVU_EXPORT .* : public Serializable/ { owner = $3; isMessage = 1; next }
 /^enum / { owner = $2; isEnumeration = 1; next }
 /^};/ || /^(private|protected):/ { flush(); isMessage = isEnumeration = 0; above = code = "" }
@@ -62,9 +72,12 @@ isMessage {
     sub(/ *\/\/.*/, "", line)
     code = code line
     if (code ~ /;$/ && code !~ /[(){}]|^ *(static|using|friend|virtual) / || code ~ /^[^()]* = \{\};$/) {
+        isField[owner, nameIn(code)] = 1
         row = "FIELD(" owner ", " nameIn(code)
         text = above " " comment($0)
     }
+    if (match(line, /set[A-Z][A-Za-z0-9]*\([^,)*]+\)/)) accessor("SETTER", substr(line, RSTART, index(substr(line, RSTART), "(") - 1))
+    if (match(line, /(get|is)[A-Z][A-Za-z0-9]*\(\) const/)) accessor("GETTER", substr(line, RSTART, RLENGTH - 8))
     if (code ~ /[;}{:]$/ || line ~ /^ *$/) code = above = ""
 }
 
