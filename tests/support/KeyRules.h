@@ -130,7 +130,8 @@ Key boolean(const std::string& name, bool Message::*field)
     });
 }
 
-/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other text.
+/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other
+/// text.
 inline Key wordShownBy(const std::string& name, const std::string& value, const std::string& otherValue,
                        const std::string& stranger, std::function<std::string(Orvu::Serializable&)> field)
 {
@@ -247,6 +248,14 @@ protected:
             EXPECT_EQ(key.field(message), key.value) << key.name;
     }
 
+    /// That `only` has its value, and each other key the other value.
+    void expectOthersBut(const Key& only, Orvu::Serializable& message) const
+    {
+        for (const Key& key : keys())
+            EXPECT_EQ(key.field(message), key.name == only.name ? key.value : key.otherValue)
+                << key.name << " beside " << only.name;
+    }
+
     void expectOthers(Orvu::Serializable& message) const
     {
         for (const Key& key : keys())
@@ -259,6 +268,18 @@ TEST_P(AMessage, ReadsEachOfItsKeys)
     const auto message = filled();
     EXPECT_TRUE(message->deserialize(object(&Key::value).c_str()));
     expectValues(*message);
+}
+
+TEST_P(AMessage, KeepsTheValueOfEachKeyToItsOwnField)
+{
+    for (const Key& key : keys()) {
+        const auto message = filled();
+        EXPECT_TRUE(message->deserialize(objectFor(key, member(key.name, key.value)).c_str())) << key.name;
+        expectOthersBut(key, *message);
+        const auto other = filled();
+        EXPECT_TRUE(other->deserialize(textOf(*message).c_str())) << key.name;
+        if (key.isWritten) expectOthersBut(key, *other);
+    }
 }
 
 TEST_P(AMessage, ReadsItsKeysInAnyOrderAmongStrangers)

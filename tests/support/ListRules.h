@@ -12,8 +12,8 @@
 #include "support/Messages.h"
 
 /// \file
-/// What holds for every list of children that a message carries. A test program includes this file once and instantiates
-/// AListOfChildren with its messages' lists.
+/// What holds for every list of children that a message carries. A test program includes this file once and
+/// instantiates AListOfChildren with its messages' lists.
 
 namespace OrvuTests {
 
@@ -36,6 +36,7 @@ struct ChildList {
     std::string others;              ///< Members that must stand beside the list, a comma behind each.
     std::string inside;              ///< The object in which the list stands; "" when it stands in the message itself.
     bool isRequired = true;
+    bool needsOne = false;       ///< Whether it cannot be read as long as the list is empty.
     bool leavesHeaders = false;  ///< Whether the children's header flags stay as they are.
 };
 
@@ -97,6 +98,13 @@ inline ChildList inside(const std::string& object, ChildList list)
 inline ChildList leavingHeaders(ChildList list)
 {
     list.leavesHeaders = true;
+    return list;
+}
+
+/// The same list where it must not stay empty.
+inline ChildList needingOne(ChildList list)
+{
+    list.needsOne = true;
     return list;
 }
 
@@ -176,6 +184,13 @@ TEST_P(AListOfChildren, SwitchesTheHeadersOfItsChildrenOffForGood)
     cJSON_free(compact);
 }
 
+TEST_P(AListOfChildren, SwitchesTheHeaderOffAlsoOfAChildThatItSkips)
+{
+    list().addSilent(*message);
+    textOf(*message);
+    EXPECT_EQ(headerFlagOf(*list().children(*message)[0]), list().leavesHeaders);
+}
+
 TEST_P(AListOfChildren, WritesAnApplicationsClassAsItWritesItsOwn)
 {
     list().addPlain(*message);
@@ -222,8 +237,19 @@ TEST_P(AListOfChildren, AppendsWhatItReads)
     const std::string two = with("[" + list().goodElement + ", " + list().goodElement + "]");
     EXPECT_TRUE(message->deserialize(two.c_str()));
     EXPECT_EQ(countIn(*message), 2u);
+    for (const Orvu::Serializable* const child : list().children(*message))
+        EXPECT_TRUE(headerFlagOf(*child));
+    list().addNullDirectly(*message);
     EXPECT_TRUE(message->deserialize(two.c_str()));
-    EXPECT_EQ(countIn(*message), 4u);
+    EXPECT_EQ(countIn(*message), 5u);
+}
+
+TEST_P(AListOfChildren, HoldsNothingOfAValueOfAnotherKind)
+{
+    for (const char* value : {"null", "true", "5", R"("text")", "[]", "{}"}) {
+        EXPECT_EQ(message->deserialize(with(value).c_str()), !list().needsOne) << value;
+        EXPECT_EQ(countIn(*message), 0u) << value;
+    }
 }
 
 TEST_P(AListOfChildren, ReadsTheMembersOfAnObjectAsWell)
