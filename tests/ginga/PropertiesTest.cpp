@@ -8,6 +8,13 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
+TEST(AProperty, IsMadeWithNameAndValue)
+{
+    const Property property("soundLevel", "0.5");
+    EXPECT_EQ(property.name, "soundLevel");
+    EXPECT_EQ(property.value, "0.5");
+}
+
 TEST(PersistentPropertiesOf, AnApplicationAreNotReadUnderTheOtherFamilysKey)
 {
     PersistentProperties properties;
