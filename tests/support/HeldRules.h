@@ -101,7 +101,7 @@ protected:
     /// Whether the message can be read with the child as `value`; without it when that is "".
     bool reads(const std::string& value)
     {
-        const std::string member = value.empty() ? R"("stranger": 1)" : '"' + held().key + "\": " + value;
+        const std::string member = value.empty() ? R"("unknown": 1)" : '"' + held().key + "\": " + value;
         const std::string object = "{" + held().others + member + "}";
         return message->deserialize(
             (held().inside.empty() ? object : "{\"" + held().inside + "\": " + object + "}").c_str());
