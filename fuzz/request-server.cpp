@@ -38,7 +38,7 @@ Exchange exchangeWith(const std::string& stream)
     received.clear();
     Peer peer(stream);
     {
-        Connection connection(peer.takeOtherEnd(), std::make_shared<InFlight>(), 0);
+        ConnectionInFlight connection(peer.takeOtherEnd(), std::make_shared<InFlight>(), 0);
         if (std::unique_ptr<OrvuRestRequest> request = receiveRequest(connection)) answer(*request);
     }
     return {received, peer.received()};

@@ -5,6 +5,7 @@
 
 #include "orvu/Serializable.h"
 #include "orvu/Services.h"
+#include "support/FailingMemory.h"
 
 using namespace Orvu;
 
@@ -44,6 +45,28 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{R"({"HEADER":"pos"})",
                             "line 1, column 11: HEADER: \"pos\" names a type that cannot be received"},
                     Refused{R"({"HEADER":"eventInfoList"})", "line 1, column 1: schedule: required, missing"}));
+
+TEST(ParsingAText, GivesNothingWhereANumberTextHasNoNumber)
+{
+    EXPECT_EQ(Serializable::parse(R"({"HEADER":"serviceComponent","componentTag":"0x"})"), nullptr);
+}
+
+TEST(ParsingAText, SaysWhenItIsOutOfMemory)
+{
+    for (const auto& [text, fault] : {Refused{R"({"HEADER":"serviceTime","time":"12:00"})", ""},
+                                      {R"({"HEADER":"serviceTime"})", "line 1, column 1: time: required, missing"}}) {
+        const auto parse = [text = text] {
+            std::string reason;
+            const std::unique_ptr<Serializable> message(Serializable::parse(text, reason));
+            EXPECT_EQ(message != nullptr, reason.empty());
+            return reason;
+        };
+        const int refusals = withMemoryRefused(parse, [fault = fault](const std::string& reason, bool refused) {
+            EXPECT_TRUE(reason == fault || (refused && reason == "out of memory")) << reason;
+        });
+        EXPECT_GE(refusals, 1);
+    }
+}
 
 }  // namespace
 }  // namespace OrvuTests

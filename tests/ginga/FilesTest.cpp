@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <type_traits>
 
 #include "orvu/Files.h"
 #include "support/Children.h"
@@ -25,47 +24,6 @@ TEST(AFile, IsMadeInThreeWays)
     EXPECT_EQ(carried.payload, "body {}");
     EXPECT_EQ(carried.name, "");
     EXPECT_EQ(carried.size, 0);
-}
-
-TEST(AFile, WritesItsPathOnlyWhenItHasOne)
-{
-    File file("a.ncl", 7);
-    file.mimeType = "m";
-    file.payload = "p";
-    EXPECT_EQ(textOf(file),
-              "{\n\t\"HEADER\":\t\"file\",\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t7,\n\t\"mimeType\":\t\"m\",\n"
-              "\t\"payload\":\t\"p\"\n}");
-    file.serializeHeader(false);
-    file.path = "/";
-    EXPECT_EQ(textOf(file),
-              "{\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t7,\n\t\"mimeType\":\t\"m\",\n\t\"payload\":\t\"p\",\n"
-              "\t\"path\":\t\"/\"\n}");
-}
-
-TEST(AFile, AnswersWithNameAndSize)
-{
-    File file("a.ncl", -7);
-    file.payload = "p";
-    EXPECT_EQ(takenAs("file-response", file.serializeResponse()), "{\n\t\"name\":\t\"a.ncl\",\n\t\"size\":\t-7\n}");
-}
-
-TEST(ADirectory, WritesItsName)
-{
-    Directory empty;
-    EXPECT_EQ(empty.getDataType(), 53u);
-    EXPECT_EQ(textOf(empty), "{\n\t\"HEADER\":\t\"directory\",\n\t\"name\":\t\"\"\n}");
-    Directory directory("media");
-    directory.serializeHeader(false);
-    EXPECT_EQ(textOf(directory), "{\n\t\"name\":\t\"media\"\n}");
-}
-
-TEST(AGingaFileList, WritesAllItsKeysAlways)
-{
-    GingaFileList list;
-    list.serializeHeader(false);
-    EXPECT_EQ(textOf(list),
-              "{\n\t\"HEADER\":\t\"gingaFileList\",\n\t\"appid\":\t\"\",\n\t\"path\":\t\"\",\n\t\"files\":\t[],\n"
-              "\t\"dirs\":\t[]\n}");
 }
 
 TEST(ADsmccFileList, WritesWhatIsGiven)
@@ -150,12 +108,6 @@ TYPED_TEST(AFileList, HasNoPayloadInAFileThatIsNull)
     TypeParam list;
     list.files.push_back(nullptr);
     EXPECT_EQ(list.serializeResponse(true), nullptr);
-}
-
-TYPED_TEST(AFileList, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<TypeParam>);
-    EXPECT_FALSE(std::is_copy_assignable_v<TypeParam>);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <type_traits>
 
 #include "orvu/GingaApps.h"
 #include "support/Messages.h"
@@ -20,35 +19,6 @@ TEST(AGingaApp, NamesItsEnumerationsFromInsideItsClass)
     EXPECT_STREQ(RestGingaApp::stateToString(state), "running");
 }
 
-TEST(AGingaApp, StartsWithoutAnything)
-{
-    RestGingaApp app;
-    EXPECT_EQ(app.getDataType(), 35u);
-    EXPECT_EQ(app.type, GingaAppTypeUnknown);
-    EXPECT_EQ(app.controlCode, GingaControlCodeUnknown);
-    EXPECT_EQ(app.state, GingaStateUnknown);
-    EXPECT_EQ(textOf(app),
-              "{\n\t\"HEADER\":\t\"gingaApp\",\n\t\"appid\":\t\"\",\n\t\"name\":\t\"\",\n\t\"type\":\t\"unknown\",\n"
-              "\t\"controlCode\":\t\"unknown\",\n\t\"state\":\t\"unknown\",\n\t\"entryPoint\":\t\"\"\n}");
-}
-
-TEST(AGingaApp, WritesItsKeysInTheAgreedOrder)
-{
-    RestGingaApp app;
-    app.serviceContextId = "1.2.01";
-    app.appid = "0.1.1";
-    app.name = "Enquete";
-    app.type = GingaAppTypeGingaHTML5;
-    app.controlCode = GingaControlCodeStoredAutostart;
-    app.state = GingaStateUnloaded;
-    app.entryPoint = "index.html";
-    app.serializeHeader(false);
-    EXPECT_EQ(textOf(app),
-              "{\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"appid\":\t\"0.1.1\",\n\t\"name\":\t\"Enquete\",\n"
-              "\t\"type\":\t\"Ginga-HTML5\",\n\t\"controlCode\":\t\"STORED_AUTOSTART\",\n\t\"state\":\t\"unloaded\",\n"
-              "\t\"entryPoint\":\t\"index.html\"\n}");
-}
-
 TEST(AGingaApp, WritesValuesBeyondItsWordsAsEmptyTexts)
 {
     RestGingaApp app;
@@ -61,39 +31,11 @@ TEST(AGingaApp, WritesValuesBeyondItsWordsAsEmptyTexts)
     EXPECT_NE(text.find("\"state\":\t\"\""), std::string::npos);
 }
 
-TEST(AGingaAppList, WritesItsHeaderWhateverTheFlagSays)
-{
-    GingaAppList list;
-    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"gingaAppList\",\n\t\"apps\":\t[]\n}");
-    list.serializeHeader(false);
-    list.serviceContextId = "1.2.01";
-    EXPECT_EQ(textOf(list),
-              "{\n\t\"HEADER\":\t\"gingaAppList\",\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"apps\":\t[]\n}");
-}
-
 TEST(AGingaAppList, KeepsItsServiceWhenItsAppsAreMissing)
 {
     GingaAppList list;
     EXPECT_FALSE(list.deserialize(R"({"serviceContextId": "1.2.01"})"));
     EXPECT_EQ(list.serviceContextId, "1.2.01");
-}
-
-TEST(AGingaAppList, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<GingaAppList>);
-    EXPECT_FALSE(std::is_copy_assignable_v<GingaAppList>);
-}
-
-TEST(AGingaAppAction, WritesItsActionAsAWord)
-{
-    GingaAppAction action;
-    EXPECT_EQ(action.getDataType(), 37u);
-    EXPECT_EQ(textOf(action),
-              "{\n\t\"HEADER\":\t\"gingaAppAction\",\n\t\"appid\":\t\"\",\n\t\"action\":\t\"unknown\"\n}");
-    action.appid = "0.1.1";
-    action.action = StatusTypeStart;
-    action.serializeHeader(false);
-    EXPECT_EQ(textOf(action), "{\n\t\"appid\":\t\"0.1.1\",\n\t\"action\":\t\"start\"\n}");
 }
 
 TEST(AGingaAppAction, AcceptsStartAndStopOnly)

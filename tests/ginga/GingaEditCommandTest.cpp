@@ -14,33 +14,6 @@ std::string withoutHeader(GingaEditCommand& command)
     return textOf(command);
 }
 
-TEST(AGingaEditCommand, WritesNothingThatIsEmpty)
-{
-    GingaEditCommand command;
-    EXPECT_EQ(command.getDataType(), 64u);
-    EXPECT_EQ(textOf(command), "{\n\t\"HEADER\":\t\"gingaEditCommand\"\n}");
-    EXPECT_EQ(withoutHeader(command), "{\n}");
-}
-
-TEST(AGingaEditCommand, WritesItsKeysInTheAgreedOrder)
-{
-    GingaEditCommand command;
-    command.appid = "a";
-    command.documentId = "d";
-    command.command = EditCommandAddNode;
-    command.elementId = "e";
-    command.parentId = "p";
-    command.xml = "<media/>";
-    command.nodeId = "n";
-    command.propertyId = "q";
-    command.value = "v";
-    EXPECT_EQ(
-        textOf(command),
-        "{\n\t\"HEADER\":\t\"gingaEditCommand\",\n\t\"appid\":\t\"a\",\n\t\"documentId\":\t\"d\",\n"
-        "\t\"command\":\t\"addNode\",\n\t\"parentId\":\t\"p\",\n\t\"elementId\":\t\"e\",\n\t\"xml\":\t\"<media/>\",\n"
-        "\t\"nodeId\":\t\"n\",\n\t\"propertyId\":\t\"q\",\n\t\"value\":\t\"v\"\n}");
-}
-
 TEST(AGingaEditCommand, WritesAWordBeyondItsVocabularyAsAnEmptyText)
 {
     GingaEditCommand command;

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "orvu/Keyset.h"
-#include "support/Messages.h"
 
 using namespace Orvu;
 
@@ -9,19 +8,6 @@ namespace OrvuTests {
 namespace {
 
 using Names = std::vector<std::string>;
-
-TEST(AGingaKeyset, WritesAReleaseOnlyWhenItIsOne)
-{
-    GingaKeyset keyset;
-    EXPECT_EQ(keyset.getDataType(), 63u);
-    keyset.serializeHeader(false);
-    EXPECT_EQ(textOf(keyset), "{\n\t\"HEADER\":\t\"keyset\",\n\t\"keyset\":\t[]\n}");
-    keyset.keys = {"numeric_keys", "of my own"};
-    keyset.releaseKeyset = true;
-    EXPECT_EQ(textOf(keyset),
-              "{\n\t\"HEADER\":\t\"keyset\",\n\t\"keyset\":\t[\"numeric_keys\", \"of my own\"],\n"
-              "\t\"releaseKeyset\":\ttrue\n}");
-}
 
 TEST(AGingaKeyset, TakesEveryNameButTheEmptyOne)
 {

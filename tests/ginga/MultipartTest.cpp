@@ -2,10 +2,8 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
-#include <type_traits>
 
 #include "orvu/BinaryData.h"
-#include "support/Messages.h"
 
 using namespace Orvu;
 
@@ -19,24 +17,6 @@ std::unique_ptr<BinaryData> partOf(const std::string& bytes)
     part->buffer = static_cast<unsigned char*>(std::malloc(bytes.size() + 1));
     std::memcpy(part->buffer, bytes.data(), bytes.size());
     return part;
-}
-
-TEST(ABinaryDataMultipart, WritesItsPartsBetweenServiceAndTime)
-{
-    BinaryDataMultipart message;
-    EXPECT_EQ(message.getDataType(), 88u);
-    EXPECT_EQ(textOf(message),
-              "{\n\t\"HEADER\":\t\"binaryDataMultipart\",\n\t\"serviceContextId\":\t\"\",\n"
-              "\t\"binaryDataMultipart\":\t[],\n\t\"timestamp\":\t\"\"\n}");
-    message.serializeHeader(false);
-    message.serviceContextId = "1.2.01";
-    message.timestamp = "now";
-    message.addBinaryData(partOf("\x01\x02\x03").release());
-    EXPECT_EQ(
-        textOf(message),
-        "{\n\t\"serviceContextId\":\t\"1.2.01\",\n\t\"binaryDataMultipart\":\t[{\n\t\t\t\"serviceContextId\":\t\"\",\n"
-        "\t\t\t\"bufferSize\":\t3,\n\t\t\t\"buffer\":\t\"AQID\",\n\t\t\t\"timestamp\":\t\"\"\n\t\t}],\n"
-        "\t\"timestamp\":\t\"now\"\n}");
 }
 
 TEST(ABinaryDataMultipart, LeavesPartsWithoutBytesToTheCaller)
@@ -82,21 +62,6 @@ TEST(ABinaryDataMultipart, NeedsItsParts)
     EXPECT_FALSE(message.deserialize(R"({"serviceContextId": "1.2.01", "timestamp": "t"})"));
     EXPECT_EQ(message.serviceContextId, "1.2.01");
     EXPECT_EQ(message.timestamp, "");
-}
-
-TEST(ABinaryDataMultipart, AppendsPartsAtEachRead)
-{
-    const char* const text =
-        R"({"binaryDataMultipart": [{"serviceContextId": "", "bufferSize": 3, "buffer": "AQID"}]})";
-    BinaryDataMultipart message;
-    EXPECT_TRUE(message.deserialize(text));
-    EXPECT_TRUE(message.deserialize(text));
-    EXPECT_EQ(message.parts.size(), 2u);
-}
-
-TEST(ABinaryDataMultipart, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<BinaryDataMultipart>);
 }
 
 }  // namespace

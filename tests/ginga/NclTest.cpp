@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "orvu/Ncl.h"
@@ -14,16 +13,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-TEST(AnNCLDocument, SharesTheTypeOfAnEventAndNeverWritesAHeader)
-{
-    NCLDocument document;
-    EXPECT_EQ(document.getDataType(), 59u);
-    EXPECT_EQ(textOf(document), R"({"id":"","fileName":""})");
-    document.id = "a";
-    document.fileName = "a.ncl";
-    EXPECT_EQ(textOf(document), R"({"id":"a","fileName":"a.ncl"})");
-}
 
 TEST(AnNCLEvent, WritesNoFlagThatItNeverLearnt)
 {
@@ -66,62 +55,6 @@ TEST(AnNCLEvent, ReadsBackAWordThatIsOnlyWrittenAsUnknown)
     EXPECT_EQ(event.state, StatusTypeUnknown);
 }
 
-TEST(AnNCLNode, WritesNoListWithoutInterfaces)
-{
-    NCLNode node;
-    EXPECT_EQ(node.getDataType(), 60u);
-    EXPECT_EQ(textOf(node), R"({"HEADER":"nclNode","id":"","type":"unknown"})");
-    node.serializeHeader(false);
-    EXPECT_EQ(textOf(node), R"({"id":"","type":"unknown"})");
-}
-
-TEST(AnNCLNode, WritesItsKeysInTheAgreedOrder)
-{
-    NCLNode node;
-    node.appid = "0.1.1";
-    node.documentId = "d";
-    node.id = "video";
-    node.type = NclNodeTypeMedia;
-    node.mimeType = "video/mp4";
-    node.setPresentationEvent(new NCLEvent);
-    node.setPreparationEvent(new NCLEvent);
-    node.preparationEvent->prepared = new bool(true);
-    node.addInterface(new NCLNode);
-    EXPECT_EQ(textOf(node), R"({"HEADER":"nclNode","id":"video","type":"media","appid":"0.1.1","documentId":"d",)"
-                            R"("mimeType":"video/mp4","presentationEvent":{"state":"unknown","occurrences":0},)"
-                            R"("preparationEvent":{"prepared":true,"state":"unknown","occurrences":0},)"
-                            R"("interfaces":[{"id":"","type":"unknown"}]})");
-}
-
-TEST(AnNCLNode, LeavesOutAnEventWithoutAJsonText)
-{
-    NCLNode node;
-    node.setPresentationEvent(new Silent<NCLEvent>);
-    node.setPreparationEvent(new Saying<NCLEvent>("no JSON"));
-    EXPECT_EQ(textOf(node), R"({"HEADER":"nclNode","id":"","type":"unknown"})");
-    delete node.presentationEvent;
-    node.setPresentationEvent(new Saying<NCLEvent>("[7]"));
-    EXPECT_EQ(textOf(node), R"({"HEADER":"nclNode","id":"","type":"unknown","presentationEvent":[7]})");
-}
-
-TEST(AnNCLNode, WritesTheSameWithAnApplicationsEvent)
-{
-    NCLNode own;
-    own.setPresentationEvent(new NCLEvent);
-    NCLNode other;
-    other.setPresentationEvent(new Forwarding<NCLEvent>);
-    EXPECT_EQ(textOf(own), textOf(other));
-}
-
-TEST(AnNCLNode, MakesAnEventOfAnythingThatStandsThere)
-{
-    NCLNode node;
-    EXPECT_TRUE(node.deserialize(R"({"presentationEvent": "x", "preparationEvent": null})"));
-    ASSERT_NE(node.presentationEvent, nullptr);
-    ASSERT_NE(node.preparationEvent, nullptr);
-    EXPECT_EQ(node.presentationEvent->state, StatusTypeUnknown);
-}
-
 TEST(AnNCLNode, ReadsIntoTheEventThatItHas)
 {
     NCLNode node;
@@ -133,25 +66,6 @@ TEST(AnNCLNode, ReadsIntoTheEventThatItHas)
     EXPECT_EQ(event->state, StatusTypePaused);
     EXPECT_EQ(event->occurrences, 5);
     EXPECT_EQ(node.preparationEvent, nullptr);
-}
-
-/// Reads whatever it is given as seven occurrences.
-class SevenOccurrences : public NCLEvent {
-public:
-    bool deserialize(const char*) override
-    {
-        occurrences = 7;
-        return false;  // which nobody asks for
-    }
-    using NCLEvent::deserialize;
-};
-
-TEST(AnNCLNode, LetsAnApplicationsEventReadItself)
-{
-    NCLNode node;
-    node.setPresentationEvent(new SevenOccurrences);
-    EXPECT_TRUE(node.deserialize(R"({"presentationEvent": {"occurrences": 1}})"));
-    EXPECT_EQ(node.presentationEvent->occurrences, 7);
 }
 
 TEST(AnNCLNode, LeavesTheEventThatItHadToTheCaller)
@@ -176,19 +90,6 @@ TEST(AnNCLNode, TakesNumbersOfItsEventsAsTheyPrint)
     EXPECT_EQ(node.preparationEvent->occurrences, 0);
 }
 
-TEST(AnNCLNodeList, WritesItsHeaderWhateverTheFlagSays)
-{
-    NCLNodeList list;
-    list.serializeHeader(false);
-    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"nclNodeList\",\n\t\"nodes\":\t[]\n}");
-    list.appid = "a";
-    list.documentId = "d";
-    list.compositeId = "c";
-    EXPECT_EQ(textOf(list),
-              "{\n\t\"HEADER\":\t\"nclNodeList\",\n\t\"appid\":\t\"a\",\n\t\"documentId\":\t\"d\",\n"
-              "\t\"compositeId\":\t\"c\",\n\t\"nodes\":\t[]\n}");
-}
-
 TEST(AnNCLNodeList, AnswersWithItsNodesAlone)
 {
     NCLNodeList list;
@@ -198,22 +99,6 @@ TEST(AnNCLNodeList, AnswersWithItsNodesAlone)
     list.addNode(new Silent<NCLNode>);
     EXPECT_EQ(takenAs("nclNodeList-response", list.serializeResponse()),
               "{\n\t\"nodes\":\t[{\n\t\t\t\"id\":\t\"\",\n\t\t\t\"type\":\t\"unknown\"\n\t\t}]\n}");
-}
-
-TEST(AnNCLNodeAction, WritesItsInterfaceAndValueAlsoWhenEmpty)
-{
-    NCLNodeAction action;
-    EXPECT_EQ(action.getDataType(), 62u);
-    EXPECT_EQ(textOf(action), R"({"HEADER":"nclNodeAction","action":"unknown","interface":"","value":""})");
-    action.serializeHeader(false);
-    action.appid = "a";
-    action.documentId = "d";
-    action.nodeId = "n";
-    action.action = StatusTypeSet;
-    action.interface = "i";
-    action.value = "v";
-    EXPECT_EQ(textOf(action),
-              R"({"appid":"a","documentId":"d","nodeId":"n","action":"set","interface":"i","value":"v"})");
 }
 
 TEST(AnNCLNodeAction, TellsWhetherInterfaceAndValueWereThere)
@@ -260,16 +145,6 @@ TEST(AnNCLNodeAction, NeedsANameForAnInterfaceThatWasGiven)
     action.interface = "'>";
     action.value = "<&\"";
     EXPECT_TRUE(action.validateArguments());
-}
-
-TEST(NclMessages, ThatOwnOthersCannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<NCLEvent>);
-    EXPECT_FALSE(std::is_copy_constructible_v<NCLNode>);
-    EXPECT_FALSE(std::is_copy_constructible_v<NCLNodeList>);
-    EXPECT_FALSE(std::is_copy_assignable_v<NCLEvent>);
-    EXPECT_FALSE(std::is_copy_assignable_v<NCLNode>);
-    EXPECT_FALSE(std::is_copy_assignable_v<NCLNodeList>);
 }
 
 }  // namespace

@@ -8,15 +8,6 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-TEST(AStreamEventRequest, StartsWithNothingGiven)
-{
-    const StreamEventRequest request;
-    EXPECT_EQ(request.componentTag, 0);
-    EXPECT_EQ(request.carouselId, 0);
-    EXPECT_EQ(request.port, 0);
-    EXPECT_EQ(request.protocol + request.handle + request.host + request.url, "");
-}
-
 TEST(AStreamEventRequest, WritesItsHandleAndNothingThatIsNotGiven)
 {
     StreamEventRequest request;
@@ -27,22 +18,6 @@ TEST(AStreamEventRequest, WritesItsHandleAndNothingThatIsNotGiven)
     request.carouselId = -1;
     request.port = 0;
     EXPECT_EQ(textOf(request), "{\n\t\"handle\":\t\"\"\n}");
-}
-
-TEST(AStreamEventRequest, WritesItsKeysInTheAgreedOrder)
-{
-    StreamEventRequest request;
-    request.componentTag = 1;
-    request.carouselId = 2;
-    request.protocol = "tcp";
-    request.handle = "h";
-    request.host = "host";
-    request.url = "url";
-    request.port = 3;
-    EXPECT_EQ(textOf(request),
-              "{\n\t\"HEADER\":\t\"streamEventRequest\",\n\t\"handle\":\t\"h\",\n\t\"componentTag\":\t1,\n"
-              "\t\"carouselId\":\t2,\n\t\"url\":\t\"url\",\n\t\"host\":\t\"host\",\n\t\"port\":\t3,\n"
-              "\t\"protocol\":\t\"tcp\"\n}");
 }
 
 TEST(AStreamEventDispose, CarriesItsHandleAsANumber)

@@ -16,6 +16,8 @@ namespace {
 
 #define FIELD(...)
 #define WRITER(...)
+#define SETTER(...)
+#define GETTER(...)
 #define ENUMERATOR(...)
 #define WORDS(Enumeration, toWord, toValue)             \
     Orvu::Enumeration readBack(Orvu::Enumeration value) \
@@ -57,6 +59,8 @@ std::vector<Enumerator> enumerators()
 #include "fields.inc"
 #undef FIELD
 #undef WRITER
+#undef SETTER
+#undef GETTER
 #undef ENUMERATOR
 #undef WORDS
     };

@@ -1,6 +1,8 @@
 # Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description
-# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text"). And for
-# each enumeration that has two functions for its words: WORDS(enumeration, function to a word, function from a word).
+# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text"). For each
+# function that sets or shows a field that stands above it: SETTER(class, field, function), GETTER(class, field,
+# function). For each enumeration that has two functions for its words: WORDS(enumeration, function to a word, function
+# from a word).
 
 function quoted(text)
 {
@@ -33,6 +35,15 @@ function nameIn(code)
     sub(/\[[0-9]+\]$/, "", code)
     sub(/^.*[ *]/, "", code)
     return code
+}
+
+# Writes a row for a function of this name, which begins with "set", "get" or "is".
+function accessor(kind, name,   field)
+{
+    field = name
+    sub(/^(set|get|is)/, "", field)
+    field = tolower(substr(field, 1, 1)) substr(field, 2)
+    if ((owner, field) in isField) print kind "(" owner ", " field ", " name ")"
 }
 
 /^class ORVU_EXPORT / { holder = $3 }
@@ -73,9 +84,12 @@ isMessage {
     sub(/ *\/\/.*/, "", line)
     code = code line
     if (code ~ /;$/ && code !~ /[(){}]|^ *(static|using|friend|virtual) / || code ~ /^[^()]* = \{\};$/) {
+        isField[owner, nameIn(code)] = 1
         row = "FIELD(" owner ", " nameIn(code)
         text = above " " comment($0)
     }
+    if (match(line, /set[A-Z][A-Za-z0-9]*\([^,)*]+\)/)) accessor("SETTER", substr(line, RSTART, index(substr(line, RSTART), "(") - 1))
+    if (match(line, /(get|is)[A-Z][A-Za-z0-9]*\(\) const/)) accessor("GETTER", substr(line, RSTART, RLENGTH - 8))
     if (code ~ /[;}{:]$/ || line ~ /^ *$/) code = above = ""
 }
 

@@ -25,6 +25,8 @@ INSTANTIATE_TEST_SUITE_P(
              number("copy", &ClientApplication::copy), number("pairingState", &ClientApplication::pairingState),
              number("authorized", &ClientApplication::authorized),
              text("refreshToken", &ClientApplication::refreshToken), number("bornTime", &ClientApplication::bornTime)}),
+        keysOf<ClientApplicationList>("ClientApplicationList", {}, {"clientApplicationList"}),
+        keysOf<ServiceBindTokensList>("ServiceBindTokensList", {}),
         keysOf<ServiceBindTokens>("ServiceBindTokens", {textShownBy("serviceContextId", locatorOf)}),
         keysOf<ServiceBoundTokenList>("ServiceBoundTokenList", {text("token", &ServiceBoundTokenList::token)},
                                       {"boundServices"}),

@@ -31,6 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
         keysOf<PinScreen>("PinScreen",
                           {required(text("displayName", &PinScreen::displayName)), text("pin", &PinScreen::pin),
                            boolean("dispose", &PinScreen::dispose), boolean("success", &PinScreen::success)}),
+        keysOf<ScreenDescription>("ScreenDescription", {}, {"screen_items"}),
         keysOf<ScreenItem>("ScreenItem",
                            {text("type", &ScreenItem::type), boolean("visible", &ScreenItem::visible),
                             boolean("enabled", &ScreenItem::enabled), boolean("focused", &ScreenItem::focused),

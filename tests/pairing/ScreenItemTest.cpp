@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "orvu/PairingScreens.h"
-#include "support/Children.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
@@ -33,34 +31,6 @@ void withoutHeader(ScreenItem& item)
     item.serializeHeader(false);
 }
 
-TEST(AScreenItem, StartsEmpty)
-{
-    const ScreenItem item;
-    EXPECT_EQ(item.getDataType(), 90u);
-    EXPECT_EQ(item.type + item.checked + item.content, "");
-    EXPECT_FALSE(item.enabled || item.focused || item.visible);
-    EXPECT_TRUE(item.items.empty());
-}
-
-TEST(AScreenItem, WritesItsKeysInTheAgreedOrder)
-{
-    ScreenItem item;
-    item.type = "button";
-    item.enabled = true;
-    item.checked = "true";
-    item.content = "OK";
-    EXPECT_EQ(textOf(item),
-              "{\n"
-              "\t\"HEADER\":\t\"screenItem\",\n"
-              "\t\"type\":\t\"button\",\n"
-              "\t\"visible\":\tfalse,\n"
-              "\t\"enabled\":\ttrue,\n"
-              "\t\"focused\":\tfalse,\n"
-              "\t\"checked\":\ttrue,\n"
-              "\t\"content\":\t\"OK\"\n"
-              "}");
-}
-
 TEST(AScreenItem, WritesAnEmptyListWithoutContentAndChildren)
 {
     ScreenItem item;
@@ -73,43 +43,6 @@ TEST(AScreenItem, WritesAnEmptyListWithoutContentAndChildren)
               "\t\"enabled\":\tfalse,\n"
               "\t\"focused\":\ttrue,\n"
               "\t\"contentList\":\t[]\n"
-              "}");
-}
-
-TEST(AScreenItem, WritesItsChildrenInOrderWithoutTheirHeaders)
-{
-    ScreenItem item;
-    item.addItem(new ScreenItem);
-    item.addItem(new ScreenItem);
-    item.items[0]->type = "row";
-    item.items[0]->addItem(new ScreenItem);
-    item.items[1]->content = "text";
-    withoutHeader(item);
-    EXPECT_EQ(textOf(item),
-              "{\n"
-              "\t\"type\":\t\"\",\n"
-              "\t\"visible\":\tfalse,\n"
-              "\t\"enabled\":\tfalse,\n"
-              "\t\"focused\":\tfalse,\n"
-              "\t\"contentList\":\t[{\n"
-              "\t\t\t\"type\":\t\"row\",\n"
-              "\t\t\t\"visible\":\tfalse,\n"
-              "\t\t\t\"enabled\":\tfalse,\n"
-              "\t\t\t\"focused\":\tfalse,\n"
-              "\t\t\t\"contentList\":\t[{\n"
-              "\t\t\t\t\t\"type\":\t\"\",\n"
-              "\t\t\t\t\t\"visible\":\tfalse,\n"
-              "\t\t\t\t\t\"enabled\":\tfalse,\n"
-              "\t\t\t\t\t\"focused\":\tfalse,\n"
-              "\t\t\t\t\t\"contentList\":\t[]\n"
-              "\t\t\t\t}]\n"
-              "\t\t}, {\n"
-              "\t\t\t\"type\":\t\"\",\n"
-              "\t\t\t\"visible\":\tfalse,\n"
-              "\t\t\t\"enabled\":\tfalse,\n"
-              "\t\t\t\"focused\":\tfalse,\n"
-              "\t\t\t\"content\":\t\"text\"\n"
-              "\t\t}]\n"
               "}");
 }
 
@@ -159,71 +92,6 @@ TEST(AScreenItem, ReadsACheckStateAsAText)
     EXPECT_EQ(Read(R"({"checked": 0})").checked, "false");
     EXPECT_EQ(Read(R"({"checked": "true"})").checked, "");
     EXPECT_EQ(Read("{}").checked, "");
-}
-
-TEST(AScreenItem, SkipsChildrenWithoutAJsonText)
-{
-    ScreenItem item;
-    item.addItem(new Silent<ScreenItem>);
-    item.addItem(new Saying<ScreenItem>("no JSON"));
-    item.addItem(new Saying<ScreenItem>("5"));
-    item.addItem(new Saying<ScreenItem>(R"({"HEADER": "mine"})"));
-    item.addItem(new Saying<ScreenItem>("{"));
-    withoutHeader(item);
-    EXPECT_EQ(textOf(item),
-              "{\n"
-              "\t\"type\":\t\"\",\n"
-              "\t\"visible\":\tfalse,\n"
-              "\t\"enabled\":\tfalse,\n"
-              "\t\"focused\":\tfalse,\n"
-              "\t\"contentList\":\t[5, {\n"
-              "\t\t\t\"HEADER\":\t\"mine\"\n"
-              "\t\t}]\n"
-              "}");
-}
-
-TEST(AScreenItem, SwitchesTheHeadersOfItsChildrenOffForGood)
-{
-    ScreenItem item;
-    item.addItem(new ScreenItem);
-    item.addItem(new Silent<ScreenItem>);
-    textOf(item);
-    EXPECT_EQ(textOf(*item.items[0]).find("HEADER"), std::string::npos);
-    EXPECT_EQ(taken(item.items[1]->ScreenItem::serialize()).find("HEADER"), std::string::npos);
-}
-
-TEST(AScreenItem, PassesOverNulls)
-{
-    ScreenItem item;
-    item.addItem(nullptr);
-    EXPECT_TRUE(item.items.empty());
-    item.items.push_back(nullptr);
-    item.addItem(new Saying<ScreenItem>("5"));
-    EXPECT_NE(textOf(item).find("\"contentList\":\t[5]"), std::string::npos);
-}
-
-TEST(AScreenItem, DeletesItsChildren)
-{
-    int destroyed = 0;
-    {
-        ScreenItem item;
-        item.addItem(new Counted<ScreenItem>(destroyed));
-        item.items[0]->addItem(new Counted<ScreenItem>(destroyed));
-        item.items.push_back(nullptr);
-    }
-    EXPECT_EQ(destroyed, 2);
-}
-
-TEST(AScreenItem, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<ScreenItem> || std::is_copy_assignable_v<ScreenItem>);
-    EXPECT_FALSE(std::is_copy_constructible_v<ScreenDescription> || std::is_copy_assignable_v<ScreenDescription>);
-}
-
-TEST(AScreenItem, ReadsAnEmptyObject)
-{
-    Read item("{}");
-    EXPECT_TRUE(item.items.empty());
 }
 
 TEST(AScreenItem, IsFocusedByEitherName)
@@ -291,47 +159,6 @@ TEST(AScreenItem, ReadsChildrenThoughItHasContentOfItsOwn)
     EXPECT_TRUE(item.deserialize(R"({"contentList": [{"type": "a"}]})"));
     EXPECT_EQ(item.content, "before");
     EXPECT_EQ(typesOf(item.items), (Types{"a"}));
-}
-
-TEST(AScreenItem, MakesAChildOfAnyElement)
-{
-    EXPECT_EQ(typesOf(Read(R"({"contentList": [null, 5, "text", true, [], {"type": "a"}]})").items),
-              (Types{"", "", "", "", "", "a"}));
-    EXPECT_EQ(typesOf(Read(R"({"contentList": {"x": {"type": "a"}, "y": {"type": "b"}}})").items), (Types{"a", "b"}));
-}
-
-TEST(AScreenItem, HasNoChildrenUnderAValueOfAnotherKind)
-{
-    for (const char* value : {"null", "5", "true", R"("text")", "[]", "{}"})
-        EXPECT_TRUE(Read(R"({"contentList": )" + std::string(value) + "}").items.empty()) << value;
-}
-
-TEST(AScreenItem, AppendsToTheChildrenItHolds)
-{
-    Read item(R"({"contentList": [{"type": "a"}]})");
-    EXPECT_TRUE(item.deserialize(R"({"contentList": [{"type": "b"}, {"type": "c"}]})"));
-    EXPECT_EQ(typesOf(item.items), (Types{"a", "b", "c"}));
-}
-
-TEST(AScreenItem, TakesTheFirstOfEqualLists)
-{
-    EXPECT_EQ(typesOf(Read(R"({"CONTENTLIST": [{"type": "a"}], "contentList": [{"type": "b"}]})").items), (Types{"a"}));
-}
-
-TEST(AScreenItem, HasAccessors)
-{
-    ScreenItem item;
-    item.setType("button");
-    item.setChecked("true");
-    item.setContent("OK");
-    item.setEnabled(true);
-    EXPECT_EQ(item.getType() + item.getChecked() + item.getContent(), "buttontrueOK");
-    EXPECT_TRUE(item.isEnabled() && !item.isFocused() && !item.isVisible());
-    item.setFocused(true);
-    EXPECT_TRUE(item.isFocused() && !item.isVisible());
-    item.setVisible(true);
-    item.setEnabled(false);
-    EXPECT_TRUE(item.isVisible() && !item.isEnabled());
 }
 
 }  // namespace

@@ -84,21 +84,6 @@ TYPED_TEST(AnAction, IsReadFromObjectsOnly)
     EXPECT_EQ(error, 77);
 }
 
-TEST(ATargetAppPerformAction, WritesActionAndPriorityAlways)
-{
-    TargetAppPerformAction action;
-    EXPECT_EQ(action.getDataType(), 69u);
-    EXPECT_EQ(textOf(action),
-              "{\n\t\"HEADER\":\t\"targetAppPerformAction\",\n\t\"action\":\t\"unknown\",\n\t\"priority\":"
-              "\t\"foreground\"\n}");
-    action.serializeHeader(false);
-    action.canonicalName = "c";
-    action.action = TargetStatusTypeRequesting;
-    action.priority = static_cast<PriorityType>(3);
-    EXPECT_EQ(textOf(action),
-              "{\n\t\"canonicalName\":\t\"c\",\n\t\"action\":\t\"requesting\",\n\t\"priority\":\t\"\"\n}");
-}
-
 TEST(ATargetAppPerformAction, RemembersWhatWasRead)
 {
     TargetAppPerformAction action;
@@ -108,17 +93,6 @@ TEST(ATargetAppPerformAction, RemembersWhatWasRead)
     EXPECT_EQ(action.priority, PriorityTypeForeground);
     EXPECT_TRUE(action.canonicalNameRead && action.actionRead);
     EXPECT_FALSE(action.priorityRead);
-}
-
-TEST(ADeepLink, WritesATargetOnlyWhenItHasOne)
-{
-    DeepLink link;
-    EXPECT_EQ(textOf(link), "{\n\t\"HEADER\":\t\"deepLink\",\n\t\"url\":\t\"\"\n}");
-    link.serializeHeader(false);
-    EXPECT_EQ(textOf(link), "{\n\t\"url\":\t\"\"\n}");
-    link.setTargetId("t");
-    link.setUrl("u");
-    EXPECT_EQ(textOf(link), "{\n\t\"targetId\":\t\"t\",\n\t\"url\":\t\"u\"\n}");
 }
 
 }  // namespace

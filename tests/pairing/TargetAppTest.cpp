@@ -4,7 +4,6 @@
 #include <type_traits>
 
 #include "orvu/TargetApplications.h"
-#include "support/Children.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
@@ -17,18 +16,6 @@ constexpr const char* kFilters = R"("filters": [{"scheme": "https"}])";
 std::string with(const std::string& members)
 {
     return "{" + members + kFilters + "}";
-}
-
-TEST(ATargetAppFilter, WritesHostAndPathOnlyWhenGiven)
-{
-    TargetAppFilter filter;
-    EXPECT_EQ(filter.getDataType(), 65u);
-    EXPECT_EQ(textOf(filter), "{\n\t\"HEADER\":\t\"targetAppFilter\",\n\t\"scheme\":\t\"\"\n}");
-    filter.serializeHeader(false);
-    filter.scheme = "s";
-    filter.host = "h";
-    filter.path = "p";
-    EXPECT_EQ(textOf(filter), "{\n\t\"scheme\":\t\"s\",\n\t\"host\":\t\"h\",\n\t\"path\":\t\"p\"\n}");
 }
 
 TEST(ATargetAppFilter, IsAUrlOnceItHasSchemeAndHost)

@@ -16,17 +16,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-void fill(ClientApplication& app)
-{
-    app.clientId = "c";
-    app.displayName = "d";
-    app.copy = 1;
-    app.pairingState = 2;
-    app.authorized = 3;
-    app.bornTime = 4;
-    app.refreshToken = "r";
-}
-
 TEST(AClientApplication, IsBornWhenItIsMade)
 {
     const std::time_t before = std::time(nullptr);
@@ -37,27 +26,6 @@ TEST(AClientApplication, IsBornWhenItIsMade)
     app.bornTime = 5;
     EXPECT_TRUE(app.deserialize("{}"));
     EXPECT_EQ(app.bornTime, 5);
-}
-
-TEST(AClientApplication, WritesItsKeysInTheAgreedOrder)
-{
-    ClientApplication app;
-    EXPECT_EQ(app.getDataType(), 86u);
-    fill(app);
-    EXPECT_EQ(textOf(app),
-              "{\n\t\"HEADER\":\t\"clientApplication\",\n\t\"clientId\":\t\"c\",\n\t\"displayName\":\t\"d\","
-              "\n\t\"copy\":\t1,\n"
-              "\t\"pairingState\":\t2,\n\t\"authorized\":\t3,\n\t\"refreshToken\":\t\"r\",\n\t\"bornTime\":\t4\n}");
-}
-
-TEST(AClientApplication, IsCopiedWithEveryField)
-{
-    ClientApplication app;
-    fill(app);
-    const std::string text = textOf(app);
-    app.serializeHeader(false);
-    ClientApplication copy(app);
-    EXPECT_EQ(textOf(copy), text);  // a copy's header flag is set
 }
 
 TEST(AClientApplicationList, WritesIdsForDeletionOnlyWhenThereAreSome)
@@ -298,27 +266,6 @@ TEST(ABindTokensList, NeedsNoServicesUnlikeABoundTokenList)
     ServiceBoundTokenList bound;
     EXPECT_FALSE(bound.deserialize(R"({"token": "a"})"));
     EXPECT_EQ(bound.token, "a");
-}
-
-TEST(ABoundTokenList, WritesItsTokenOnlyWhenItHasOne)
-{
-    ServiceBoundTokenList list;
-    list.serializeHeader(false);
-    EXPECT_EQ(textOf(list), "{\n\t\"HEADER\":\t\"ServiceBoundTokenList\",\n\t\"boundServices\":\t[]\n}");
-    list.setToken("a");
-    EXPECT_EQ(textOf(list),
-              "{\n\t\"HEADER\":\t\"ServiceBoundTokenList\",\n\t\"token\":\t\"a\",\n\t\"boundServices\":\t[]\n}");
-}
-
-TEST(ARevokeToken, WritesTokenAndService)
-{
-    RevokeToken revoke;
-    EXPECT_EQ(textOf(revoke),
-              "{\n\t\"HEADER\":\t\"revokeToken\",\n\t\"token\":\t\"\",\n\t\"serviceContextId\":\t\"\"\n}");
-    revoke.serializeHeader(false);
-    revoke.setToken("a");
-    revoke.setServiceContextId("1.2.01");
-    EXPECT_EQ(textOf(revoke), "{\n\t\"token\":\t\"a\",\n\t\"serviceContextId\":\t\"1.2.01\"\n}");
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <climits>
 #include <gtest/gtest.h>
 
 #include "orvu/PlatformCapabilities.h"
@@ -8,24 +7,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-TEST(SomeBounds, StartUnknownAndCarryTheTypeOfAPosition)
-{
-    Bounds bounds;
-    EXPECT_EQ(bounds.getDataType(), 19u);
-    EXPECT_EQ(Bounds(1, 2).getDataType(), 19u);
-    EXPECT_EQ(textOf(bounds), R"({"w":-1,"h":-1})");
-}
-
-TEST(SomeBounds, AreWrittenWithoutAHeader)
-{
-    Bounds bounds(1920, 1080);
-    EXPECT_EQ(textOf(bounds), R"({"w":1920,"h":1080})");
-    bounds.serializeHeader(false);
-    bounds.w = INT_MIN;
-    bounds.h = INT_MAX;
-    EXPECT_EQ(textOf(bounds), R"({"w":-2147483648,"h":2147483647})");
-}
 
 TEST(SomeBounds, AreSetCrosswise)
 {
@@ -45,15 +26,6 @@ TEST(SomeBounds, AreCopiedCrosswise)
     EXPECT_EQ(textOf(bounds), R"({"w":1080,"h":1920})");
     bounds.copyValues(&bounds);
     EXPECT_EQ(textOf(bounds), R"({"w":1920,"h":1080})");
-}
-
-TEST(SomeBounds, HaveAccessors)
-{
-    Bounds bounds;
-    bounds.setW(3);
-    bounds.setH(4);
-    EXPECT_EQ(bounds.getW(), 3);
-    EXPECT_EQ(bounds.getH(), 4);
 }
 
 TEST(SomeBounds, KeepTheirNumbersWhereANestedTextHasNone)

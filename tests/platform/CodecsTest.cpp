@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <string>
 #include <vector>
 
 #include "orvu/Codecs.h"
@@ -9,14 +8,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-TEST(SomeCodecs, StartEmpty)
-{
-    Codecs codecs;
-    EXPECT_EQ(codecs.getDataType(), 43u);
-    EXPECT_TRUE(codecs.video.empty() && codecs.audio.empty() && codecs.subtitle.empty() && codecs.image.empty());
-    EXPECT_EQ(textOf(codecs), R"({"video":[],"audio":[],"subtitle":[]})");
-}
 
 TEST(SomeCodecs, WriteTheirWordsInOrderWithoutAHeader)
 {
@@ -68,27 +59,6 @@ TEST(SomeCodecs, SkipWhatIsNoWord)
     Codecs codecs;
     EXPECT_TRUE(codecs.deserialize(R"({"video": [null, 1, "H.265", true, ["H.264"], {"a": "H.264"}, ""]})"));
     EXPECT_EQ(codecs.video, (std::vector<VideoCodec>{VideoCodecH265, VideoCodecUnknown}));
-}
-
-TEST(SomeCodecs, CanBeReadFromAnyJson)
-{
-    Codecs codecs;
-    for (const char* text : {"{}", "[]", "5", "null", R"("video")", R"({"video": 5, "audio": null, "subtitle": "x"})",
-                             R"([{"video": ["H.264"]}])"})
-        EXPECT_TRUE(codecs.deserialize(text)) << text;
-    EXPECT_EQ(textOf(codecs), R"({"video":[],"audio":[],"subtitle":[]})");
-}
-
-TEST(SomeCodecs, AreNotReadFromWhatIsNoJson)
-{
-    Codecs codecs;
-    EXPECT_FALSE(codecs.deserialize(nullptr));
-    for (const char* text : {"", "{", "no JSON", R"({"video": ["H.264"])"})
-        EXPECT_FALSE(codecs.deserialize(text)) << text;
-    unsigned char error = 77;
-    EXPECT_FALSE(codecs.deserialize(R"({"video": ["H.264"]})", error));
-    EXPECT_EQ(error, 77);
-    EXPECT_TRUE(codecs.video.empty());
 }
 
 }  // namespace

@@ -71,6 +71,8 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Players, AMessage,
     testing::Values(
+        keysOf<Codecs>("Codecs", {}), keysOf<DrmSystemList>("DrmSystemList", {}, {"drms"}),
+        keysOf<MediaPlayerList>("MediaPlayerList", {}, {"players"}),
         keysOf<DrmSystem>("DrmSystem",
                           {text("systemId", &DrmSystem::systemId), text("drmName", &DrmSystem::drmName),
                            text("drmVersion", &DrmSystem::drmVersion)},

@@ -5,8 +5,6 @@
 #include <vector>
 
 #include "orvu/PlatformCapabilities.h"
-#include "support/Children.h"
-#include "support/Messages.h"
 
 using namespace Orvu;
 
@@ -184,44 +182,6 @@ TEST(ReadCapabilities, HaveCodecsOfDolbyVisionOnlyWhenTheTextNamesIt)
     can.addDynamicRangeType(DynamicRangeTypeDolbyVision);
     EXPECT_TRUE(can.deserialize(textWith(with("dynamicRange", R"(["SDR"])")).c_str()));
     EXPECT_TRUE(can.dolbyVisionCodecString.empty());
-}
-
-TEST(ReadCapabilities, MakeALayerAndAnInterfaceOfAnyElement)
-{
-    const std::string elements = R"([{"type": "video"}, null, 5, "text", [], {"type": 5, "bounds": 5}])";
-    EXPECT_EQ(Reading(with("displayLayers", elements)).can.displayLayers.size(), 6u);
-    EXPECT_EQ(Reading(with("networkInterfaces", elements)).can.networkInterfaces.size(), 6u);
-    EXPECT_EQ(Reading(with("displayLayers", R"({"a": {"type": "video"}})")).can.displayLayers[0]->type,
-              DisplayLayerTypeVideo);
-}
-
-TEST(ReadCapabilities, MayHaveAScreenSizeOfAnyKind)
-{
-    for (const char* value : {"null", "5", R"("x")", "[]", R"({"w": "7"})"}) {
-        const Reading read(with("physicalScreenSize", value));
-        EXPECT_TRUE(read.success) << value;
-        EXPECT_EQ(read.can.physicalScreenSize->w, -1) << value;
-    }
-}
-
-TEST(ReadCapabilities, MakeAScreenSizeAnewWhenTheApplicationTookIt)
-{
-    PlatformCapabilities can;
-    delete std::exchange(can.physicalScreenSize, nullptr);
-    EXPECT_TRUE(can.deserialize(textWith(with("physicalScreenSize", "")).c_str()));
-    EXPECT_EQ(can.physicalScreenSize, nullptr);
-    EXPECT_TRUE(can.deserialize(textWith(someMembers()).c_str()));
-    ASSERT_NE(can.physicalScreenSize, nullptr);
-    EXPECT_EQ(can.physicalScreenSize->w, 7);
-}
-
-TEST(ReadCapabilities, LetAScreenSizeOfAnApplicationReadForItself)
-{
-    PlatformCapabilities can;
-    auto* const bounds = new Listening<Bounds>(false);
-    delete std::exchange(can.physicalScreenSize, bounds);
-    EXPECT_TRUE(can.deserialize(textWith(someMembers()).c_str()));
-    EXPECT_EQ(bounds->heard, "{\n\t\"w\":\t7\n}");
 }
 
 TEST(ReadCapabilities, StandInTheFirstObjectOfTheirName)

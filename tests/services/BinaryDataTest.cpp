@@ -2,7 +2,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
-#include <type_traits>
 
 #include "orvu/BinaryData.h"
 #include "support/Messages.h"
@@ -38,27 +37,6 @@ std::string base64Of(BinaryData& data)
 {
     return memberOf(data, "buffer");
 }
-
-class ABinaryDataType : public testing::TestWithParam<std::pair<DataType, const char*>> {};
-
-TEST_P(ABinaryDataType, StartsEmptyAndNamesItself)
-{
-    BinaryData data(GetParam().first);
-    EXPECT_EQ(data.getDataType(), GetParam().first);
-    EXPECT_EQ(data.serviceContextId + data.timestamp, "");
-    EXPECT_EQ(data.bufferSize, 0u);
-    EXPECT_EQ(data.buffer, nullptr);
-    EXPECT_EQ(textOf(data), "{\n\t\"HEADER\":\t\"" + std::string(GetParam().second) +
-                                "\",\n\t\"serviceContextId\":\t\"\",\n\t\"bufferSize\":\t0,\n\t\"buffer\":\t\"\",\n"
-                                "\t\"timestamp\":\t\"\"\n}");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tables, ABinaryDataType,
-    testing::Values(std::pair{DataTypeBinaryNIT, "binaryNIT"}, std::pair{DataTypeBinarySDT, "binarySDT"},
-                    std::pair{DataTypeBinaryPAT, "binaryPAT"}, std::pair{DataTypeBinaryBAT, "binaryBAT"},
-                    std::pair{DataTypeBinaryPMT, "binaryPMT"}, std::pair{DataTypeBinaryEPG, "binaryEPG"}),
-    [](const auto& info) { return std::string(info.param.second); });
 
 TEST(BinaryDataOf, ThreeBytesIsWrittenAsBase64)
 {
@@ -209,12 +187,6 @@ TEST(BinaryDataReading, IsTheInverseOfWriting)
     ASSERT_EQ(read.bufferSize, 1000u);
     EXPECT_EQ(std::memcmp(read.buffer, bytes.data(), bytes.size()), 0);
     EXPECT_EQ(textOf(read), textOf(table));
-}
-
-TEST(BinaryData, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<Orvu::BinaryData>);
-    EXPECT_FALSE(std::is_copy_assignable_v<Orvu::BinaryData>);
 }
 
 }  // namespace

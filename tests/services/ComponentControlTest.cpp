@@ -9,24 +9,6 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-TEST(AServiceComponentTag, StartsAtZero)
-{
-    const ServiceComponentTag tag;
-    EXPECT_EQ(tag.getDataType(), 22u);
-    EXPECT_EQ(tag.componentTag, 0);
-}
-
-TEST(AServiceComponentTag, WritesAPlainNumber)
-{
-    ServiceComponentTag tag;
-    EXPECT_EQ(textOf(tag), "{\n\t\"HEADER\":\t\"serviceComponentTag\",\n\t\"componentTag\":\t0\n}");
-    tag.componentTag = 0x12;
-    tag.serializeHeader(false);
-    EXPECT_EQ(textOf(tag), "{\n\t\"componentTag\":\t18\n}");
-    tag.componentTag = INT_MIN;
-    EXPECT_EQ(textOf(tag), "{\n\t\"componentTag\":\t-2147483648\n}");
-}
-
 TEST(AServiceComponentTag, IsNotReadFromAHexadecimalText)
 {
     ServiceComponentTag tag;
@@ -34,14 +16,6 @@ TEST(AServiceComponentTag, IsNotReadFromAHexadecimalText)
     EXPECT_FALSE(tag.deserialize(R"({"componentTag": "0x12"})"));
     EXPECT_FALSE(tag.deserialize("{}"));
     EXPECT_EQ(tag.componentTag, 5);
-}
-
-TEST(AChangeOfAComponent, StartsAsSwitchingOff)
-{
-    const RtkChangeComponentStatus change;
-    EXPECT_EQ(change.getDataType(), 96u);
-    EXPECT_FALSE(change.enableComponent);
-    EXPECT_EQ(change.componentTag, 0u);
 }
 
 TEST(AChangeOfAComponent, WritesItsKeysInTheAgreedOrder)
@@ -54,12 +28,6 @@ TEST(AChangeOfAComponent, WritesItsKeysInTheAgreedOrder)
     change.componentTag = UINT_MAX;
     change.serializeHeader(false);
     EXPECT_EQ(textOf(change), "{\n\t\"enableComponent\":\ttrue,\n\t\"componentTag\":\t4294967295\n}");
-}
-
-TEST(AChangeOfAComponent, ReadsAnEmptyObject)
-{
-    RtkChangeComponentStatus change;
-    EXPECT_TRUE(change.deserialize("{}"));
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include "orvu/EventDescriptors.h"
 #include "support/Messages.h"
-#include "support/SampleFields.h"
 
 using namespace Orvu;
 
@@ -29,14 +28,6 @@ using Nibbles = std::vector<int>;
 Nibbles nibblesOf(const ContentDescriptor& descriptor)
 {
     return Nibbles(std::begin(descriptor.content), std::end(descriptor.content));
-}
-
-TEST(AContentDescriptor, StartsAsFourZeros)
-{
-    ContentDescriptor descriptor;
-    EXPECT_EQ(descriptor.getDataType(), 73u);
-    EXPECT_EQ(nibblesOf(descriptor), (Nibbles{0, 0, 0, 0}));
-    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"contentDescription":[0,0,0,0]})");
 }
 
 TEST(AContentDescriptor, WritesItsFourNumbers)
@@ -91,27 +82,6 @@ TEST(AContentDescriptor, IsNotReadWithoutItsKey)
     EXPECT_EQ(error, 77);
 }
 
-TEST(AContentDescriptor, ReadsTwice)
-{
-    ContentDescriptor descriptor;
-    EXPECT_TRUE(descriptor.deserialize(R"({"contentDescription": [1, 2, 3, 4]})"));
-    EXPECT_TRUE(descriptor.deserialize(R"({"contentDescription": [5, 6, 7, 8]})"));
-    EXPECT_EQ(nibblesOf(descriptor), (Nibbles{5, 6, 7, 8}));
-}
-
-TEST(ALinkageDescriptor, WritesItsKeysInTheAgreedOrder)
-{
-    LinkageDescriptor linkage;
-    EXPECT_EQ(linkage.getDataType(), 74u);
-    EXPECT_EQ(textWithAnyFlag(linkage), R"({"tsId":0,"networkId":0,"serviceId":0,"type":0,"data":""})");
-    linkage.tsId = 1;
-    linkage.networkId = 2;
-    linkage.serviceId = 3;
-    linkage.type = -4;
-    linkage.data = "\"5\"";
-    EXPECT_EQ(textWithAnyFlag(linkage), R"({"tsId":1,"networkId":2,"serviceId":3,"type":-4,"data":"\"5\""})");
-}
-
 TEST(ALinkageDescriptor, NeverReadsItsDataBack)
 {
     LinkageDescriptor linkage;
@@ -121,47 +91,6 @@ TEST(ALinkageDescriptor, NeverReadsItsDataBack)
     EXPECT_EQ(linkage.data, "kept");
 }
 
-TEST(AHyperlinkDescriptor, WritesItsKeysInTheAgreedOrder)
-{
-    HyperlinkDescriptor hyperlink;
-    EXPECT_EQ(hyperlink.getDataType(), 75u);
-    EXPECT_EQ(textWithAnyFlag(hyperlink),
-              R"({"type":0,"destinationType":0,"tsId":0,"networkId":0,"eventId":0,"componentTag":0,"moduleId":0,)"
-              R"("serviceId":0,"contentId":0,"url":""})");
-    hyperlink.type = 1;
-    hyperlink.destinationType = 2;
-    hyperlink.tsId = 3;
-    hyperlink.networkId = 4;
-    hyperlink.eventId = 5;
-    hyperlink.componentTag = 6;
-    hyperlink.moduleId = 7;
-    hyperlink.serviceId = 8;
-    hyperlink.contentId = 9;
-    hyperlink.url = "http://a/b";
-    EXPECT_EQ(textWithAnyFlag(hyperlink),
-              R"({"type":1,"destinationType":2,"tsId":3,"networkId":4,"eventId":5,"componentTag":6,"moduleId":7,)"
-              R"("serviceId":8,"contentId":9,"url":"http://a/b"})");
-}
-
-TEST(ASeriesDescriptor, WritesANumberForItsUrl)
-{
-    SeriesDescriptor series;
-    EXPECT_EQ(series.getDataType(), 76u);
-    EXPECT_EQ(
-        textWithAnyFlag(series),
-        R"({"id":0,"url":0,"repeatLabel":0,"programPattern":0,"episodeNumber":0,"lastEpisodeNumber":0,"name":""})");
-    series.id = 1;
-    series.url = 2;
-    series.repeatLabel = 3;
-    series.programPattern = 4;
-    series.episodeNumber = 5;
-    series.lastEpisodeNumber = 6;
-    series.name = "S";
-    EXPECT_EQ(
-        textWithAnyFlag(series),
-        R"({"id":1,"url":2,"repeatLabel":3,"programPattern":4,"episodeNumber":5,"lastEpisodeNumber":6,"name":"S"})");
-}
-
 TEST(ASeriesDescriptor, ReadsNoTextForItsUrl)
 {
     SeriesDescriptor series;
@@ -169,36 +98,6 @@ TEST(ASeriesDescriptor, ReadsNoTextForItsUrl)
     EXPECT_TRUE(series.deserialize(R"({"url": "http://a/b", "id": 1})"));
     EXPECT_EQ(series.url, 5);
     EXPECT_EQ(series.id, 1);
-}
-
-TEST(AnEventGroupDescriptor, WritesItsKeysInTheAgreedOrder)
-{
-    EventGroupDescriptor descriptor;
-    EXPECT_EQ(descriptor.getDataType(), 77u);
-    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"id":0,"tsId":0,"networkId":0,"serviceId":0})");
-    descriptor.id = 1;
-    descriptor.tsId = 2;
-    descriptor.networkId = 3;
-    descriptor.serviceId = 4;
-    EXPECT_EQ(textWithAnyFlag(descriptor), R"({"id":1,"tsId":2,"networkId":3,"serviceId":4})");
-}
-
-template <class Descriptor>
-void expectReadsAnything()
-{
-    Descriptor descriptor;
-    for (const char* text : {"{}", "[]", "5", "null", R"("text")", R"({"url": [1], "type": {}, "id": "x"})"})
-        EXPECT_TRUE(descriptor.deserialize(text)) << text;
-    EXPECT_EQ(textOf(descriptor), textOf(*std::make_unique<Descriptor>()));
-}
-
-TEST(AFlatDescriptor, CanBeReadFromAnyJson)
-{
-    expectReadsAnything<LinkageDescriptor>();
-    expectReadsAnything<HyperlinkDescriptor>();
-    expectReadsAnything<SeriesDescriptor>();
-    expectReadsAnything<EventGroupDescriptor>();
-    expectReadsAnything<ComponentGroupDescriptor>();
 }
 
 template <class Descriptor>

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "orvu/EventDescriptors.h"
-#include "support/Children.h"
 #include "support/Messages.h"
 
 using namespace Orvu;
@@ -47,8 +46,8 @@ int numberOf(const CAUnit& unit)
     return unit.id;
 }
 
-/// A group as new, read from a text, in which "#" stands for the name of its number and 5* for the element with the id
-/// 5.
+/// A group as new, read from a text, in which "#" stands for the name of its number and 5* for the element with the
+/// id 5.
 template <class Group>
 struct Reading {
     Group group;
@@ -170,84 +169,6 @@ TYPED_TEST(APositionalGroup, AppendsToWhatItHolds)
     EXPECT_EQ(read.ids(), (Ids{5, 7}));
 }
 
-TEST(AnEventGroup, WritesItsDescriptors)
-{
-    EventGroup group;
-    EXPECT_EQ(group.getDataType(), 78u);
-    EXPECT_EQ(textOf(group), R"({"type":0,"eventGroupDescriptor":[]})");
-    group.type = 1;
-    group.addDescriptor(new EventGroupDescriptor);
-    group.addDescriptor(new EventGroupDescriptor);
-    group.descriptors[1]->id = 5;
-    group.serializeHeader(false);
-    EXPECT_EQ(textOf(group), R"({"type":1,"eventGroupDescriptor":[{"id":0,"tsId":0,"networkId":0,"serviceId":0},)"
-                             R"({"id":5,"tsId":0,"networkId":0,"serviceId":0}]})");
-}
-
-TEST(AnEventGroup, MakesADescriptorOfAnyElement)
-{
-    EXPECT_EQ(Reading<EventGroup>(R"({"#": 1, "": [5*, 5, null, "text", [5*], 6*]})").ids(), (Ids{5, 0, 0, 0, 0, 6}));
-}
-
-TEST(AComponentGroup, WritesItsComponents)
-{
-    ComponentGroup group;
-    EXPECT_EQ(group.getDataType(), 79u);
-    EXPECT_EQ(textOf(group), R"({"type":0,"componentGroupDescriptor":[]})");
-    group.type = 1;
-    group.addComponent(new ComponentGroupDescriptor);
-    group.components[0]->description = "d";
-    group.serializeHeader(false);
-    EXPECT_EQ(textOf(group), R"({"type":1,"componentGroupDescriptor":[)"
-                             R"({"id":0,"totalBitRate":0,"description":"d","caUnit":{"id":0,"caUnit":[]}}]})");
-}
-
-TEST(AComponentGroup, MakesAComponentOfAnyElement)
-{
-    EXPECT_EQ(Reading<ComponentGroup>(R"({"#": 1, "": [5*, 5, null, "text", [5*], 6*]})").ids(),
-              (Ids{5, 0, 0, 0, 0, 6}));
-}
-
-template <class Group, class Element, class Add>
-void expectOwnershipAndTexts(Add add, const std::string& emptyText)
-{
-    int destroyed = 0;
-    {
-        Group group;
-        add(group, new Counted<Element>(destroyed));
-        add(group, nullptr);
-    }
-    EXPECT_EQ(destroyed, 1);
-    Group group;
-    add(group, new Silent<Element>);
-    add(group, new Saying<Element>("no JSON"));
-    add(group, new Saying<Element>(""));
-    EXPECT_EQ(textOf(group), emptyText);
-    add(group, new Saying<Element>("[1, {}]"));
-    add(group, new Saying<Element>("null"));
-    EXPECT_EQ(textOf(group), emptyText.substr(0, emptyText.size() - 2) + "[1,{}],null]}");
-}
-
-TEST(AnEventGroup, OwnsItsDescriptorsAndSkipsThoseWithoutAText)
-{
-    expectOwnershipAndTexts<EventGroup, EventGroupDescriptor>(
-        [](EventGroup& group, EventGroupDescriptor* descriptor) { group.addDescriptor(descriptor); },
-        R"({"type":0,"eventGroupDescriptor":[]})");
-    EventGroup group;
-    group.descriptors.push_back(nullptr);
-    EXPECT_EQ(textOf(group), R"({"type":0,"eventGroupDescriptor":[]})");
-}
-
-TEST(AComponentGroup, OwnsItsComponentsAndSkipsThoseWithoutAText)
-{
-    expectOwnershipAndTexts<ComponentGroup, ComponentGroupDescriptor>(
-        [](ComponentGroup& group, ComponentGroupDescriptor* component) { group.addComponent(component); },
-        R"({"type":0,"componentGroupDescriptor":[]})");
-    ComponentGroup group;
-    group.components.push_back(nullptr);
-    EXPECT_EQ(textOf(group), R"({"type":0,"componentGroupDescriptor":[]})");
-}
-
 TEST(ACAUnit, WritesItsTags)
 {
     CAUnit unit;
@@ -258,14 +179,6 @@ TEST(ACAUnit, WritesItsTags)
         unit.addComponentTag(tag);
     unit.serializeHeader(false);
     EXPECT_EQ(textOf(unit), R"({"id":3,"caUnit":[0,16,16,-1,2147483647]})");
-}
-
-TEST(ACAUnit, ReadsItsTags)
-{
-    CAUnit unit;
-    EXPECT_TRUE(unit.deserialize(R"({"id": 3, "caUnit": [16, 17]})"));
-    EXPECT_EQ(unit.id, 3);
-    EXPECT_EQ(unit.componentTags, (Ids{16, 17}));
 }
 
 TEST(ACAUnit, TakesWhatIsNoNumberForZero)
@@ -279,36 +192,6 @@ TEST(ACAUnit, TakesAnInfiniteNestedNumberForZero)
     CAUnit unit;
     EXPECT_TRUE(unit.deserializeObject(treeOf(R"({"id": 1, "": [1e400, 2.9999999999999996]})").get()));
     EXPECT_EQ(unit.componentTags, (Ids{0, 3}));
-}
-
-constexpr const char* kDefaultComponent = R"({"id":0,"totalBitRate":0,"description":"","caUnit":{"id":0,"caUnit":[]}})";
-
-TEST(AComponentGroupDescriptor, StartsWithAUnitOfItsOwn)
-{
-    ComponentGroupDescriptor descriptor;
-    EXPECT_EQ(descriptor.getDataType(), 80u);
-    ASSERT_NE(descriptor.caUnit, nullptr);
-    EXPECT_EQ(textOf(descriptor), kDefaultComponent);
-    descriptor.serializeHeader(false);
-    EXPECT_EQ(textOf(descriptor), kDefaultComponent);
-}
-
-TEST(AComponentGroupDescriptor, LeavesAUnitWithoutATextOut)
-{
-    for (CAUnit* const unit : std::vector<CAUnit*>{nullptr, new Silent<CAUnit>, new Saying<CAUnit>("no JSON")}) {
-        ComponentGroupDescriptor descriptor;
-        delete descriptor.caUnit;
-        descriptor.caUnit = unit;
-        EXPECT_EQ(textOf(descriptor), R"({"id":0,"totalBitRate":0,"description":""})");
-    }
-}
-
-TEST(AComponentGroupDescriptor, CarriesWhateverItsUnitWrites)
-{
-    ComponentGroupDescriptor descriptor;
-    delete descriptor.caUnit;
-    descriptor.caUnit = new Saying<CAUnit>("[ 1 ]");
-    EXPECT_EQ(textOf(descriptor), R"({"id":0,"totalBitRate":0,"description":"","caUnit":[1]})");
 }
 
 TEST(AComponentGroupDescriptor, ReadsIntoTheUnitItHolds)
@@ -330,36 +213,6 @@ TEST(AComponentGroupDescriptor, IgnoresThatItsUnitCannotBeRead)
         EXPECT_EQ(descriptor.id, 1) << value;
         EXPECT_TRUE(descriptor.caUnit->componentTags.empty()) << value;
     }
-}
-
-TEST(AComponentGroupDescriptor, MakesAUnitAnewWhenTheApplicationTookIt)
-{
-    ComponentGroupDescriptor descriptor;
-    delete std::exchange(descriptor.caUnit, nullptr);
-    EXPECT_TRUE(descriptor.deserialize("{}"));
-    EXPECT_EQ(descriptor.caUnit, nullptr);
-    EXPECT_TRUE(descriptor.deserialize(R"({"caUnit": {"id": 3, "x": [1]}})"));
-    ASSERT_NE(descriptor.caUnit, nullptr);
-    EXPECT_EQ(descriptor.caUnit->id, 3);
-}
-
-TEST(AComponentGroupDescriptor, DeletesItsUnit)
-{
-    int destroyed = 0;
-    {
-        ComponentGroupDescriptor descriptor;
-        delete descriptor.caUnit;
-        descriptor.caUnit = new Counted<CAUnit>(destroyed);
-    }
-    EXPECT_EQ(destroyed, 1);
-}
-
-TEST(TheGroupsOfAnEvent, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<EventGroup> || std::is_copy_assignable_v<EventGroup>);
-    EXPECT_FALSE(std::is_copy_constructible_v<ComponentGroup> || std::is_copy_assignable_v<ComponentGroup>);
-    EXPECT_FALSE(std::is_copy_constructible_v<ComponentGroupDescriptor> ||
-                 std::is_copy_assignable_v<ComponentGroupDescriptor>);
 }
 
 }  // namespace

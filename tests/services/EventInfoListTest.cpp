@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 #include <string>
-#include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "orvu/EventInformation.h"
@@ -13,8 +11,6 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-constexpr const char* kEmptyList = "{\n\t\"HEADER\":\t\"eventInfoList\",\n\t\"schedule\":\t[]\n}";
-
 using Names = std::vector<std::string>;
 
 Names namesOf(const EventInfoList& list)
@@ -23,78 +19,6 @@ Names namesOf(const EventInfoList& list)
     for (const EventInfo* event : list.schedule)
         names.push_back(event->name);
     return names;
-}
-
-TEST(AnEventInfoList, StartsEmpty)
-{
-    const EventInfoList list;
-    EXPECT_EQ(list.getDataType(), 72u);
-    EXPECT_EQ(list.serviceContextId + list.timestamp, "");
-    EXPECT_FALSE(list.present || list.following);
-    EXPECT_TRUE(list.schedule.empty());
-}
-
-TEST(AnEventInfoList, WritesItsHeaderWhateverTheFlagSays)
-{
-    EventInfoList list;
-    EXPECT_EQ(textOf(list), kEmptyList);
-    list.serializeHeader(false);
-    EXPECT_EQ(textOf(list), kEmptyList);
-}
-
-/// Speaks for itself with its start time.
-EventInfo* eventSaying(const std::string& text)
-{
-    auto* const event = new Saying<EventInfo>(text);
-    event->startTime = text;
-    return event;
-}
-
-TEST(AnEventInfoList, WritesItsKeysInTheAgreedOrder)
-{
-    EventInfoList list;
-    list.serviceContextId = "1.2.01";
-    list.present = eventSaying("1");
-    list.following = eventSaying("[]");
-    list.addScheduleEvent(eventSaying("4"));
-    list.addScheduleEvent(eventSaying("3"));
-    list.timestamp = "12:00";
-    EXPECT_EQ(textOf(list),
-              "{\n"
-              "\t\"HEADER\":\t\"eventInfoList\",\n"
-              "\t\"serviceContextId\":\t\"1.2.01\",\n"
-              "\t\"present\":\t1,\n"
-              "\t\"following\":\t[],\n"
-              "\t\"schedule\":\t[3, 4],\n"
-              "\t\"timestamp\":\t\"12:00\"\n"
-              "}");
-}
-
-TEST(AnEventInfoList, WritesItsEventsWithoutTheirHeaders)
-{
-    EventInfoList list;
-    list.present = new EventInfo;
-    list.following = new EventInfo;
-    list.addScheduleEvent(new EventInfo);
-    const Tree tree = treeOf(textOf(list));
-    for (const char* key : {"present", "following"})
-        EXPECT_STREQ(cJSON_GetObjectItem(tree.get(), key)->child->string, "startTime");
-    EXPECT_STREQ(cJSON_GetObjectItem(tree.get(), "schedule")->child->child->string, "startTime");
-    for (EventInfo* const event : {list.present, list.following, list.schedule[0]})
-        EXPECT_EQ(textOf(*event).find("HEADER"), std::string::npos);
-}
-
-TEST(AnEventInfoList, SkipsEventsWithoutAJsonTextAndSwitchesTheirHeadersOff)
-{
-    EventInfoList list;
-    list.present = new Silent<EventInfo>;
-    list.following = new Saying<EventInfo>("no JSON");
-    list.addScheduleEvent(new Silent<EventInfo>);
-    list.addScheduleEvent(new Saying<EventInfo>("{"));
-    list.schedule.push_back(nullptr);
-    EXPECT_EQ(textOf(list), kEmptyList);
-    for (EventInfo* const event : {list.present, list.following, list.schedule[0]})
-        EXPECT_EQ(taken(event->EventInfo::serialize()).find("HEADER"), std::string::npos);
 }
 
 TEST(AnEventInfoList, ReadsItsPresentAndFollowingEvents)
@@ -106,17 +30,6 @@ TEST(AnEventInfoList, ReadsItsPresentAndFollowingEvents)
     EXPECT_EQ(list.present->name, "A");
     EXPECT_EQ(list.present->series->id, 5);
     EXPECT_EQ(list.following->name, "");
-}
-
-TEST(AnEventInfoList, MakesAnEventOfAnyValue)
-{
-    for (const char* value : {"null", "5", "true", R"("x")", "[]", "{}"}) {
-        EventInfoList list;
-        const std::string text =
-            R"({"following": )" + std::string(value) + R"(, "present": )" + value + R"(, "schedule": [)" + value + "]}";
-        EXPECT_TRUE(list.deserialize(text.c_str())) << value;
-        EXPECT_TRUE(list.present && list.following && list.schedule.size() == 1) << value;
-    }
 }
 
 TEST(AnEventInfoList, OverwritesTheEventItHoldsKeyByKey)
@@ -146,15 +59,6 @@ TEST(AnEventInfoList, SortsTheEventsItReadsAmongThoseItHolds)
     EXPECT_EQ(textOf(*list.schedule[0]).substr(0, 11), "{\n\t\"HEADER\"");
 }
 
-TEST(AnEventInfoList, HasNoScheduleUnderAValueOfAnotherKind)
-{
-    for (const char* value : {"null", "true", "5", R"("text")", "[]", "{}"}) {
-        EventInfoList list;
-        EXPECT_TRUE(list.deserialize((R"({"schedule": )" + std::string(value) + "}").c_str())) << value;
-        EXPECT_TRUE(list.schedule.empty()) << value;
-    }
-}
-
 TEST(AnEventInfoList, IsNotReadWithoutItsSchedule)
 {
     EventInfoList list;
@@ -168,27 +72,6 @@ TEST(AnEventInfoList, IsNotReadWithoutItsSchedule)
     for (const char* text : {"{}", "[]", "5", "null", "", "{", "no JSON", R"([{"schedule": []}])"})
         EXPECT_FALSE(list.deserialize(text)) << text;
     EXPECT_FALSE(list.deserialize(nullptr));
-}
-
-TEST(AnEventInfoList, DeletesItsEvents)
-{
-    int destroyed = 0;
-    {
-        EventInfoList list;
-        list.present = new Counted<EventInfo>(destroyed);
-        list.following = new Counted<EventInfo>(destroyed);
-        list.addScheduleEvent(new Counted<EventInfo>(destroyed));
-        list.addScheduleEvent(nullptr);
-        list.schedule.push_back(nullptr);
-        EXPECT_EQ(list.schedule.size(), 2u);
-    }
-    EXPECT_EQ(destroyed, 3);
-}
-
-TEST(AnEventInfoList, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<EventInfoList>);
-    EXPECT_FALSE(std::is_copy_assignable_v<EventInfoList>);
 }
 
 TEST(AnEventInfoList, WritesAndReadsManyEvents)

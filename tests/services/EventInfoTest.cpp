@@ -1,8 +1,6 @@
 #include <climits>
 #include <gtest/gtest.h>
-#include <memory>
 #include <string>
-#include <type_traits>
 
 #include "orvu/EventInformation.h"
 #include "support/Children.h"
@@ -12,156 +10,6 @@ using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
-
-TEST(AnEvent, StartsEmpty)
-{
-    const EventInfo event;
-    EXPECT_EQ(event.getDataType(), 71u);
-    EXPECT_EQ(event.startTime + event.endTime + event.name + event.shortDescription + event.extendedDescription, "");
-    EXPECT_EQ(event.copyrightInfo + event.audioLanguageCode + event.audioLanguageCode2, "");
-    EXPECT_EQ(event.dataContentLanguageCode + event.dataContentText + event.logoURI, "");
-    EXPECT_EQ(event.runningStatus, 0);
-    EXPECT_EQ(event.originalNetworkId, 0);
-    EXPECT_EQ(event.copyrightId, 0);
-    EXPECT_EQ(event.parentalRating, 0);
-    EXPECT_EQ(event.parentalRatingDescription, 0);
-    EXPECT_FALSE(event.hasInteractivity);
-    EXPECT_FALSE(event.contentDescription || event.linkage || event.hyperlink);
-    EXPECT_FALSE(event.series || event.eventGroup || event.componentGroup);
-}
-
-TEST(AnEvent, WritesNullForWhatIsEmpty)
-{
-    EventInfo event;
-    EXPECT_EQ(textOf(event),
-              "{\n"
-              "\t\"HEADER\":\t\"eventInfo\",\n"
-              "\t\"startTime\":\tnull,\n"
-              "\t\"endTime\":\tnull,\n"
-              "\t\"runningStatus\":\t0,\n"
-              "\t\"name\":\tnull,\n"
-              "\t\"originalNetworkId\":\t0,\n"
-              "\t\"shortDescription\":\tnull,\n"
-              "\t\"extendedDescription\":\tnull,\n"
-              "\t\"copyrightId\":\tnull,\n"
-              "\t\"copyrightInfo\":\tnull,\n"
-              "\t\"parentalRating\":\t0,\n"
-              "\t\"parentalRatingDescription\":\tnull,\n"
-              "\t\"audioLanguageCode\":\tnull,\n"
-              "\t\"audioLanguageCode2\":\tnull,\n"
-              "\t\"dataContentLanguageCode\":\tnull,\n"
-              "\t\"dataContentText\":\tnull,\n"
-              "\t\"hasInteractivity\":\tfalse,\n"
-              "\t\"logoURI\":\tnull,\n"
-              "\t\"contentDescription\":\tnull,\n"
-              "\t\"linkage\":\tnull,\n"
-              "\t\"hyperlink\":\tnull,\n"
-              "\t\"series\":\tnull,\n"
-              "\t\"eventGroup\":\tnull,\n"
-              "\t\"componentGroup\":\tnull\n"
-              "}");
-}
-
-/// An event in which every field has a value of its own, without "HEADER".
-std::unique_ptr<EventInfo> fullEvent()
-{
-    auto event = std::make_unique<EventInfo>();
-    event->serializeHeader(false);
-    event->startTime = "20:00";
-    event->endTime = "21:00";
-    event->runningStatus = -1;
-    event->name = "N";
-    event->originalNetworkId = 2;
-    event->shortDescription = "S";
-    event->extendedDescription = "E";
-    event->copyrightId = 1;
-    event->copyrightInfo = "C";
-    event->parentalRating = -3;
-    event->parentalRatingDescription = 1;
-    event->audioLanguageCode = "por";
-    event->audioLanguageCode2 = "eng";
-    event->dataContentLanguageCode = "spa";
-    event->dataContentText = "D";
-    event->hasInteractivity = true;
-    event->logoURI = "L";
-    return event;
-}
-
-constexpr const char* kFullEvent =
-    "{\n"
-    "\t\"startTime\":\t\"20:00\",\n"
-    "\t\"endTime\":\t\"21:00\",\n"
-    "\t\"runningStatus\":\t-1,\n"
-    "\t\"name\":\t\"N\",\n"
-    "\t\"originalNetworkId\":\t2,\n"
-    "\t\"shortDescription\":\t\"S\",\n"
-    "\t\"extendedDescription\":\t\"E\",\n"
-    "\t\"copyrightId\":\t1,\n"
-    "\t\"copyrightInfo\":\t\"C\",\n"
-    "\t\"parentalRating\":\t-3,\n"
-    "\t\"parentalRatingDescription\":\t1,\n"
-    "\t\"audioLanguageCode\":\t\"por\",\n"
-    "\t\"audioLanguageCode2\":\t\"eng\",\n"
-    "\t\"dataContentLanguageCode\":\t\"spa\",\n"
-    "\t\"dataContentText\":\t\"D\",\n"
-    "\t\"hasInteractivity\":\ttrue,\n"
-    "\t\"logoURI\":\t\"L\",\n";
-
-TEST(AnEvent, WritesItsKeysInTheAgreedOrder)
-{
-    const auto event = fullEvent();
-    event->contentDescription = new ContentDescriptor;
-    event->contentDescription->content[1] = 5;
-    event->linkage = new LinkageDescriptor;
-    event->hyperlink = new HyperlinkDescriptor;
-    event->series = new SeriesDescriptor;
-    event->eventGroup = new EventGroup;
-    event->eventGroup->addDescriptor(new EventGroupDescriptor);
-    event->componentGroup = new ComponentGroup;
-    EXPECT_EQ(textOf(*event), kFullEvent + std::string("\t\"contentDescription\":\t[0, 5, 0, 0],\n"
-                                                       "\t\"linkage\":\t{\n"
-                                                       "\t\t\"tsId\":\t0,\n"
-                                                       "\t\t\"networkId\":\t0,\n"
-                                                       "\t\t\"serviceId\":\t0,\n"
-                                                       "\t\t\"type\":\t0,\n"
-                                                       "\t\t\"data\":\t\"\"\n"
-                                                       "\t},\n"
-                                                       "\t\"hyperlink\":\t{\n"
-                                                       "\t\t\"type\":\t0,\n"
-                                                       "\t\t\"destinationType\":\t0,\n"
-                                                       "\t\t\"tsId\":\t0,\n"
-                                                       "\t\t\"networkId\":\t0,\n"
-                                                       "\t\t\"eventId\":\t0,\n"
-                                                       "\t\t\"componentTag\":\t0,\n"
-                                                       "\t\t\"moduleId\":\t0,\n"
-                                                       "\t\t\"serviceId\":\t0,\n"
-                                                       "\t\t\"contentId\":\t0,\n"
-                                                       "\t\t\"url\":\t\"\"\n"
-                                                       "\t},\n"
-                                                       "\t\"series\":\t{\n"
-                                                       "\t\t\"id\":\t0,\n"
-                                                       "\t\t\"url\":\t0,\n"
-                                                       "\t\t\"repeatLabel\":\t0,\n"
-                                                       "\t\t\"programPattern\":\t0,\n"
-                                                       "\t\t\"episodeNumber\":\t0,\n"
-                                                       "\t\t\"lastEpisodeNumber\":\t0,\n"
-                                                       "\t\t\"name\":\t\"\"\n"
-                                                       "\t},\n"
-                                                       "\t\"eventGroup\":\t{\n"
-                                                       "\t\t\"type\":\t0,\n"
-                                                       "\t\t\"eventGroupDescriptor\":\t[{\n"
-                                                       "\t\t\t\t\"id\":\t0,\n"
-                                                       "\t\t\t\t\"tsId\":\t0,\n"
-                                                       "\t\t\t\t\"networkId\":\t0,\n"
-                                                       "\t\t\t\t\"serviceId\":\t0\n"
-                                                       "\t\t\t}]\n"
-                                                       "\t},\n"
-                                                       "\t\"componentGroup\":\t{\n"
-                                                       "\t\t\"type\":\t0,\n"
-                                                       "\t\t\"componentGroupDescriptor\":\t[]\n"
-                                                       "\t}\n"
-                                                       "}"));
-}
 
 TEST(AnEvent, WritesNullForItsCopyrightAndItsRatingsDescriptionBelowOne)
 {
@@ -266,31 +114,6 @@ TEST(AnEvent, ReadsItsDescriptors)
     EXPECT_EQ(event.componentGroup->components[0]->caUnit->componentTags, std::vector<int>{7});
 }
 
-TEST(AnEvent, MakesNoDescriptorWithoutItsKey)
-{
-    EventInfo event;
-    EXPECT_TRUE(event.deserialize("{}"));
-    EXPECT_FALSE(event.contentDescription || event.linkage || event.hyperlink);
-    EXPECT_FALSE(event.series || event.eventGroup || event.componentGroup);
-}
-
-TEST(AnEvent, ReplacesADescriptorAndLeavesTheOldOneToTheCaller)
-{
-    EventInfo event;
-    SeriesDescriptor held;
-    held.name = "held";
-    event.series = &held;
-    EXPECT_TRUE(event.deserialize(R"({"series": {"id": 5}})"));
-    EXPECT_NE(event.series, &held);
-    EXPECT_EQ(event.series->id, 5);
-    EXPECT_EQ(event.series->name, "");
-    EXPECT_EQ(held.id, 0);
-    const std::unique_ptr<SeriesDescriptor> first(event.series);
-    EXPECT_TRUE(event.deserialize(R"({"series": null})"));
-    EXPECT_NE(event.series, first.get());
-    EXPECT_EQ(first->id, 5);
-}
-
 TEST(AnEvent, IsNotReadBackAsItWasWritten)
 {
     EventInfo event;
@@ -315,12 +138,6 @@ TEST(AnEvent, DeletesItsDescriptors)
         event.componentGroup = new Counted<ComponentGroup>(destroyed);
     }
     EXPECT_EQ(destroyed, 6);
-}
-
-TEST(AnEvent, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<EventInfo>);
-    EXPECT_FALSE(std::is_copy_assignable_v<EventInfo>);
 }
 
 }  // namespace

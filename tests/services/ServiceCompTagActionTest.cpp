@@ -1,9 +1,7 @@
 #include <climits>
 #include <gtest/gtest.h>
-#include <memory>
 #include <stdexcept>
 #include <string>
-#include <type_traits>
 
 #include "orvu/ServiceComponents.h"
 #include "support/Children.h"
@@ -15,17 +13,6 @@ namespace OrvuTests {
 namespace {
 
 constexpr const char* kLine = "ServiceCompTagAction::deserialize: this->pos->deserialize return = true\n";
-
-TEST(AComponentAction, StartsEmpty)
-{
-    const ServiceCompTagAction action;
-    EXPECT_EQ(action.getDataType(), 23u);
-    EXPECT_EQ(action.componentTag, 0);
-    EXPECT_EQ(action.action, 0);
-    EXPECT_EQ(action.pos, nullptr);
-    EXPECT_EQ(action.vol, -1);
-    EXPECT_FALSE(action.localAssociatedAccess);
-}
 
 TEST(AComponentAction, KnowsStartPauseAndStopOnly)
 {
@@ -54,38 +41,6 @@ TEST(AComponentAction, KnowsVolumesUpTo100)
         EXPECT_TRUE(action.checkVol(vol)) << vol;
     for (const int vol : {-1, 101, INT_MAX, INT_MIN})
         EXPECT_FALSE(action.checkVol(vol)) << vol;
-}
-
-TEST(AComponentAction, WritesItsTagAndItsAccessWhileEmpty)
-{
-    ServiceCompTagAction action;
-    EXPECT_EQ(
-        textOf(action),
-        "{\n\t\"HEADER\":\t\"serviceCompTagAction\",\n\t\"componentTag\":\t0,\n\t\"localAssociatedAccess\":\tfalse\n}");
-}
-
-TEST(AComponentAction, WritesItsKeysInTheAgreedOrder)
-{
-    ServiceCompTagAction action;
-    action.serializeHeader(false);
-    action.componentTag = 16;
-    action.action = StatusTypeStart;
-    action.localAssociatedAccess = true;
-    action.pos = new Position(1, 2, 3, 4);
-    action.vol = 0;
-    EXPECT_EQ(textOf(action),
-              "{\n"
-              "\t\"componentTag\":\t16,\n"
-              "\t\"action\":\t\"start\",\n"
-              "\t\"localAssociatedAccess\":\ttrue,\n"
-              "\t\"pos\":\t{\n"
-              "\t\t\"x\":\t1,\n"
-              "\t\t\"y\":\t2,\n"
-              "\t\t\"w\":\t3,\n"
-              "\t\t\"h\":\t4\n"
-              "\t},\n"
-              "\t\"vol\":\t0\n"
-              "}");
 }
 
 TEST(AComponentAction, WritesAnyWordButUnknown)
@@ -377,12 +332,6 @@ TEST(AComponentAction, ReadsThroughTheErrorReportingReaderOfItsOwnClass)
     EXPECT_EQ(action.componentTag, 5);
     EXPECT_TRUE(action.deserializeObject(treeOf(R"({"componentTag": 6})").get()));
     EXPECT_EQ(action.componentTag, 6);
-}
-
-TEST(AComponentAction, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<ServiceCompTagAction>);
-    EXPECT_FALSE(std::is_copy_assignable_v<ServiceCompTagAction>);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
-#include <type_traits>
 
 #include "orvu/ServiceComponents.h"
 #include "support/Children.h"
@@ -13,21 +12,6 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-TEST(AServiceComponent, StartsWithNothingKnown)
-{
-    const ServiceComponent component;
-    EXPECT_EQ(component.getDataType(), 20u);
-    EXPECT_EQ(component.streamType, -1);
-    EXPECT_EQ(component.componentTag, -1);
-    EXPECT_EQ(component.pid, -1);
-    EXPECT_EQ(component.streamContent, -1);
-    EXPECT_EQ(component.componentType, -1);
-    EXPECT_EQ(component.vol, -1);
-    EXPECT_EQ(component.dataComponentId, -1);
-    EXPECT_EQ(component.state + component.ISO639languageCode, "");
-    EXPECT_EQ(component.pos, nullptr);
-}
-
 constexpr const char* kDefaultText =
     "{\n"
     "\t\"HEADER\":\t\"serviceComponent\",\n"
@@ -35,12 +19,6 @@ constexpr const char* kDefaultText =
     "\t\"componentTag\":\t\"0xffffffff\",\n"
     "\t\"pid\":\t-1\n"
     "}";
-
-TEST(AServiceComponent, WritesThreeKeysWhileNothingIsKnown)
-{
-    ServiceComponent component;
-    EXPECT_EQ(textOf(component), kDefaultText);
-}
 
 /// A component in which every field is known, without "HEADER".
 std::unique_ptr<ServiceComponent> componentTagged(int tag)
@@ -58,43 +36,6 @@ std::unique_ptr<ServiceComponent> componentTagged(int tag)
     component->pos = new Position(1, 2, 3, 4);
     component->dataComponentId = 8;
     return component;
-}
-
-TEST(AServiceComponent, OfVideoWritesItsPositionAndNoLanguage)
-{
-    EXPECT_EQ(textOf(*componentTagged(5)),
-              "{\n"
-              "\t\"streamType\":\t27,\n"
-              "\t\"componentTag\":\t\"0x05\",\n"
-              "\t\"pid\":\t273,\n"
-              "\t\"state\":\t\"started\",\n"
-              "\t\"streamContent\":\t\"0x01\",\n"
-              "\t\"componentType\":\t\"0xb3\",\n"
-              "\t\"vol\":\t80,\n"
-              "\t\"pos\":\t{\n"
-              "\t\t\"x\":\t1,\n"
-              "\t\t\"y\":\t2,\n"
-              "\t\t\"w\":\t3,\n"
-              "\t\t\"h\":\t4\n"
-              "\t},\n"
-              "\t\"dataComponentId\":\t8\n"
-              "}");
-}
-
-TEST(AServiceComponent, OfAudioWritesItsLanguageAndNoPosition)
-{
-    EXPECT_EQ(textOf(*componentTagged(0x12)),
-              "{\n"
-              "\t\"streamType\":\t27,\n"
-              "\t\"componentTag\":\t\"0x12\",\n"
-              "\t\"pid\":\t273,\n"
-              "\t\"state\":\t\"started\",\n"
-              "\t\"streamContent\":\t\"0x01\",\n"
-              "\t\"componentType\":\t\"0xb3\",\n"
-              "\t\"vol\":\t80,\n"
-              "\t\"ISO639languageCode\":\t\"por\",\n"
-              "\t\"dataComponentId\":\t8\n"
-              "}");
 }
 
 TEST(AServiceComponent, OfAudioWritesItsLanguageAlsoWhileEmpty)
@@ -165,17 +106,6 @@ TEST(AServiceComponent, WritesAnyPositionFieldByField)
                   "{\n\t\"streamType\":\t-1,\n\t\"componentTag\":\t\"0x00\",\n\t\"pid\":\t-1,\n"
                   "\t\"pos\":\t{\n\t\t\"x\":\t0,\n\t\t\"y\":\t0,\n\t\t\"w\":\t1280,\n\t\t\"h\":\t720\n\t}\n}");
     }
-}
-
-TEST(AServiceComponent, ReadsHexadecimalAndDecimalTexts)
-{
-    ServiceComponent component;
-    EXPECT_TRUE(component.deserialize(R"({"componentTag": " 0X1F ", "streamContent": "12", "componentType": 7})"));
-    EXPECT_EQ(component.componentTag, 31);
-    EXPECT_EQ(component.streamContent, 12);
-    EXPECT_EQ(component.componentType, 7);
-    EXPECT_TRUE(component.deserialize(R"({"componentTag": "1a"})"));
-    EXPECT_EQ(component.componentTag, -1);
 }
 
 template <class Exception>
@@ -277,12 +207,6 @@ TEST(AServiceComponent, DeletesItsPosition)
         component.pos = new Counted<Position>(destroyed);
     }
     EXPECT_EQ(destroyed, 1);
-}
-
-TEST(AServiceComponent, CannotBeCopied)
-{
-    EXPECT_FALSE(std::is_copy_constructible_v<ServiceComponent>);
-    EXPECT_FALSE(std::is_copy_assignable_v<ServiceComponent>);
 }
 
 }  // namespace

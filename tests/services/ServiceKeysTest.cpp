@@ -51,6 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
                                                 number("serviceId", &Service::serviceId)}),
                     keysOf<ServiceSelection>("ServiceSelection",
                                              {text("serviceContextId", &ServiceSelection::serviceContextId)}),
+                    keysOf<ServiceList>("ServiceList", {}, {"serviceList"}),
                     keysOf<ServiceTime>("ServiceTime", {required(text("time", &ServiceTime::time))})),
     nameOf);
 
@@ -66,6 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   fromZero(number("vol", &ServiceComponent::vol)),
                                   text("ISO639languageCode", &ServiceComponent::ISO639languageCode),
                                   fromZero(number("dataComponentId", &ServiceComponent::dataComponentId))}),
+        keysOf<ServiceComponentList>("ServiceComponentList", {}, {"components"}),
         keysOf<ServiceComponentTag>("ServiceComponentTag",
                                     {required(number("componentTag", &ServiceComponentTag::componentTag))}),
         keysOf<RtkChangeComponentStatus>("RtkChangeComponentStatus",

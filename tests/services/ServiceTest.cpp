@@ -31,52 +31,6 @@ constexpr const char* kServiceWithoutHeader =
     "\t\"serviceId\":\t59168\n"
     "}";
 
-TEST(AService, StartsEmpty)
-{
-    const Service service;
-    EXPECT_EQ(service.getDataType(), 8u);
-    EXPECT_EQ(service.serviceContextId, "");
-    EXPECT_EQ(service.serviceName, "");
-    EXPECT_EQ(service.transportStreamId, 0);
-    EXPECT_EQ(service.originalNetworkId, 0);
-    EXPECT_EQ(service.serviceId, 0);
-}
-
-TEST(AService, WritesItsKeysInTheAgreedOrder)
-{
-    Service service = aService();
-    EXPECT_EQ(textOf(service),
-              "{\n"
-              "\t\"HEADER\":\t\"currentService\",\n"
-              "\t\"serviceContextId\":\t\"1.2.01\",\n"
-              "\t\"serviceName\":\t\"Canal 1\",\n"
-              "\t\"transportStreamId\":\t1,\n"
-              "\t\"originalNetworkId\":\t65535,\n"
-              "\t\"serviceId\":\t59168\n"
-              "}");
-}
-
-TEST(AService, WritesNoHeaderOnceThatIsSwitchedOff)
-{
-    Service service = aService();
-    service.serializeHeader(false);
-    EXPECT_EQ(textOf(service), kServiceWithoutHeader);
-}
-
-TEST(AService, WritesAllItsKeysWhileEmpty)
-{
-    Service service;
-    EXPECT_EQ(textOf(service),
-              "{\n"
-              "\t\"HEADER\":\t\"currentService\",\n"
-              "\t\"serviceContextId\":\t\"\",\n"
-              "\t\"serviceName\":\t\"\",\n"
-              "\t\"transportStreamId\":\t0,\n"
-              "\t\"originalNetworkId\":\t0,\n"
-              "\t\"serviceId\":\t0\n"
-              "}");
-}
-
 TEST(AService, WritesAnyTextAndNumber)
 {
     Service service;
@@ -96,26 +50,11 @@ TEST(AService, WritesAnyTextAndNumber)
               "}");
 }
 
-TEST(AService, KeepsANumberThatComesAsAText)
-{
-    Service service = aService();
-    EXPECT_TRUE(service.deserialize(R"({"serviceId": "5", "serviceName": "B"})"));
-    EXPECT_EQ(service.serviceId, 59168);
-    EXPECT_EQ(service.serviceName, "B");
-}
-
 TEST(AService, NeverChecksItsLocator)
 {
     Service service;
     EXPECT_TRUE(service.deserialize(R"({"serviceContextId": "no locator"})"));
     EXPECT_EQ(service.serviceContextId, "no locator");
-}
-
-TEST(AService, DoesNotExamineTheHeader)
-{
-    Service service;
-    EXPECT_TRUE(service.deserialize(R"({"HEADER": "gingaApp", "serviceId": 5})"));
-    EXPECT_EQ(service.serviceId, 5);
 }
 
 TEST(AClone, HasEverythingOfItsService)
@@ -143,27 +82,6 @@ TEST(AClone, IsIndependentOfItsService)
     service.serializeHeader(false);
     EXPECT_EQ(clone->serviceName, "Canal 1");
     EXPECT_EQ(textOf(*clone).substr(0, 11), "{\n\t\"HEADER\"");
-}
-
-TEST(ACopiedService, HasItsHeaderFlagSet)
-{
-    Service service = aService();
-    service.serializeHeader(false);
-    Service copy(service);
-    EXPECT_EQ(textOf(copy).substr(0, 11), "{\n\t\"HEADER\"");
-    copy.serializeHeader(false);
-    EXPECT_EQ(textOf(copy), kServiceWithoutHeader);
-}
-
-TEST(AnAssignedService, KeepsItsHeaderFlag)
-{
-    Service off;
-    off.serializeHeader(false);
-    off = aService();
-    EXPECT_EQ(textOf(off), kServiceWithoutHeader);
-    Service on;
-    on = off;
-    EXPECT_EQ(textOf(on).substr(0, 11), "{\n\t\"HEADER\"");
 }
 
 }  // namespace

@@ -12,36 +12,6 @@ namespace {
 
 using Pids = std::vector<unsigned short>;
 
-TEST(AStreamPidsRequest, StartsEmpty)
-{
-    const StreamPidsRequest request;
-    EXPECT_EQ(request.getDataType(), 93u);
-    EXPECT_EQ(request.handle + request.clientAddr, "");
-    EXPECT_TRUE(request.pids.empty());
-}
-
-TEST(AStreamPidsRequest, WritesItsHeaderWhateverTheFlagSays)
-{
-    StreamPidsRequest request;
-    request.serializeHeader(false);
-    EXPECT_EQ(
-        textOf(request),
-        "{\n\t\"HEADER\":\t\"streamPidsRequest\",\n\t\"handle\":\t\"\",\n\t\"clientAddr\":\t\"\",\n\t\"pids\":\t[]\n}");
-}
-
-TEST(AStreamPidsRequest, WritesItsPidsInOrder)
-{
-    StreamPidsRequest request;
-    request.handle = "h";
-    request.clientAddr = "10.0.0.2:5000";
-    request.addPid(65535);
-    request.addPid(1);
-    request.addPid(1);
-    EXPECT_EQ(textOf(request),
-              "{\n\t\"HEADER\":\t\"streamPidsRequest\",\n\t\"handle\":\t\"h\",\n"
-              "\t\"clientAddr\":\t\"10.0.0.2:5000\",\n\t\"pids\":\t[65535, 1, 1]\n}");
-}
-
 TEST(AStreamPidsRequest, WritesAZeroThatAnApplicationPutThere)
 {
     StreamPidsRequest request;
@@ -167,24 +137,6 @@ TEST(AStreamPidsRequest, LeavesTheErrorReportingReaderToItsBase)
     EXPECT_FALSE(request.deserializeObject(treeOf(R"({"pids": [1]})").get(), error));
     EXPECT_EQ(error, 77);
     EXPECT_TRUE(request.pids.empty());
-}
-
-TEST(AStreamPidsResponse, StartsAsAFailureOfATransportStream)
-{
-    const StreamPidsResponse response;
-    EXPECT_EQ(response.getDataType(), 94u);
-    EXPECT_EQ(response.handle + response.streamUrl, "");
-    EXPECT_EQ(response.mimeType, "video/mp2t");
-    EXPECT_EQ(response.error, 0);
-    EXPECT_FALSE(response.success);
-}
-
-TEST(AStreamPidsResponse, WritesItsErrorWithoutSuccess)
-{
-    StreamPidsResponse response;
-    EXPECT_EQ(textOf(response),
-              "{\n\t\"HEADER\":\t\"streamPidsResponse\",\n\t\"handle\":\t\"\",\n\t\"streamUrl\":\t\"\",\n"
-              "\t\"mimeType\":\t\"video/mp2t\",\n\t\"error\":\t0\n}");
 }
 
 TEST(AStreamPidsResponse, WritesNoErrorWithSuccess)

@@ -9,6 +9,18 @@ TEST_P(AMessage, ReadsEachOfItsKeys)
     expectValues(*message);
 }
 
+TEST_P(AMessage, KeepsTheValueOfEachKeyToItsOwnField)
+{
+    for (const Key& key : keys()) {
+        const auto message = filled();
+        EXPECT_TRUE(message->deserialize(objectFor(key, member(key.name, key.value)).c_str())) << key.name;
+        expectOthersBut(key, *message);
+        const auto other = filled();
+        EXPECT_TRUE(other->deserialize(textOf(*message).c_str())) << key.name;
+        if (key.isWritten) expectOthersBut(key, *other);
+    }
+}
+
 TEST_P(AMessage, ReadsItsKeysInAnyOrderAmongStrangers)
 {
     std::string members = R"("HEADER": "whatever")";

@@ -24,6 +24,13 @@ TEST_P(AListOfChildren, SwitchesTheHeadersOfItsChildrenOffForGood)
     cJSON_free(compact);
 }
 
+TEST_P(AListOfChildren, SwitchesTheHeaderOffAlsoOfAChildThatItSkips)
+{
+    list().addSilent(*message);
+    textOf(*message);
+    EXPECT_EQ(headerFlagOf(*list().children(*message)[0]), list().leavesHeaders);
+}
+
 TEST_P(AListOfChildren, WritesAnApplicationsClassAsItWritesItsOwn)
 {
     list().addPlain(*message);
@@ -70,8 +77,19 @@ TEST_P(AListOfChildren, AppendsWhatItReads)
     const std::string two = with("[" + list().goodElement + ", " + list().goodElement + "]");
     EXPECT_TRUE(message->deserialize(two.c_str()));
     EXPECT_EQ(countIn(*message), 2u);
+    for (const Orvu::Serializable* const child : list().children(*message))
+        EXPECT_TRUE(headerFlagOf(*child));
+    list().addNullDirectly(*message);
     EXPECT_TRUE(message->deserialize(two.c_str()));
-    EXPECT_EQ(countIn(*message), 4u);
+    EXPECT_EQ(countIn(*message), 5u);
+}
+
+TEST_P(AListOfChildren, HoldsNothingOfAValueOfAnotherKind)
+{
+    for (const char* value : {"null", "true", "5", R"("text")", "[]", "{}"}) {
+        EXPECT_EQ(message->deserialize(with(value).c_str()), !list().needsOne) << value;
+        EXPECT_EQ(countIn(*message), 0u) << value;
+    }
 }
 
 TEST_P(AListOfChildren, ReadsTheMembersOfAnObjectAsWell)

@@ -36,6 +36,7 @@ struct ChildList {
     std::string others;              ///< Members that are required besides the list, each followed by a comma.
     std::string inside;              ///< The object that holds the list; "" when the message itself does.
     bool isRequired = true;
+    bool needsOne = false;       ///< Whether it cannot be read as long as the list is empty.
     bool leavesHeaders = false;  ///< Whether the children's header flags stay as they are.
 };
 
@@ -97,6 +98,13 @@ inline ChildList inside(const std::string& object, ChildList list)
 inline ChildList leavingHeaders(ChildList list)
 {
     list.leavesHeaders = true;
+    return list;
+}
+
+/// The same list where it must not stay empty.
+inline ChildList needingOne(ChildList list)
+{
+    list.needsOne = true;
     return list;
 }
 

@@ -30,10 +30,10 @@ TEST_P(AVocabulary, ComparesWordsExactly)
     for (const WordRow& row : table().rows) {
         for (const std::string& text : {" " + row.word, row.word + " ", row.word + "x", row.word.substr(1),
                                         row.word + row.word, row.word + std::string(1, '\0')})
-            expectStranger(text);
+            expectOther(text);
     }
     for (const std::string& text : {std::string(), std::string(" "), std::string("0"), std::string(1, '\0')})
-        expectStranger(text);
+        expectOther(text);
 }
 
 TEST_P(AVocabulary, TellsLettersByTheirCase)
@@ -42,7 +42,7 @@ TEST_P(AVocabulary, TellsLettersByTheirCase)
         for (std::size_t i = 0; i < row.word.size(); ++i) {
             std::string text = row.word;
             text[i] = static_cast<char>(text[i] ^ 0x20);  // the other case of a letter, something else of the rest
-            expectStranger(text);
+            expectOther(text);
         }
     }
 }

@@ -4,7 +4,6 @@
 #include <memory>
 #include <ostream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "orvu/ExchangeReport.h"
@@ -13,9 +12,9 @@
 #include "orvu/Results.h"
 #include "orvu/Services.h"
 #include "support/Children.h"
-#include "wire/ClientFixture.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
+#include "wire/ReportFixture.h"
 #include "wire/Sockets.h"
 #include "wire/Throwing.h"
 
@@ -29,18 +28,6 @@ namespace {
 constexpr std::size_t kLengthSize = 4;
 constexpr std::uint32_t kFirstSize =
     offsetof(ExchangeReport, group);  // of a program that was built before there were groups
-
-struct AReport : ARequestClient {
-    AReport() { report.receivedText = &text; }
-
-    std::unique_ptr<Serializable> ask(Serializable& request, const std::function<void(RawPeer&)>& act)
-    {
-        return send(&request, report, act);
-    }
-
-    ExchangeReport report;
-    std::string text = "of an exchange before";
-};
 
 /// What a peer sends, and what the report says of it.
 struct Sent {
@@ -278,60 +265,6 @@ TEST_F(AReport, KnowsAPeerThatVanishesInTheMiddleOfARequest)
     EXPECT_LT(report.sentBytes, 16u << 20);
     EXPECT_TRUE(report.mayHaveArrived);
 }
-
-/// How an exchange that waits is ended by the application.
-class AnEnd : public AReport, public testing::WithParamInterface<void (*)()> {};
-
-TEST_P(AnEnd, IsReportedWhileTheAnswerIsAwaited)
-{
-    ConfirmationScreen request("phone");  // which has no time-out
-    ask(request, [](RawPeer& connection) {
-        connection.readFrame();
-        GetParam()();
-        connection.readToEnd();
-    });
-    EXPECT_EQ(report.phase, ExchangePhaseNoAnswer);
-    EXPECT_TRUE(report.cancelled);
-    EXPECT_EQ(report.errorNumber, ECANCELED);
-    EXPECT_TRUE(report.mayHaveArrived);
-}
-
-TEST_P(AnEnd, IsReportedWhileARequestGoesOut)
-{
-    ConfirmationScreen request(std::string(16u << 20, 'x'));
-    ask(request, [](RawPeer& connection) {
-        connection.receive(1000);
-        GetParam()();
-        connection.readToEnd();
-    });
-    EXPECT_EQ(report.phase, ExchangePhaseNotSent);
-    EXPECT_TRUE(report.cancelled);
-    EXPECT_EQ(report.errorNumber, ECANCELED);
-    EXPECT_TRUE(report.mayHaveArrived);
-}
-
-TEST_P(AnEnd, IsReportedWhileTheClientConnects)
-{
-    RawListener full(0);
-    ASSERT_TRUE(client().configureClient("127.0.0.1", full.port()));  // takes the place of one not yet accepted
-    ConfirmationScreen request("phone");
-    std::unique_ptr<Serializable> answer;
-    std::thread asking([&] { answer.reset(client().sendRequest(&request, report)); });
-    while (!isBeingOpened(full.port()))
-        std::this_thread::yield();
-    GetParam()();
-    asking.join();
-    EXPECT_EQ(answer->getDataType(), DataTypeCannotConnectToServer);
-    EXPECT_EQ(report.phase, ExchangePhaseNotConnected);
-    EXPECT_TRUE(report.cancelled);
-    EXPECT_EQ(report.errorNumber, ECANCELED);
-    EXPECT_FALSE(report.mayHaveArrived);
-}
-
-INSTANTIATE_TEST_SUITE_P(By, AnEnd,
-                         testing::Values([] { OrvuRestInterface::getInstance()->cancelRequests(); },
-                                         [] { OrvuRestInterface::destroyInstance(); }),
-                         [](const auto& end) { return end.index == 0 ? "cancelRequests" : "destroyInstance"; });
 
 void answerSuccess(RawPeer& connection)
 {

@@ -1,7 +1,6 @@
 #include <chrono>
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <netinet/in.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -14,7 +13,6 @@
 
 using namespace Orvu;
 using namespace OrvuTests;
-using testing::Contains;
 using testing::Optional;
 
 namespace {
@@ -29,118 +27,6 @@ bool canConnect(int port)
     } catch (const std::runtime_error&) {
         return false;
     }
-}
-
-struct AServerThatIsNotRunning : testing::Test {
-    ~AServerThatIsNotRunning() override { OrvuRestServerSocket::destroyInstance(); }
-
-    LogCapture log;
-    PortLease lease;
-    OrvuRestServerSocket& server = *OrvuRestServerSocket::getInstance();
-};
-
-TEST_F(AServerThatIsNotRunning, CannotStartBeforeItIsConfigured)
-{
-    EXPECT_FALSE(server.start());
-    EXPECT_THAT(log.lines(), Contains("OrvuRestServerSocket::start: ERROR configure before start!"));
-}
-
-TEST_F(AServerThatIsNotRunning, DoesNotListenWhenItIsOnlyConfigured)
-{
-    ASSERT_TRUE(server.configure(lease.port()));
-    EXPECT_FALSE(canConnect(lease.port()));
-}
-
-TEST_F(AServerThatIsNotRunning, CannotHaveAPortWhereSomebodyElseListens)
-{
-    const RawPeer taken(boundSocket(lease.port(), true));
-    EXPECT_FALSE(server.configure(lease.port()));
-    EXPECT_THAT(log.lines(), Contains("OrvuRestServerSocket::configure: ERROR binding server socket!"));
-}
-
-TEST_F(AServerThatIsNotRunning, IsNotConfiguredByAFailedBind)
-{
-    const RawPeer taken(boundSocket(lease.port(), true));
-    server.configure(lease.port());
-    EXPECT_FALSE(server.start());
-    EXPECT_THAT(log.lines(), Contains("OrvuRestServerSocket::start: ERROR configure before start!"));
-}
-
-TEST_F(AServerThatIsNotRunning, CanBeConfiguredAfterAFailedBind)
-{
-    const RawPeer taken(boundSocket(lease.port(), true));
-    server.configure(lease.port());
-    const PortLease other;
-    EXPECT_TRUE(server.configure(other.port()));
-    EXPECT_TRUE(server.start());
-    EXPECT_TRUE(canConnect(other.port()));
-}
-
-TEST_F(AServerThatIsNotRunning, KeepsOneSocketAfterFailedBinds)
-{
-    const RawPeer taken(boundSocket(lease.port(), true));
-    server.configure(lease.port());
-    const std::size_t before = openSockets().size();
-    server.configure(lease.port());
-    EXPECT_EQ(openSockets().size(), before);
-}
-
-TEST_F(AServerThatIsNotRunning, RefusesWhatIsNoPort)
-{
-    EXPECT_FALSE(server.configure(-1));
-    EXPECT_FALSE(server.configure(65536 + lease.port()));
-    EXPECT_EQ(log.count("OrvuRestServerSocket::configure: ERROR binding server socket!"), 2);
-}
-
-TEST_F(AServerThatIsNotRunning, CannotBeConfiguredWithoutADescriptor)
-{
-    {
-        const NoDescriptorsLeft none;
-        EXPECT_FALSE(server.configure(lease.port()));
-    }
-    EXPECT_THAT(log.lines(), Contains("OrvuRestServerSocket::configure: ERROR opening server socket!"));
-}
-
-TEST_F(AServerThatIsNotRunning, CannotStartWhereSomebodyElseBeganToListen)
-{
-    ASSERT_TRUE(server.configure(lease.port()));
-    const RawPeer taken(boundSocket(lease.port(), true));
-    ASSERT_GE(taken.fd(), 0);
-    EXPECT_FALSE(server.start());
-    EXPECT_THAT(log.lines(), Contains("OrvuRestServerSocket::start: ERROR listening on server socket!"));
-}
-
-TEST_F(AServerThatIsNotRunning, CannotStartWithoutAThread)
-{
-    ASSERT_TRUE(server.configure(lease.port()));
-    {
-        const NoThreadsLeft none;
-        EXPECT_FALSE(server.start());
-    }
-    EXPECT_THAT(log.lines(), Contains("OrvuRestServerSocket::start: ERROR run the server thread!"));
-    EXPECT_FALSE(canConnect(lease.port()));
-    EXPECT_TRUE(server.start());
-    EXPECT_TRUE(canConnect(lease.port()));
-}
-
-TEST_F(AServerThatIsNotRunning, CanBeStopped)
-{
-    server.stop();
-    EXPECT_THAT(log.lines(), testing::ElementsAre("OrvuRestServerSocket::stop: Stopping server"));
-}
-
-TEST_F(AServerThatIsNotRunning, DoesNotPush)
-{
-    unsigned char byte = 0;
-    EXPECT_FALSE(server.send(&byte, 1));
-}
-
-TEST_F(AServerThatIsNotRunning, GivesItsPortBackWhenItIsStopped)
-{
-    ASSERT_TRUE(server.configure(lease.port()));
-    server.stop();
-    EXPECT_GE(RawPeer(boundSocket(lease.port(), true)).fd(), 0);
-    EXPECT_FALSE(server.start());
 }
 
 TEST(ARunningServer, ChangesNothingWhenItIsStartedAgain)
