@@ -30,9 +30,9 @@ public:
 
 /// The question whether a named device may pair. Wire name "confirmationScreen".
 ///
-/// A request client waits for the answer to one whose `dispose` is false without any time-out: the user decides. For one
-/// of a class that the application derives without run-time type information it waits 5 s as for any other request. A
-/// receiver sees by OrvuRestRequest::isPeerGone() that nobody waits any more.
+/// A request client waits for the answer to one whose `dispose` is false without any time-out: the user decides. For
+/// one of a class that the application derives without run-time type information it waits 5 s as for any other request.
+/// A receiver sees by OrvuRestRequest::isPeerGone() that nobody waits any more.
 ///
 /// The library does not connect a request that takes the screen away (`dispose`) with the one that asked. The one that
 /// asked waits until the application answers it, too, for example with `canceled`.

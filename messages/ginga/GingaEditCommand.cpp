@@ -1,6 +1,7 @@
+#include "orvu/GingaEditCommand.h"
+
 #include "messages/core/Forms.h"
 #include "messages/core/Message.h"
-#include "orvu/GingaEditCommand.h"
 
 namespace Orvu {
 namespace {

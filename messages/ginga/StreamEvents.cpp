@@ -1,5 +1,6 @@
-#include "messages/core/Message.h"
 #include "orvu/StreamEvents.h"
+
+#include "messages/core/Message.h"
 
 namespace Orvu {
 

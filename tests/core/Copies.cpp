@@ -4,7 +4,8 @@
 #include "orvu/Orvu.h"
 
 /// \file
-/// Copies every message that may be copied. Only compiled: the compiler warns where a class does not declare its copies.
+/// Copies every message that may be copied. Only compiled: the compiler warns where a class does not declare its
+/// copies.
 
 namespace Orvu {
 namespace {
@@ -20,11 +21,11 @@ void copyIfItMay(Message& message)
 
 }  // namespace
 
-#define ROW_AS(Type, Class, ...) copyIfItMay(static_cast<Class&>(message));
-#define ROW_WITHOUT_CLASS(...)
+#define ORVU_ROW_AS(Type, Class, ...) copyIfItMay(static_cast<Class&>(message));
+#define ORVU_ROW_WITHOUT_CLASS(...)
 void copyEach(Serializable& message)
 {
-#include "messages/core/Catalogue.def"
+#include "orvu/Catalogue.def"
 }
 
 }  // namespace Orvu

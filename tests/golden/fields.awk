@@ -1,8 +1,9 @@
-# Writes a row for each public field of a message, for each enumerator, and for each serialize(), with its description
-# in the header: FIELD(class, field, "text"), ENUMERATOR(enumeration, enumerator, "text"), WRITER(class, "text"). For each
-# function that sets or shows a field that stands above it: SETTER(class, field, function), GETTER(class, field,
-# function). For each enumeration that has two functions for its words: WORDS(enumeration, function to a word, function
-# from a word).
+# Writes rows for what the headers declare.
+# - each public field of a message, with its description: FIELD(class, field, "text")
+# - each serialize(): WRITER(class, "text")
+# - each function that sets or shows a field above it: SETTER(class, field, function), GETTER(class, field, function)
+# - each enumerator: ENUMERATOR(enumeration, enumerator, "text")
+# - each enumeration with two functions for its words: WORDS(enumeration, function to a word, function from a word)
 
 function quoted(text)
 {
@@ -88,7 +89,9 @@ isMessage {
         row = "FIELD(" owner ", " nameIn(code)
         text = above " " comment($0)
     }
-    if (match(line, /set[A-Z][A-Za-z0-9]*\([^,)*]+\)/)) accessor("SETTER", substr(line, RSTART, index(substr(line, RSTART), "(") - 1))
+    if (match(line, /set[A-Z][A-Za-z0-9]*\([^,)*]+\)/)) {
+        accessor("SETTER", substr(line, RSTART, index(substr(line, RSTART), "(") - 1))
+    }
     if (match(line, /(get|is)[A-Z][A-Za-z0-9]*\(\) const/)) accessor("GETTER", substr(line, RSTART, RLENGTH - 8))
     if (code ~ /[;}{:]$/ || line ~ /^ *$/) code = above = ""
 }

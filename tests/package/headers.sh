@@ -1,6 +1,7 @@
 #!/bin/sh
-# headers.sh INCLUDE_FOLDER COMPILER: whether every installed header compiles alone, none needs cJSON's, JsonAccess.h serves C as
-# well, Orvu.h includes them all but the typed ones, and a header that gave classes away to others still brings them along.
+# headers.sh INCLUDE_FOLDER COMPILER: whether every installed header compiles alone, none needs cJSON's, JsonAccess.h
+# serves C as well, Orvu.h includes them all but the typed ones, and a header that gave classes away to others still
+# brings them along.
 set -eu
 folder=$1 compiler=$2
 included=$(mktemp)
