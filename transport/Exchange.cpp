@@ -11,7 +11,7 @@
 #include "transport/Connecting.h"
 #include "transport/ExchangeNotes.h"
 #include "transport/Frame.h"
-#include "transport/MessageCalls.h"
+#include "transport/MessageTexts.h"
 #include "transport/Refusal.h"
 
 namespace Orvu {

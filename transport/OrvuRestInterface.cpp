@@ -11,7 +11,7 @@
 
 #include "log/Log.h"
 #include "transport/ExchangeNotes.h"
-#include "transport/MessageCalls.h"
+#include "transport/MessageTexts.h"
 #include "transport/OrvuRestClientSocket.h"
 #include "transport/OrvuRestServerSocket.h"
 #include "transport/PushServers.h"

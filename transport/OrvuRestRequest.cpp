@@ -6,7 +6,7 @@
 #include "log/Log.h"
 #include "orvu/Serializable.h"
 #include "transport/Frame.h"
-#include "transport/MessageCalls.h"
+#include "transport/MessageTexts.h"
 
 namespace Orvu {
 namespace {

@@ -6,7 +6,7 @@
 #include "log/Log.h"
 #include "orvu/Results.h"
 #include "transport/Frame.h"
-#include "transport/MessageCalls.h"
+#include "transport/MessageTexts.h"
 #include "transport/Refusal.h"
 
 namespace Orvu {

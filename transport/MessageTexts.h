@@ -10,7 +10,7 @@
 namespace Orvu {
 
 /// \file
-/// Calls into messages on behalf of an exchange, where an exception is a failure like any other.
+/// The texts of messages, written and read on behalf of an exchange: an exception is a failure like any other.
 
 /// The text of `message`; none for null and for what cannot be written. A class of the application's may throw
 /// anything.
