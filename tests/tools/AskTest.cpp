@@ -25,7 +25,7 @@ std::vector<std::string> asking(const std::string& type, const std::string& port
 
 TEST(Asking, PrintsTheAnswerLaidOut)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", kService);
     const Ended ended = run(asking("currentService", receiver.portText()));
     EXPECT_EQ(ended.out,
@@ -43,7 +43,7 @@ TEST(Asking, PrintsTheAnswerLaidOut)
 
 TEST(Asking, LaysOutListsAndWhatIsEmpty)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write(
         "screenDescription.json",
         R"({"HEADER":"screenDescription","screen_items":[{"type":"a \"b\"\n","content":"é"},{}]})");
@@ -71,7 +71,7 @@ TEST(Asking, LaysOutListsAndWhatIsEmpty)
 
 TEST(Asking, PrintsExactlyWhatTheAnswerWritesWhenItIsToBeRaw)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", R"({"serviceId":58880,"transportStreamId":1840,"unknownKey":1,
         "originalNetworkId":1840,"serviceName":"Canal Um HD","serviceContextId":"1840.1840.01",
         "HEADER":"currentService"})");
@@ -137,7 +137,7 @@ TEST(Asking, SendsTheEmptyRequestOfTheType)
 
 TEST(Asking, TakesAHostByItsName)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", kService);
     EXPECT_EQ(run(orvu({"ask", "currentService", "--host", "localhost", "--port", receiver.portText()})).code, 0);
 }
@@ -148,7 +148,7 @@ class AnAnswer : public testing::TestWithParam<Outcome> {};
 
 TEST_P(AnAnswer, DecidesTheExitCode)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", headerOnly(GetParam().first));
     const Ended ended = run(asking("currentService", receiver.portText()));
     EXPECT_EQ(ended.code, GetParam().second);
@@ -169,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(Ask, AnAnswer,
 
 TEST(Asking, TakesAnAnswerThatCannotBeUnderstoodAsUnknown)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", headerOnly("pos"));
     const Ended ended = run(asking("currentService", receiver.portText()));
     EXPECT_EQ(ended.code, 2);
@@ -289,7 +289,7 @@ TEST(Asking, NamesTheTypeThatIsMeant)
 
 TEST(Asking, KeepsTheLibrarysLinesToItselfUnlessAsked)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", kService);
     ProcessOptions loud;
     loud.environment = {"ORVU_LOG=stderr"};

@@ -169,7 +169,7 @@ TEST(TheTool, SaysWhenItsOutputIsFull)
 
 TEST(TheTool, WorksWithoutAnyStandardDescriptor)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", headerOnly("noSignal"));
     const std::string asking = "ask currentService --port " + receiver.portText() + " <&- >&- 2>&-";
     EXPECT_EQ(run({"/bin/sh", "-c", orvuInShell(asking)}).code, 74);

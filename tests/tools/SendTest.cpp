@@ -60,7 +60,7 @@ TEST(Sending, PrintsExactlyTheTextThatCameWhenTheWireIsToBeShown)
 
 TEST(Sending, PrintsTheAnswerAndItsExitCode)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("serviceSelection.json", headerOnly("serviceNotFound"));
     ProcessOptions how;
     how.input = R"({"HEADER":"serviceSelection"})";
@@ -75,7 +75,7 @@ TEST(Sending, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
         "{\n\t\"HEADER\":\t\"serviceCompTagAction\",\n\t\"componentTag\":\t1,\n"
         "\t\"localAssociatedAccess\":\tfalse,\n\t\"pos\":\t{\n\t\t\"x\":\t0,\n"
         "\t\t\"y\":\t0,\n\t\t\"w\":\t640,\n\t\t\"h\":\t360\n\t}\n}";
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("serviceCompTagAction.json", action);
     ProcessOptions how;
     how.input = action;

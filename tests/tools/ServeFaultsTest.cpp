@@ -20,7 +20,7 @@ using testing::HasSubstr;
 const std::string kService = R"({"HEADER":"currentService","serviceId":1})";
 
 /// What a peer receives that asks for the current service.
-std::string asked(const Receiver& receiver)
+std::string asked(const ServingTool& receiver)
 {
     return rawExchange(receiver.port(), frame(R"({"HEADER":"currentService"})"));
 }
@@ -45,7 +45,7 @@ protected:
             receiver_.answers().write("currentService." + std::to_string(turn) + ".json", numbered(turn));
     }
 
-    Receiver receiver_;
+    ServingTool receiver_;
 };
 
 TEST_F(AReceiverWithTurns, AnswersFromThemRoundAndRound)
@@ -108,7 +108,7 @@ TEST(TheReceiver, ReportsAtTheStartWhichNumberedFilesAnswerNothing)
 
 TEST(TheReceiver, WaitsBeforeEachAnswerWhenAsked)
 {
-    Receiver receiver({"--delay", "300"});
+    ServingTool receiver({"--delay", "300"});
     receiver.answers().write("currentService.json", kService);
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(asked(receiver), frame(kService));
@@ -119,7 +119,7 @@ TEST(TheReceiver, WaitsBeforeEachAnswerWhenAsked)
 
 TEST(TheReceiver, EndsDuringADelay)
 {
-    Receiver receiver({"--delay", "86400000"});
+    ServingTool receiver({"--delay", "86400000"});
     RawPeer peer = RawPeer::connectedTo(receiver.port());
     peer.send(frame(R"({"HEADER":"currentService"})"));
     receiver.process().signal(SIGTERM);
@@ -129,7 +129,7 @@ TEST(TheReceiver, EndsDuringADelay)
 
 TEST(TheReceiver, ClosesConnectionsWithoutAnAnswerWhenAsked)
 {
-    Receiver receiver({"--close", "100"});
+    ServingTool receiver({"--close", "100"});
     receiver.answers().write("currentService.json", kService);
     EXPECT_EQ(asked(receiver), "");
     ASSERT_TRUE(receiver.process().waitForOutput(" ms\n"));
@@ -138,7 +138,7 @@ TEST(TheReceiver, ClosesConnectionsWithoutAnAnswerWhenAsked)
 
 TEST(TheReceiver, CutsAnswersWhenAsked)
 {
-    Receiver receiver({"--cut", "100"});
+    ServingTool receiver({"--cut", "100"});
     receiver.answers().write("currentService.json", kService);
     EXPECT_EQ(asked(receiver), halfOf(kService));
     ASSERT_TRUE(receiver.process().waitForOutput(" ms\n"));
@@ -150,7 +150,7 @@ TEST(TheReceiver, CutsAnswersWhenAsked)
 
 TEST(TheReceiver, LosesTheSameAnswersForTheSameSeed)
 {
-    Receiver receiver({"--cut", "40", "--close", "30", "--seed", "11"});
+    ServingTool receiver({"--cut", "40", "--close", "30", "--seed", "11"});
     receiver.answers().write("currentService.json", kService);
     OrvuTool::Fates fates(30, 40, 11);
     for (int i = 0; i < 20; ++i) {
@@ -165,7 +165,7 @@ TEST(TheReceiver, LosesTheSameAnswersForTheSameSeed)
 /// It could cut answers, but this seed's first ones go out whole.
 class AReceiverThatMayCut : public testing::Test {
 protected:
-    Receiver receiver_{{"--cut", "1", "--seed", "1"}};
+    ServingTool receiver_{{"--cut", "1", "--seed", "1"}};
 };
 
 TEST_F(AReceiverThatMayCut, SendsTheOthersWhole)
@@ -209,7 +209,7 @@ TEST_F(AReceiverThatMayCut, SaysWhenThePortIsNotAvailable)
 
 TEST(TheReceiver, CutsAnswersOnOneAddressAlone)
 {
-    Receiver receiver({"--listen", "127.0.0.2", "--cut", "100"});
+    ServingTool receiver({"--listen", "127.0.0.2", "--cut", "100"});
     EXPECT_EQ(asked(receiver), "(nobody listens)");
     EXPECT_EQ(run(orvu({"ask", "currentService", "--host", "127.0.0.2", "--port", receiver.portText(), "--raw"})).out,
               headerOnly("emptyData"));

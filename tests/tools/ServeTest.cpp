@@ -27,7 +27,7 @@ std::string askedFor(const std::string& type)
 
 TEST(TheReceiver, SaysWhereItListens)
 {
-    Receiver receiver;
+    ServingTool receiver;
     EXPECT_EQ(receiver.process().out(),
               "listening on port " + receiver.portText() + ", answers from " + receiver.answers().path() + "\n");
 }
@@ -37,7 +37,7 @@ TEST(TheReceiver, AnswersWithTheFileByteForByte)
     const std::string service =
         " { \"serviceName\":\"Notícias\\u0041\",\r\n\t\"serviceId\" : 1e3, \"HEADER\":\"currentService\"}\n\n";
     const std::string time = R"({"HEADER":"serviceTime","time":"now","more":[1.50, null]})";
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", service);
     receiver.answers().write("serviceTime.json", time);
     receiver.answers().write("serviceList.json", "{\"HEADER\":\"noSignal\"}");
@@ -51,21 +51,21 @@ TEST(TheReceiver, AnswersWithTheFileByteForByte)
 TEST(TheReceiver, AnswersATextLongerThanASocketTakesAtOnce)
 {
     const std::string text = R"({"HEADER":"currentService","serviceName":")" + std::string(8000000, 'x') + R"("})";
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", text);
     EXPECT_TRUE(rawExchange(receiver.port(), askedFor("currentService")) == frame(text));
 }
 
 TEST(TheReceiver, AnswersResourceNotFoundWithoutAFile)
 {
-    Receiver receiver;
+    ServingTool receiver;
     EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceNotFound")));
     EXPECT_EQ(receiver.end().err, "");
 }
 
 TEST(TheReceiver, AnswersARequestThatItCannotUnderstandFromTheFileOfUnknown)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("unknown.json", R"({"HEADER":"illegalArgument"})");
     EXPECT_EQ(rawExchange(receiver.port(), frame("no JSON")), frame(R"({"HEADER":"illegalArgument"})"));
     EXPECT_EQ(rawExchange(receiver.port(), askedFor("nonsense")), frame(R"({"HEADER":"illegalArgument"})"));
@@ -73,7 +73,7 @@ TEST(TheReceiver, AnswersARequestThatItCannotUnderstandFromTheFileOfUnknown)
 
 TEST(TheReceiver, TakesEveryNameOfTheCatalogueAsAnAnswer)
 {
-    Receiver receiver;
+    ServingTool receiver;
     for (const char* type : {"unknown", "emptyData", "pos", "codecsSupported", "siCacheUnavailable", "playerAction"}) {
         receiver.answers().write("currentService.json", headerOnly(type));
         EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly(type)));
@@ -96,7 +96,7 @@ class ABrokenAnswer : public testing::TestWithParam<Broken> {};
 
 TEST_P(ABrokenAnswer, IsReportedAndAnsweredResourceUnavailable)
 {
-    Receiver receiver;
+    ServingTool receiver;
     const std::string file = receiver.answers().write("currentService.json", GetParam().text);
     EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceUnavailable")));
     EXPECT_EQ(receiver.end().err, "orvu: " + file + ": " + GetParam().reason + "\n");
@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(TheReceiver, ReportsAFileWithANulByte)
 {
-    Receiver receiver;
+    ServingTool receiver;
     const std::string file =
         receiver.answers().write("currentService.json", headerOnly("currentService") + std::string(1, '\0'));
     EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceUnavailable")));
@@ -126,7 +126,7 @@ TEST(TheReceiver, ReportsAFileWithANulByte)
 
 TEST(TheReceiver, DoesNotWaitAtAFileThatIsNone)
 {
-    Receiver receiver;
+    ServingTool receiver;
     std::filesystem::create_directory(receiver.answers().file("currentService.json"));
     ASSERT_EQ(mkfifo(receiver.answers().file("serviceList.json").c_str(), 0600), 0);
     EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("resourceUnavailable")));
@@ -139,8 +139,10 @@ TEST(TheReceiver, DoesNotWaitAtAFileThatIsNone)
 
 TEST(TheReceiver, RereadsAFileThatChanged)
 {
-    const auto answerOf = [](Receiver& receiver) { return rawExchange(receiver.port(), askedFor("currentService")); };
-    Receiver receiver;
+    const auto answerOf = [](ServingTool& receiver) {
+        return rawExchange(receiver.port(), askedFor("currentService"));
+    };
+    ServingTool receiver;
     EXPECT_EQ(answerOf(receiver), frame(headerOnly("resourceNotFound")));
     receiver.answers().write("currentService.json", R"({"HEADER":"currentService","serviceId":1})");
     EXPECT_EQ(answerOf(receiver), frame(R"({"HEADER":"currentService","serviceId":1})"));
@@ -154,7 +156,7 @@ TEST(TheReceiver, RereadsAFileThatChanged)
 
 TEST(TheReceiver, PrintsOneLineForEachExchange)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", R"({"HEADER":"currentService"})");
     rawExchange(receiver.port(), askedFor("currentService"));
     ASSERT_TRUE(receiver.process().waitForOutput("ms\n"));
@@ -169,7 +171,7 @@ TEST(TheReceiver, PrintsOneLineForEachExchange)
 
 TEST(TheReceiver, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("serviceCompTagAction.json", headerOnly("success"));
     EXPECT_EQ(rawExchange(receiver.port(), frame(R"({"HEADER":"serviceCompTagAction","componentTag":1,)"
                                                  R"("pos":{"x":0,"y":0,"w":640,"h":"50%"}})")),
@@ -181,7 +183,7 @@ TEST(TheReceiver, KeepsTheLinesThatAMessagePrintsOutOfItsOutput)
 
 TEST(TheReceiver, AnswersManyAtOnce)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", headerOnly("currentService"));
     std::vector<std::future<std::string>> answers;
     answers.reserve(16);
@@ -196,7 +198,7 @@ class AnEndingSignal : public testing::TestWithParam<int> {};
 
 TEST_P(AnEndingSignal, EndsTheReceiverCleanly)
 {
-    Receiver receiver;
+    ServingTool receiver;
     receiver.process().signal(GetParam());
     const Ended ended = receiver.process().wait();
     EXPECT_EQ(ended.code, 0);
@@ -208,7 +210,7 @@ INSTANTIATE_TEST_SUITE_P(Serve, AnEndingSignal, testing::Values(SIGINT, SIGTERM,
 
 TEST(TheReceiver, EndsWithAConnectionOpenThatNeverAsks)
 {
-    Receiver receiver;
+    ServingTool receiver;
     const int silent = connectedTo(receiver.port());
     ASSERT_GE(silent, 0);
     EXPECT_EQ(receiver.end().code, 0);
@@ -220,7 +222,7 @@ TEST(TheReceiver, DoesNotWaitForAPeerThatDoesNotTakeItsAnswer)
     const std::string part(8000000, 'x');
     const std::string name = part + part + part + part;  // more than the system keeps for a peer
     const std::string text = R"({"HEADER":"currentService","serviceName":")" + name + R"("})";
-    Receiver receiver;
+    ServingTool receiver;
     receiver.answers().write("currentService.json", text);
     RawPeer silent = RawPeer::connectedTo(receiver.port());
     silent.send(askedFor("currentService"));
@@ -232,7 +234,7 @@ TEST(TheReceiver, DoesNotWaitForAPeerThatDoesNotTakeItsAnswer)
 
 TEST(TheReceiver, SaysWhenThePortCannotBeHad)
 {
-    Receiver first;
+    ServingTool first;
     const Ended second = run(orvu({"serve", first.portText(), "--answers", first.answers().path()}));
     EXPECT_EQ(second.code, 69);
     EXPECT_EQ(second.out, "");
@@ -250,7 +252,7 @@ TEST(TheReceiver, SaysWhenTheAddressIsNotThisDevices)
 
 TEST(TheReceiver, ListensOnOneAddressAloneWhenAsked)
 {
-    Receiver receiver({"--listen", "127.0.0.2"});
+    ServingTool receiver({"--listen", "127.0.0.2"});
     EXPECT_EQ(receiver.process().out(), "listening on port " + receiver.portText() + " of 127.0.0.2, answers from " +
                                             receiver.answers().path() + "\n");
     EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), "(nobody listens)");
@@ -302,7 +304,7 @@ TEST(TheReceiver, GoesOnAnsweringWhenNobodyReadsItsLines)
 {
     ProcessOptions unread;
     unread.outputGone = true;
-    Receiver receiver({}, unread);
+    ServingTool receiver({}, unread);
     receiver.answers().write("currentService.json", headerOnly("currentService"));
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(rawExchange(receiver.port(), askedFor("currentService")), frame(headerOnly("currentService")));
@@ -313,11 +315,11 @@ TEST(TheReceiver, GoesOnAnsweringWhenNobodyReadsItsLines)
 
 TEST(TheReceiver, KeepsTheLibrarysLinesToItselfUnlessAsked)
 {
-    Receiver silent;
+    ServingTool silent;
     rawExchange(silent.port(), askedFor("currentService"));
     EXPECT_EQ(silent.end().err, "");
 
-    Receiver talking({"--log", "stderr"});
+    ServingTool talking({"--log", "stderr"});
     rawExchange(talking.port(), askedFor("currentService"));
     const Ended ended = talking.end();
     EXPECT_THAT(ended.err, HasSubstr("I/OrVU: startListenRequests\n"));

@@ -77,14 +77,14 @@ void Folder::remove(const std::string& name) const
     std::filesystem::remove(file(name));
 }
 
-Receiver::Receiver(const std::vector<std::string>& options, const ProcessOptions& how)
+ServingTool::ServingTool(const std::vector<std::string>& options, const ProcessOptions& how)
     : process_(serving(port_.port(), answers_.path(), options), how)
 {
     if (how.outputGone ? !waitUntilListening(port()) : !process_.waitForOutput("listening on port"))
         throw std::runtime_error("orvu serve does not listen: " + process_.err());
 }
 
-Ended Receiver::end()
+Ended ServingTool::end()
 {
     process_.signal(SIGINT);
     return process_.wait();

@@ -36,10 +36,10 @@ private:
 };
 
 /// `orvu serve` with a folder of answers, ready to be asked.
-class Receiver {
+class ServingTool {
 public:
     /// Throws std::runtime_error when it does not come up.
-    explicit Receiver(const std::vector<std::string>& options = {}, const ProcessOptions& how = {});
+    explicit ServingTool(const std::vector<std::string>& options = {}, const ProcessOptions& how = {});
 
     int port() const { return port_.port(); }
     std::string portText() const { return std::to_string(port()); }

@@ -127,7 +127,7 @@ TEST(APublisherThatClosesAtOnce, IsSaidToHaveSentNothing)
 
 TEST(ARequestPort, IsGuessedWhenItIsWatched)
 {
-    Receiver receiver;
+    ServingTool receiver;
     const Ended ended = run(watching(receiver.port(), "tcp"));
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.out, "");
@@ -137,7 +137,7 @@ TEST(ARequestPort, IsGuessedWhenItIsWatched)
 
 TEST(ARequestPort, CannotBeWatchedAsAWebSocket)
 {
-    Receiver receiver;
+    ServingTool receiver;
     const Ended ended = run(watching(receiver.port(), "websocket"));
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.out, "");
