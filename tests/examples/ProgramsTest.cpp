@@ -137,7 +137,7 @@ TEST(TheExampleReceiver, AnswersWhatItDoesNotUnderstandOrLike)
 
 TEST(TheExampleReceiver, SaysWhenThePortCannotBeHad)
 {
-    Receiver other;
+    ServingTool other;
     const Ended ended = run(command(ORVU_EXAMPLE_RECEIVER, {other.portText(), ORVU_EXAMPLE_CHANNELS}), withoutLog());
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.err, "receiver: TCP port " + other.portText() + " is not available\n");
@@ -155,7 +155,7 @@ TEST(TheExampleClient, SaysWhenNobodyListens)
 
 TEST(TheExampleClient, TalksToAReceiverOfAnswersToo)
 {
-    Receiver receiver;
+    ServingTool receiver;
     const Ended ended = run(command(ORVU_EXAMPLE_CLIENT, {receiver.portText()}), withoutLog());
     EXPECT_EQ(ended.code, 1);
     EXPECT_EQ(ended.err, "client: no list: the receiver says resourceNotFound\n");
