@@ -28,7 +28,7 @@ struct HeldChildOf {
     std::function<std::string*(Orvu::Serializable&)> holdListening;  ///< Where the child keeps what it hears.
     std::function<void(Orvu::Serializable&, int&)> holdCounted;
 
-    std::string others;          ///< Members that must stand beside it, a comma behind each.
+    std::string others;          ///< Members that are required besides it, each followed by a comma.
     std::string inside;          ///< The object in which the child stands; "" when it stands in the message itself.
     bool isReplaced = false;     ///< Whether each read makes a new child, and leaves the one before to the caller.
     bool mustBeWritten = false;  ///< Whether the message has no text when the child has none.
@@ -62,7 +62,7 @@ HeldChildOf heldChild(const std::string& name, const std::string& key, Child* Me
     return held;
 }
 
-/// The same child where other members must stand beside it, or all of them in an object.
+/// The same child where other members are required besides it, or all of them are in an object.
 inline HeldChildOf beside(HeldChildOf held, const std::string& others, const std::string& inside = "")
 {
     held.others = others;

@@ -29,12 +29,12 @@ struct Key {
     bool isWritten = true;
 };
 
-/// The keys of a message, but for those of its children and lists.
+/// The keys of a message, except those of its children and lists.
 struct MessageKeys {
     std::string name;
     std::function<std::unique_ptr<Orvu::Serializable>()> make;
     std::vector<Key> keys;
-    std::vector<std::string> lists;  ///< Lists that must stand beside them; empty ones will do.
+    std::vector<std::string> lists;  ///< Lists that are required, too; empty ones will do.
     std::string inside;  ///< The object in which all of them stand; "" when they stand in the message itself.
 };
 
@@ -126,12 +126,12 @@ Key boolean(const std::string& name, bool Message::*field)
     });
 }
 
-/// A key that is read as one of a few words; `field` shows the word that became of it. `stranger` stands for any other
+/// A key that is read as one of a few words; `field` shows the word that became of it. `otherWord` is any other
 /// text.
 inline Key wordShownBy(const std::string& name, const std::string& value, const std::string& otherValue,
-                       const std::string& stranger, std::function<std::string(Orvu::Serializable&)> field)
+                       const std::string& otherWord, std::function<std::string(Orvu::Serializable&)> field)
 {
-    const std::string none = inQuotes(stranger);
+    const std::string none = inQuotes(otherWord);
     return {name,
             inQuotes(value),
             inQuotes(otherValue),

@@ -110,10 +110,10 @@ TEST_F(AListener, HandsOverTheRestAsTexts)
         if (rest.kind == PushedText) heard.add("text " + std::string(rest.text, rest.size));
     });
     attached().send(
-        "[1]{\"HEADER\":\"noSignal\"}{\"HEADER\":\"stranger\"}{\"HEADER\":\"serviceTime\"}hello\n"
+        "[1]{\"HEADER\":\"noSignal\"}{\"HEADER\":\"nonsense\"}{\"HEADER\":\"serviceTime\"}hello\n"
         "{\"HEADER\":\"serviceTime\",\"time\":\"\"}");
     EXPECT_THAT(heard.first(6),
-                ElementsAre("value [1]", "value {\"HEADER\":\"noSignal\"}", "value {\"HEADER\":\"stranger\"}",
+                ElementsAre("value [1]", "value {\"HEADER\":\"noSignal\"}", "value {\"HEADER\":\"nonsense\"}",
                             "value {\"HEADER\":\"serviceTime\"}", "text hello\n", "time"));
 }
 
