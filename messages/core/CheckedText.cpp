@@ -275,6 +275,7 @@ const char* CheckedText::behindLong(const char* at, std::uint32_t& entry) const
 
 const char* CheckedText::behindMuchWhite(const char* at, std::uint32_t& entry) const
 {
+    if (!isWhite(*at)) return at;  // the entry that begins here is that of a long text
     const char* const end = behindLong(at, entry);
     return end ? end : afterWhite(at, this->end());
 }

@@ -255,6 +255,18 @@ TEST(ReadingInPlace, AgreesWithCJsonOnWhiteSpaceOfAnyLengthInAnyPlace)
     }
 }
 
+TEST(ReadingInPlace, AgreesWithCJsonOnLongTextsBehindWhiteSpaceOfAnyLength)
+{
+    for (const unsigned length : {255u, 256u, 257u, 258u, 300u}) {
+        const std::string text = '"' + std::string(length, 'x') + '"';
+        for (unsigned size = 0; size < 300; size += size < 20 || size > 250 ? 1 : 10) {
+            const std::string space = white(size);
+            expectAsCJson("[" + space + text + space + "," + space + text + space + "]");
+            expectAsCJson("{" + space + text + space + ":" + space + text + space + ",\"b\":1}");
+        }
+    }
+}
+
 TEST(ReadingInPlace, AgreesWithCJsonOnAnyByteBehindWhiteSpace)
 {
     for (unsigned size = 0; size < 40; ++size) {
