@@ -1,12 +1,12 @@
 #include "orvu/OrvuRestRequest.h"
 
 #include <cstring>
-#include <poll.h>
 
 #include "log/Log.h"
 #include "orvu/Serializable.h"
 #include "transport/Frame.h"
 #include "transport/MessageTexts.h"
+#include "transport/Socket.h"
 
 namespace Orvu {
 namespace {
@@ -68,9 +68,7 @@ bool OrvuRestRequest::isPeerGone()
 {
     const std::unique_lock<std::mutex> lock(mutex_, std::try_to_lock);
     if (!lock) return false;
-    if (connection_.fd() < 0) return true;
-    pollfd state{connection_.fd(), POLLIN | POLLRDHUP, 0};
-    return poll(&state, 1, 0) > 0 && (state.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
+    return connection_.fd() < 0 || hasLostPeer(connection_.fd());
 }
 
 int OrvuRestRequest::sendResponse(Serializable* response)

@@ -69,6 +69,12 @@ bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline)
     return ready > 0;
 }
 
+bool hasLostPeer(int fd)
+{
+    pollfd state{fd, POLLRDHUP, 0};
+    return poll(&state, 1, 0) > 0 && (state.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
+}
+
 Socket& Socket::operator=(Socket&& other) noexcept
 {
     const Socket old(std::exchange(fd_, other.release()));

@@ -40,6 +40,7 @@ public:
 
     /// Whether there is something to receive, or an end to notice.
     bool hasArrived() const;
+    bool isPeerGone() const { return hasLostPeer(socket_.fd()); }
     /// Wakes all who wait for its socket. Only the place calls it.
     void shutdown();
     bool isOver() const { return isOver_; }

@@ -32,6 +32,7 @@ bool WebSocketPlace::isFreeFor(const WebSocketConnection* newcomer, Lock& lock)
         const bool isUnwanted = newcomer && newcomer->isOver();
         return isUnwanted || !client_ || (!isReaderBusy_ && !client_->hasArrived());
     });
+    if (client_ && client_->isPeerGone()) endLocked(*client_);  // its reader was not quick enough
     return !client_;
 }
 

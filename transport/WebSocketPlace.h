@@ -12,7 +12,7 @@ class WebSocketConnection;
 class WebSocketPlace {
 public:
     /// Whether a newcomer is to be refused. The attached client's reader first handles what has already arrived, for up
-    /// to 100 ms, since the client may have left.
+    /// to 100 ms, since the client may have left. One whose stream has ended then leaves the place in any case.
     bool isTaken();
     /// The same question for a newcomer whose opening request is whole: unless refused, it is attached, and its reader
     /// counts as busy. False as well for one that was ended.
