@@ -89,7 +89,8 @@ private:
     bool wasDeliverable_ = false;
 };
 
-void writeToStandardError(const char* bytes, std::size_t size)
+/// Not inline, since the stack is deepest before, while the line is formatted.
+[[gnu::noinline]] void writeToStandardError(const char* bytes, std::size_t size)
 {
     NoSigpipe noSigpipe;
     while (size > 0) {
@@ -129,10 +130,9 @@ void setSigpipeBlocked(bool isBlocked)
 #endif
 }
 
-/// Inline for the sake of the stack: a line is often written where it is deepest.
-[[gnu::always_inline]] static inline void writeFormatted(const char* format, va_list arguments)
+/// Not inline: the line's room on the stack is used only where lines are wanted.
+[[gnu::noinline]] static void writeFormatted(const char* format, va_list arguments)
 {
-    if (!isWanted()) return;
     const int reason = errno;
     char line[kMarkSize + kLogBuffer];
     const int length = std::vsnprintf(line + kMarkSize, kLogBuffer, format, arguments);
@@ -142,6 +142,7 @@ void setSigpipeBlocked(bool isBlocked)
 
 void logLine(const char* format, ...)
 {
+    if (!isWanted()) return;
     va_list arguments;
     va_start(arguments, format);
     writeFormatted(format, arguments);
@@ -150,7 +151,7 @@ void logLine(const char* format, ...)
 
 void logLineOf(const char* format, va_list arguments)
 {
-    writeFormatted(format, arguments);
+    if (isWanted()) writeFormatted(format, arguments);
 }
 
 }  // namespace Orvu
