@@ -44,9 +44,9 @@ Serializable* make(DataType type)
 
 constexpr CatalogueEntry kRows[] = {
 #define ORVU_ROW_AS(Type, Class, wireName, mapping, making) \
-    {Type, wireName, mapping == FromHeader, making == Made, make<Class>, contractOf<Class>},
+    {wireName, make<Class>, contractOf<Class>, Type, mapping == FromHeader, making == Made},
 #define ORVU_ROW_WITHOUT_CLASS(Type, wireName, mapping) \
-    {Type, wireName, mapping == FromHeader, false, nullptr, nullptr},
+    {wireName, nullptr, nullptr, Type, mapping == FromHeader, false},
 #include "orvu/Catalogue.def"
 };
 

@@ -26,13 +26,13 @@ bool fill(Serializable& message, const CheckedText& checked, const char* text);
 
 /// What the catalogue says about a type.
 struct CatalogueEntry {
-    DataType type;
     const char* wireName;
-    bool isFromHeader;  ///< Whether a received "HEADER" may name it.
-    bool isMade;        ///< Whether factory() makes it.
     Serializable* (*make)(
         DataType type);             ///< Also where factory() does not; null without a class. Throws std::bad_alloc.
     const Contract& (*contract)();  ///< Null without a class.
+    DataType type;
+    bool isFromHeader;  ///< Whether a received "HEADER" may name it.
+    bool isMade;        ///< Whether factory() makes it.
 };
 
 /// Null for a value outside the catalogue, or a name that it does not have.

@@ -9,10 +9,11 @@ namespace Orvu {
 /// Whether a word of the wire is understood when a peer sends it.
 enum Readability : bool { WrittenOnly = false, ReadBack = true };
 
-/// A value of an enumeration and its word on the wire.
+/// A value of an enumeration and its word on the wire. The word stands in place: a pointer to it would be memory that
+/// every process pays for, since it is known only once the library is loaded.
 struct Word {
-    int value;
-    const char* text;
+    short value;
+    char text[27];
     Readability readability = ReadBack;
 };
 
