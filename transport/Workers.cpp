@@ -18,6 +18,13 @@ constexpr std::size_t kMostIdle = 8;
 constexpr timeval kIdleTime{10, 0};
 constexpr char kName[] = "orvu-worker";
 
+/// As a peer does that only asked whether somebody listens.
+bool hasLeftInSilence(int fd)
+{
+    char byte;
+    return recv(fd, &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+}
+
 }  // namespace
 
 /// What one thread serves with. It is deleted when the thread ends, however it does: a callback may end it without
@@ -148,6 +155,10 @@ bool Workers::serve(Socket accepted)
     ConnectionInFlight connection = connectionOf(std::move(accepted));
     if (!connection) return true;
     auto worker = std::make_unique<Worker>(shared_from_this(), std::move(connection));
+    if (hasLeftInSilence(worker->connection_.fd())) {
+        worker->serve();
+        return true;
+    }
     pthread_t thread;
     if (createThread(thread, Worker::run, worker.get()) != 0) return false;
     static_cast<void>(worker.release());  // the thread's

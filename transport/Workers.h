@@ -24,8 +24,8 @@ public:
     /// Lets workers idle, at a listening socket that stays open until they are closed. While an application's callback
     /// runs, its worker has the signal mask `signals`.
     void open(const Socket& listener, const sigset_t& signals);
-    /// Starts a worker for an accepted connection. False, and the connection is closed, when there is no thread for it.
-    /// Throws std::bad_alloc.
+    /// Starts a worker for an accepted connection; one whose peer has left without a word needs none. False, and the
+    /// connection is closed, when there is no thread for it. Throws std::bad_alloc.
     bool serve(Socket accepted);
     /// Returns when no worker idles, or once closed.
     void waitUntilNoneIdles();

@@ -38,10 +38,11 @@ void FaultTest::tryEachFault()
 /// How many calls there were to fail.
 int FaultTest::tryEachCall(int error)
 {
-    for (int nth = 1;; ++nth) {
-        const bool hasMet = tryOne({GetParam().call, nth, error});
-        if (HasFailure() || !hasMet) return nth - 1;
-    }
+    const int first = GetParam().first;
+    int nth = first;
+    while (nth <= GetParam().last && tryOne({GetParam().call, nth, error}) && !HasFailure())
+        ++nth;
+    return nth - first;
 }
 
 std::string FaultTest::run()

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <iosfwd>
+#include <limits>
 #include <list>
 #include <set>
 #include <string>
@@ -31,6 +32,8 @@ struct FaultsOf {
     Outcomes failed = {};
     Outcomes passed = {};
     std::vector<Fault> circumstances = {};  ///< Passing ones that lead to the call.
+    int first = 1;                          ///< Which of its calls fail.
+    int last = std::numeric_limits<int>::max();
 };
 
 void PrintTo(const FaultsOf& faults, std::ostream* out);
