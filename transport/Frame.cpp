@@ -110,7 +110,7 @@ FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience
     }
     const std::uint32_t length = static_cast<std::uint32_t>(size) + 1;
     ShortFrame room;
-    Outgoing frame = frameOf(room, &length, sizeof length, text, size);
+    Outgoing frame = frameOf(room, length, sizeof length, text, size);
     const bool isWhole = frame.finish(fd, patience);
     const std::size_t gone = sizeof length + size - frame.left();
     if (sent) *sent = gone;

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
 
 namespace Orvu {
 
-Outgoing::Outgoing(const void* head, std::size_t headSize, const void* body, std::size_t bodySize)
+[[gnu::hot]] Outgoing::Outgoing(const void* head, std::size_t headSize, const void* body, std::size_t bodySize)
     : parts_{{const_cast<void*>(head), headSize}, {const_cast<void*>(body), bodySize}}
 {}
 
@@ -22,7 +21,7 @@ ssize_t Outgoing::sendOnce(int fd)
     return sendmsg(fd, &message, kFlags);
 }
 
-bool Outgoing::offer(int fd)
+[[gnu::hot]] bool Outgoing::offer(int fd)
 {
     while (left() > 0) {
         const ssize_t sent = sendOnce(fd);
@@ -62,14 +61,6 @@ void Outgoing::skip(std::size_t sent)
         part.iov_len -= taken;
         sent -= taken;
     }
-}
-
-Outgoing frameOf(ShortFrame& room, const void* head, std::size_t headSize, const void* body, std::size_t bodySize)
-{
-    if (bodySize == 0 || headSize + bodySize > sizeof room) return {head, headSize, body, bodySize};
-    std::memcpy(room, head, headSize);
-    std::memcpy(room + headSize, body, bodySize);
-    return {room, headSize + bodySize};
 }
 
 }  // namespace Orvu

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <sys/uio.h>
 
 #include "transport/Socket.h"
@@ -33,8 +34,15 @@ private:
 /// Room to put a short frame together.
 using ShortFrame = char[1500];
 
-/// A frame's head and body on their way: put together in `room`, which is to live as long, when it is short. Sending
-/// two parts costs more.
-Outgoing frameOf(ShortFrame& room, const void* head, std::size_t headSize, const void* body, std::size_t bodySize);
+/// A frame's head, the first bytes of `head`, and its body on their way: put together in `room`, which is to live as
+/// long, when it is short. Sending two parts costs more.
+template <class Head>
+Outgoing frameOf(ShortFrame& room, const Head& head, std::size_t headSize, const void* body, std::size_t bodySize)
+{
+    if (bodySize == 0 || headSize + bodySize > sizeof room) return {&head, headSize, body, bodySize};
+    std::memcpy(room, &head, sizeof head);  // of a constant size: no call
+    std::memcpy(room + headSize, body, bodySize);
+    return {room, headSize + bodySize};
+}
 
 }  // namespace Orvu

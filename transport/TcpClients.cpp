@@ -118,20 +118,14 @@ bool TcpClients::unlist(bool (Client::*isGone)() const)
     return wereSome;
 }
 
-bool TcpClients::send(const unsigned char* data, unsigned int size)
+[[gnu::hot]] bool TcpClients::send(const unsigned char* data, unsigned int size)
 {
     const std::lock_guard<std::mutex> lock(sending_);
-    prepare(data, size);
-    for (std::size_t i = 0; size == 0 && i < deliveries_.size(); ++i)
-        logLine("OrvuRestServerTcpSocket::send: ERROR data is empty!");
-    return size > 0 && handOut();
-}
-
-void TcpClients::prepare(const unsigned char* data, unsigned int size)
-{
     if (haveChanged_) addressAll();
-    for (Delivery& delivery : deliveries_)
-        delivery.bytes = Outgoing(data, size);
+    if (size > 0) return handOut({data, size});
+    for (std::size_t i = 0; i < deliveries_.size(); ++i)
+        logLine("OrvuRestServerTcpSocket::send: ERROR data is empty!");
+    return false;
 }
 
 /// Takes all the memory that a push needs, before its first byte goes out.
@@ -179,11 +173,15 @@ bool TcpClients::settle() const
 }
 
 /// True when anybody took the push whole.
-bool TcpClients::handOut()
+[[gnu::hot]] bool TcpClients::handOut(const Outgoing& bytes)
 {
-    for (Delivery& delivery : deliveries_)
+    bool isFinished = true;
+    for (Delivery& delivery : deliveries_) {
+        delivery.bytes = bytes;
         delivery.proceed();
-    finish();
+        isFinished = isFinished && delivery.bytes.left() == 0;
+    }
+    if (!isFinished) finish();
     return settle();
 }
 

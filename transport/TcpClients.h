@@ -10,6 +10,8 @@
 
 namespace Orvu {
 
+class Outgoing;
+
 /// The clients of a TCP push server: send() sends to all of them. Any thread.
 class TcpClients final : public Connections {
 public:
@@ -33,9 +35,8 @@ private:
     bool unlistGone();
     bool unlist(bool (Client::*isGone)() const);
     void forgetUnlisted();
-    void prepare(const unsigned char* data, unsigned int size);
     void addressAll();
-    bool handOut();
+    bool handOut(const Outgoing& bytes);
     void finish();
     bool settle() const;
 
