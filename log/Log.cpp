@@ -140,7 +140,7 @@ void setSigpipeBlocked(bool isBlocked)
     errno = reason;
 }
 
-void logLine(const char* format, ...)
+[[gnu::hot]] void logLine(const char* format, ...)
 {
     if (!isWanted()) return;
     va_list arguments;

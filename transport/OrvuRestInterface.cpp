@@ -87,7 +87,7 @@ RequestCallback registeredCallback()
     return requestCallback;
 }
 
-OrvuRestInterface* OrvuRestInterface::getInstance()
+[[gnu::hot]] OrvuRestInterface* OrvuRestInterface::getInstance()
 {
     static Immortal<OrvuRestInterface> facade;
     return &*facade;
@@ -241,7 +241,7 @@ void OrvuRestInterface::stopAllServers()
     pushServers().stopAll();
 }
 
-bool OrvuRestInterface::sendMessage(int handler, unsigned char* data, unsigned int size)
+[[gnu::hot]] bool OrvuRestInterface::sendMessage(int handler, unsigned char* data, unsigned int size)
 {
     return pushServers().send(handler, data, size);
 }

@@ -43,7 +43,7 @@ void OrvuRestServerTcpSocket::stop()
     acceptor_.stop();
 }
 
-bool OrvuRestServerTcpSocket::send(unsigned char* data, unsigned int size)
+[[gnu::hot]] bool OrvuRestServerTcpSocket::send(unsigned char* data, unsigned int size)
 {
     if (!data) size = 0;
     logLine("OrvuRestServerTcpSocket::send: Send to client: %.*s",

@@ -41,7 +41,7 @@ void OrvuRestServerWebSocket::stop()
     acceptor_.stop();
 }
 
-bool OrvuRestServerWebSocket::send(unsigned char* data, unsigned int size)
+[[gnu::hot]] bool OrvuRestServerWebSocket::send(unsigned char* data, unsigned int size)
 {
     logLine("OrvuRestServerWebSocket::send: Message size: %d bytes",
             static_cast<int>(std::min<unsigned>(size, INT_MAX)));

@@ -137,14 +137,14 @@ void PushServers::stopEach()
 }
 
 /// The server of that handle; null when there is none.
-std::shared_ptr<OrvuRestSimpleServer> PushServers::find(int handler)
+[[gnu::hot]] std::shared_ptr<OrvuRestSimpleServer> PushServers::find(int handler)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto place = servers_.find(handler);
     return place == servers_.end() ? nullptr : place->second.pushes;
 }
 
-bool PushServers::send(int handler, unsigned char* data, unsigned int size)
+[[gnu::hot]] bool PushServers::send(int handler, unsigned char* data, unsigned int size)
 {
     logLine("OrvuRestInterface::sendMessage: handler: %d | size: %d", handler, static_cast<int>(size));
     if (const auto server = find(handler)) return server->send(data, size);

@@ -96,7 +96,7 @@ void WebSocketClients::drop()
     const std::lock_guard<std::mutex> untilThePushEnds(target_.writing);
 }
 
-ssize_t WebSocketClients::push(const void* data, std::size_t size)
+[[gnu::hot]] ssize_t WebSocketClients::push(const void* data, std::size_t size)
 {
     const std::lock_guard<std::mutex> lock(target_.writing);
     WebSocketConnection* const client = target_.client;

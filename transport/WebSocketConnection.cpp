@@ -192,13 +192,13 @@ void WebSocketConnection::echo(const std::string& text)
     sendframe(text.data(), text.size(), WS_FR_OP_TXT);
 }
 
-ssize_t WebSocketConnection::push(const void* data, std::size_t size)
+[[gnu::hot]] ssize_t WebSocketConnection::push(const void* data, std::size_t size)
 {
     return isOver_ ? 0 : sendframe(data, size, WS_FR_OP_BIN);
 }
 
 /// The bytes that went out, the frame's header counted; -1 when writing failed. For whoever holds `writing`.
-ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int opcode)
+[[gnu::hot]] ssize_t WebSocketConnection::sendframe(const void* data, std::size_t size, int opcode)
 {
     const FrameHeader header(opcode, static_cast<unsigned>(size));
     const std::size_t whole = header.size + size;

@@ -91,7 +91,7 @@ std::optional<std::string> getHSresponse(const std::string& request)
            getHSaccept(key) + "\r\n\r\n";
 }
 
-FrameHeader::FrameHeader(int opcode, unsigned int payloadSize)
+[[gnu::hot]] FrameHeader::FrameHeader(int opcode, unsigned int payloadSize)
 {
     bytes[0] = static_cast<unsigned char>(kFinal | opcode);
     const int lengthSize = payloadSize <= 125 ? 0 : payloadSize <= 0xffff ? 2 : 8;
