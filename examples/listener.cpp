@@ -1,5 +1,5 @@
 /// \file
-/// A listener: it prints what a publisher pushes, and what becomes of the connection, until Ctrl-C.
+/// A listener: it prints what a publisher pushes, and the state of the connection, until Ctrl-C.
 ///
 ///     listener tcp|websocket PORT [HOST]
 ///

@@ -42,8 +42,8 @@ bool waitFor(int fd, short events, Deadline deadline);
 /// The same for several sockets at once, each with its events; the results are in `revents`.
 bool waitForAny(pollfd* wanted, std::size_t count, Deadline deadline);
 
-/// Whether the peer of a connection has ended its stream, or the connection broke. Bytes that came before may be left to
-/// receive.
+/// Whether the peer of a connection has ended its stream, or the connection broke. Bytes that came before may be left
+/// to receive.
 bool hasLostPeer(int fd);
 
 /// Owns one socket and closes it. shutdown() may be called from another thread; closing may not.

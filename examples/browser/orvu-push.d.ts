@@ -3,7 +3,7 @@ export type OrvuState =
     | "closed"                  // before open(), and for good after close()
     | "connecting"              // an attempt is under way
     | "attached"                // what the receiver pushes arrives here
-    | "refused-or-unreachable"  // the attempt ended before a connection stood; pausing
+    | "refused-or-unreachable"  // the attempt ended before there was a connection; pausing
     | "lost";                   // the connection ended; pausing
 
 export interface OrvuClock {
@@ -46,7 +46,7 @@ export class OrvuPushError extends Error {
     constructor(code: OrvuPushErrorCode, message: string);
 }
 
-/** The connection came to another state. */
+/** The state of the connection changed. */
 export class OrvuStateEvent extends Event {
     readonly type: "state";
     readonly state: OrvuState;
@@ -102,10 +102,10 @@ export class OrvuPush extends EventTarget {
     /** The state in words. */
     readonly description: string;
 
-    /** Begins to attach, and keeps at it until close(). Without effect once begun. Throws what WebSocket throws. */
+    /** Begins to attach, and goes on trying until close(). Has no effect once begun. Throws what WebSocket throws. */
     open(): void;
 
-    /** Ends a pause: the next attempt begins at once. Without effect in other states. */
+    /** Ends a pause: the next attempt begins at once. Has no effect in other states. */
     retryNow(): void;
 
     /** Sends one text. Resolves with the echo; rejects with an OrvuPushError, or a TypeError for a non-string. */

@@ -40,7 +40,7 @@ export class OrvuPushError extends Error {
     }
 }
 
-/** The connection came to another state. */
+/** The state of the connection changed. */
 export class OrvuStateEvent extends Event {
     constructor(state, description, retryInSeconds) {
         super("state");
@@ -118,14 +118,14 @@ export class OrvuPush extends EventTarget {
         }
     }
 
-    /** Begins to attach, and keeps at it until close(). Without effect once begun. Throws what WebSocket throws. */
+    /** Begins to attach, and goes on trying until close(). Has no effect once begun. Throws what WebSocket throws. */
     open() {
         if (this.#state !== "closed") return;
         this.#failures = 0;
         this.#connect();
     }
 
-    /** Ends a pause: the next attempt begins at once. Without effect in other states. */
+    /** Ends a pause: the next attempt begins at once. Has no effect in other states. */
     retryNow() {
         if (this.#retryAt !== undefined) this.#connect();
     }
@@ -235,7 +235,7 @@ export class OrvuPush extends EventTarget {
         this.dispatchEvent(new OrvuEchoEvent(text));
     }
 
-    // An echo that does not come is the only sign of a receiver that vanished without a word, such as by a power cut.
+    // An echo that does not come is the only sign of a receiver that vanished, for example by a power cut.
     #awaitEcho() {
         const { clock, echoSeconds } = this.#options;
         const waited = (clock.now() - this.#texts[0].sentAt) / 1000;

@@ -1,10 +1,10 @@
 /// \file
-/// A small listener over PushListener itself: it prints what a publisher pushes, and what becomes of the connection,
+/// A small listener over PushListener itself: it prints what a publisher pushes, and the state of the connection,
 /// until Ctrl-C.
 ///
 ///     listener tcp|websocket PORT [HOST]
 ///
-/// The library's own log lines go to standard error; run it with ORVU_LOG=none to be rid of them.
+/// The library's own log lines go to standard error; run it with ORVU_LOG=none to turn them off.
 
 #include <csignal>
 #include <cstdlib>

@@ -5,7 +5,7 @@
 ///     publisher tcp|websocket [MIN-PORT MAX-PORT]
 ///
 /// Without ports the system chooses one. The library's own log lines go to standard error; run it with ORVU_LOG=none
-/// to be rid of them.
+/// to turn them off.
 
 #include <csignal>
 #include <cstdlib>

@@ -117,7 +117,7 @@ void* onRequest(OrvuRestRequest* received)
     return nullptr;
 }
 
-/// Ends listening and waits for the answers that are on their way.
+/// Stops listening and waits for the answers that are on their way.
 int end(OrvuRestInterface& orvu)
 {
     orvu.stopListenRequests();

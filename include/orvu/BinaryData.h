@@ -23,13 +23,13 @@ public:
     BinaryData(const BinaryData&) = delete;
     BinaryData& operator=(const BinaryData&) = delete;
 
-    /// The first `bufferSize` bytes of the block travel as Base64 (RFC 4648), zeros behind what came included. After a
-    /// read that left a new `bufferSize` but no new block, no more than the block held has room for, until the
+    /// The first `bufferSize` bytes of the block travel as Base64 (RFC 4648), with the zeros after what was read. After
+    /// a read that set `bufferSize` but made no new block, only as many bytes travel as the held block has, until the
     /// application sets `buffer` or `bufferSize`.
     char* serialize() override;
     /// "serviceContextId", "bufferSize" and "buffer" are required; those before the missing one stay. Makes a new,
-    /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, the block
-    /// unchanged, for more bytes than that, for a size above 64 MiB, and when out of memory.
+    /// zeroed block of 4 x "bufferSize" bytes; the block held before is the caller's from then on. False, with the
+    /// block unchanged, for more bytes than that, for a size above 64 MiB, and when out of memory.
     bool deserialize(const char* text) override;
     using Serializable::deserialize;
 
@@ -40,7 +40,7 @@ private:
     struct Left {
         const unsigned char* buffer;
         unsigned bufferSize;
-        unsigned room;  // for so many bytes the block was made
+        unsigned room;  // bytes that the block was made for
     };
     Left left_ = {};
     [[maybe_unused]] unsigned reserved_ = 0;

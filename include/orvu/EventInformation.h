@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "orvu/BinaryData.h"  // which this header declared before it had one of its own
+#include "orvu/BinaryData.h"  // its classes used to be declared here
 #include "orvu/EventDescriptors.h"
 #include "orvu/Serializable.h"
 
@@ -33,7 +33,7 @@ public:
     std::string dataContentText;          ///< Description of the data content, UTF-8, as broadcast.
     bool hasInteractivity = false;        ///< True when interactive applications accompany it.
     std::string logoURI;                  ///< URI of the event's logo; empty without one.
-    /// Owned, may be null. Comes back as four zeros, whatever it was: it is written as a list and read as an object.
+    /// Owned, may be null. Comes back as four zeros, whatever its values: written as a list, it is read as an object.
     ContentDescriptor* contentDescription = nullptr;
     /// Owned, may be null. Comes back as an empty descriptor when it is null, as the next four do: ask isEmpty().
     LinkageDescriptor* linkage = nullptr;

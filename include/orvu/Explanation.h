@@ -9,27 +9,27 @@
 namespace Orvu {
 
 /// \file
-/// What a text lacks, has too much, or has wrong for the message that it is to be. For people and their tools: reading
-/// a message says only whether it worked.
+/// What is missing, superfluous or wrong in the text of a message. For people and their tools: deserialize() says only
+/// whether it worked.
 
-/// One thing that reading a text meets.
+/// One thing that the library finds when it reads a text.
 struct Finding {
     /// How much it matters.
     enum Kind : unsigned char {
         Fault,      ///< The text is not read because of it. The first one is where reading stops.
         PartFault,  ///< A part is not read because of it: it is left out of its list, or stays as far as it was read.
-        Ignored,  ///< A value that has no effect, or another one than it seems: its kind or its word is not the key's.
-        NotRead,  ///< A key that the type does not read, or not in this text.
+        Ignored,    ///< A value without effect, or with another one than it seems: the key takes no such kind or word.
+        NotRead,    ///< A key that the type does not read, or does not read in this text.
     };
     Kind kind = Fault;       ///< How much it matters.
     std::size_t offset = 0;  ///< Where it is in the text, in bytes from 0.
     unsigned line = 1;       ///< The same as a line of the text, from 1.
     unsigned column = 1;     ///< And as a character of that line (UTF-8), from 1.
     std::string path;        ///< The same as a place in the JSON, such as "schedule[2].name"; empty for the whole text.
-    std::string message;     ///< What is the matter, such as "a number where a text is required".
+    std::string message;     ///< What is wrong, such as "a number where a text is required".
 };
 
-/// What reading a text as a message meets.
+/// What the library finds when it reads a text as a message.
 struct Explanation {
     DataType type = DataTypeUnknown;  ///< What it was read as.
     bool isRead = false;              ///< Whether the library makes a message of it.

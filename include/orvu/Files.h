@@ -5,7 +5,7 @@
 
 #include "orvu/Serializable.h"
 
-// What this header declared, or brought along, before it had headers of its own.
+// This header declared or included these classes before they had headers of their own.
 #include "orvu/BinaryData.h"
 #include "orvu/EventInformation.h"
 #include "orvu/StreamEvents.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "orvu/GingaEditCommand.h"  // which this header declared before it had one of its own
+#include "orvu/GingaEditCommand.h"  // its classes used to be declared here
 #include "orvu/Serializable.h"
 #include "orvu/Status.h"
 

@@ -12,7 +12,7 @@ struct ExchangeReport;
 
 /// The library's entry point: answers requests, sends requests and pushes messages for this process.
 ///
-/// One object a process. Any thread may call any function, also while another one destroys the facade: the call then
+/// A process has one. Any thread may call any function, also while another one destroys the facade: the call then
 /// ends as if it had come before or after. Failures are false or null results with a log line; functions that take or
 /// return a `std::string` may throw std::bad_alloc while that is copied, and no other exception leaves the library.
 class ORVU_EXPORT OrvuRestInterface {
@@ -59,14 +59,14 @@ public:
     /// is malformed, or not this host's, makes both fail with a log line.
     void setListenAddress(std::string address);
 
-    /// Listens for requests on TCP `port`, 0 for one of the system's choice. Once true, peers can connect. A server
-    /// that listens already moves to `port`. False when the port is not available.
+    /// Listens for requests on TCP `port`; with 0 the system chooses one. Once true, peers can connect. A server that
+    /// already listens moves to `port`. False when the port is not available.
     bool startListenRequests(int port);
 
     /// The TCP port on which requests are listened for, also when the system chose it; 0 while there is none.
     int requestPort();
 
-    /// Ends listening. Requests that were accepted are still served: their callbacks may begin and end after it has
+    /// Stops listening. Requests that were accepted are still served: their callbacks may begin and end after it has
     /// returned. True.
     bool stopListenRequests();
 
@@ -79,37 +79,37 @@ public:
     /// false.
     bool configureClient(const char* host, int port);
 
-    /// Sends one request to the configured peer and waits for its answer: 5 s for each step, without end for a
-    /// ConfirmationScreen that is not to be disposed of, and as long as the peer's name takes to resolve. Returns the
-    /// answer, owned by the caller; null only when out of memory: a peer that cannot be reached is a
-    /// CannotConnectToServer, an answer that does not come an EmptyData, one that cannot be understood an
+    /// Sends one request to the configured peer and waits for its answer: 5 s for each step, without limit for a
+    /// ConfirmationScreen whose `dispose` is false, and as long as the peer's name takes to resolve. Returns the
+    /// answer, owned by the caller; null only when out of memory. For a peer that cannot be reached it returns a
+    /// CannotConnectToServer, for an answer that does not come an EmptyData, for one that cannot be understood an
     /// UnknowRequest. `request` stays the caller's. Blocks. Each call has a connection of its own.
     Serializable* sendRequest(Serializable* request);
 
-    /// The same with an empty request of `type`, such as DataTypeServiceList. Null as well for a type that the factory
+    /// The same with an empty request of `type`, such as DataTypeServiceList. Also null for a type that the factory
     /// cannot make.
     Serializable* sendRequest(DataType type);
 
     /// Sends one request as sendRequest(Serializable*) does, and fills `report` (see orvu/ExchangeReport.h): where the
-    /// exchange ended and why, whether the request may have arrived, how long each step took, and what came back. It
-    /// fills it whatever it returns. When its `size` is too small, it writes a log line, does not touch the report, and
-    /// sends all the same.
+    /// exchange ended and why, whether the request may have arrived, how long each step took, and what came back. The
+    /// report is filled whatever the function returns. When its `size` is too small, it stays as it was, with a log
+    /// line, and the request is sent all the same.
     Serializable* sendRequest(Serializable* request, ExchangeReport& report);
 
     /// The same with an empty request of `type`.
     Serializable* sendRequest(DataType type, ExchangeReport& report);
 
-    /// The same with a peer of this exchange's own: `host` is a name or dotted IPv4 address. Needs no
-    /// configureClient(), and leaves the peer that it has set alone.
+    /// The same with a peer for this exchange alone: `host` is a name or dotted IPv4 address. It needs no
+    /// configureClient(), and leaves the configured peer alone.
     Serializable* sendRequest(const char* host, int port, Serializable* request, ExchangeReport& report);
 
-    /// Whether a program listens on TCP `port` of `host`: opens a connection and closes it again. False when it was not
-    /// reached within 5 s, and as long as a name takes to resolve, which is not bounded. Leaves the configured peer
-    /// alone. cancelRequests() ends it, also that of `group`, unless that is null.
+    /// Whether a program listens on TCP `port` of `host`: opens a connection and closes it again. Takes at most 5 s,
+    /// and as long as a name takes to resolve, which is not bounded. Leaves the configured peer alone.
+    /// cancelRequests() ends it, and so does cancelRequests(group), unless `group` is null.
     bool isReachable(const char* host, int port, const void* group = nullptr);
 
     /// Wakes every exchange of sendRequest(), configureClient() and isReachable() in flight, on whichever thread: it
-    /// ends as when the client is destroyed. One that begins afterwards is sent as usual. To end a thread that waits
+    /// ends as destroyInstance() would end it. One that begins afterwards is sent as usual. To end a thread that waits
     /// for its user's answer, set a flag that it tests before each request, and call this again until the thread has
     /// ended.
     void cancelRequests();
@@ -118,7 +118,7 @@ public:
     void cancelRequests(const void* group);
 
     /// The ports that createServer() tries, both ends included, at most 65,536. Without a range no port is tried. A
-    /// number that is not a port, below 0 or above 65535, counts as tried and refused; 0 is one of the system's choice.
+    /// number that is not a port, below 0 or above 65535, counts as tried and refused; for 0 the system chooses a port.
     void setSocketsPortsRange(int minPort, int maxPort);
 
     /// Opens a push server, "tcp" or "websocket", on the first free port of the range. The caller owns the
@@ -127,7 +127,7 @@ public:
     /// record's `port`, for example in an answer.
     SocketServerInfo* createServer(std::string protocol);
 
-    /// The same with a range of this server's own; the one that setSocketsPortsRange() has set stays as it is.
+    /// The same with a range for this server alone; that of setSocketsPortsRange() stays as it is.
     SocketServerInfo* createServer(std::string protocol, int minPort, int maxPort);
 
     /// Stops and deletes a push server. A push through it on another thread ends. False when `handler` names no server.

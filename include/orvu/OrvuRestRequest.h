@@ -34,9 +34,9 @@ public:
     bool isPeerGone();
 
     /// Answers the request and closes its connection. `response` stays the caller's; a null one, or one that cannot be
-    /// written, closes the connection without a word. Returns the number of text bytes sent; -1 when the peer did not
-    /// take them all (it went away meanwhile, or stopped reading for 5 s); 0 when nothing went out: nothing was to be
-    /// sent, the peer had gone before, or the request was answered before. Blocks until the answer is handed to the
+    /// written, closes the connection without an answer. Returns the number of text bytes sent; -1 when the peer did
+    /// not take them all (it went away meanwhile, or stopped reading for 5 s); 0 when nothing went out: nothing was to
+    /// be sent, the peer had gone before, or the request was answered before. Blocks until the answer is handed to the
     /// system.
     int sendResponse(Serializable* response);
 

@@ -187,7 +187,7 @@ protected:
     /// A copy is a message of the same type whose header flag is set; an assignment changes neither.
     Serializable(const Serializable& other) : dataType_(other.dataType_) {}
     Serializable& operator=(const Serializable&) { return *this; }
-    /// For the copies that are to keep the flag.
+    /// For copies that keep the flag.
     void copyHeaderFlag(const Serializable& other) { headerFlag_ = other.headerFlag_; }
 
 private:

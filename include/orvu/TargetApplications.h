@@ -97,7 +97,7 @@ public:
 
     /// Switches the header flag of every filter off, for good: see serializeHeader(true).
     char* serialize() override;
-    /// "filters" is required, and one filter at least held afterwards; what was read before stays. Filters are
+    /// "filters" is required, and at least one filter must be held afterwards; what was read before stays. Filters are
     /// appended.
     bool deserialize(const char* text) override;
     /// The same, with stricter rules of identity. `error` becomes 1 for a text that is null or not JSON, 2 when neither

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The typed interface: a thin layer of headers over the library in which nothing is new'ed, cast or deleted by hand.
+/// The typed interface: a thin layer of headers over the library. Applications neither cast nor delete messages.
 ///
 /// - `Receiver` answers requests by handlers, `Request` is one that is answered later, `Answer` one of several answers.
 /// - `Client` sends requests, `Reply` is what came of one, `Reason` why there is no message.

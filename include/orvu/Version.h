@@ -1,12 +1,11 @@
 #pragma once
 
 /// \file
-/// The version of these headers, for the preprocessor. Versions with the same major number are compatible: a program
-/// runs with any later library of its major version.
+/// The version of these headers, for the preprocessor. A program runs with every later library of its major version.
 
-/// Raised when a program has to be built again, or changed.
+/// Grows when programs must be built again.
 #define ORVU_VERSION_MAJOR 1
-/// Raised with what is new.
-#define ORVU_VERSION_MINOR 0
-/// Raised with what is mended.
+/// Grows when something is added.
+#define ORVU_VERSION_MINOR 1
+/// Grows when faults are fixed.
 #define ORVU_VERSION_PATCH 0

@@ -33,7 +33,7 @@ TEST(TheTool, HelpsOnEveryLevel)
     }
 }
 
-TEST(TheTool, TellsItsVersion)
+TEST(TheTool, PrintsItsVersion)
 {
     const Ended ended = run(orvu({"--version"}));
     EXPECT_EQ(ended.code, 0);

@@ -181,7 +181,8 @@ int types(const TypesOptions& options, Output& output)
 void addTypes(CLI::App& app, Chosen& chosen)
 {
     const auto options = std::make_shared<TypesOptions>();
-    CLI::App* command = app.add_subcommand("types", "List the message types that the library knows");
+    CLI::App* command =
+        app.add_subcommand("types", "List the message types that the library knows, or the keys of one");
     command->add_option("TYPE", options->type, "A type's wire name; lists its keys instead of the types")
         ->type_name("");
     command->add_flag("--json", options->json, "Print a JSON array instead of a table");

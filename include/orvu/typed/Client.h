@@ -92,11 +92,11 @@ private:
     ExchangeReport report_;
 };
 
-/// Sends requests to one peer, by the types of what is wanted.
+/// Sends requests to one peer; the wanted type selects the request and the answer.
 ///
 /// Any thread may call any function; each request has a connection of its own and blocks as long as
-/// OrvuRestInterface::sendRequest() does. Any number of clients. Destroy one when none of its calls runs: cancel() ends
-/// them.
+/// OrvuRestInterface::sendRequest() does. There may be any number of clients. Destroy one only when none of its calls
+/// runs: cancel() ends them.
 class Client {
 public:
     /// `host` is a name or dotted IPv4 address. Nothing is sent.

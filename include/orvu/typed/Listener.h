@@ -79,17 +79,17 @@ struct Hearing : std::enable_shared_from_this<Hearing> {
 }  // namespace Detail
 
 /// Listens to what a publisher pushes, by handlers, one for each type of message, and connects again when the
-/// connection is lost. It stops when it is destroyed. Any number of them.
+/// connection is lost. It stops when it is destroyed. There may be any number of them.
 ///
 ///     Orvu::Listener listener;
 ///     listener.on([&](const Orvu::Service& service) { screen.show(service.serviceName); });
 ///     if (!listener.listen("127.0.0.1", 34000, Orvu::ChannelTcp)) return 1;
 ///
-/// Handlers run on a thread of the listener's own, one after the other. While one runs, nothing more is received. When
+/// Handlers run on the listener's own thread, one after the other. While one runs, nothing more is received. When
 /// a handler throws, the exception is logged.
 ///
-/// Any thread may call stop(); call the other functions on one thread at a time. PushListener, on which it stands, says
-/// what a listener misses, and when it tries again.
+/// Any thread may call stop(); call the other functions on one thread at a time. See PushListener for what a listener
+/// misses, and when it tries again.
 class Listener {
 public:
     Listener() : hearing_(std::make_shared<Detail::Hearing>())
@@ -159,7 +159,7 @@ public:
         return false;
     }
 
-    /// Ends listening, and waits for the handler that runs: when it has returned none runs, and none begins any more.
+    /// Stops listening, and waits for the handler that runs: when it has returned none runs, and none begins any more.
     /// It returns within a second, or when that handler has ended; so do not hold a lock that a handler takes. A
     /// handler may call it, or destroy the listener: that waits for nobody. Can listen again afterwards.
     void stop() { listener_.stop(); }

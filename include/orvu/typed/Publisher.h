@@ -13,7 +13,7 @@
 
 namespace Orvu {
 
-/// A push server; it stops when it is destroyed. Any number of them. Any thread may push, several at once.
+/// A push server; it stops when it is destroyed. There may be any number of them. Any thread may push, several at once.
 ///
 ///     Orvu::Publisher publisher("websocket", 9000, 9010);
 ///     if (publisher) publisher.push(message);
@@ -27,7 +27,7 @@ public:
         if (server_ && server_->error != 0) server_.reset();
         if (!server_) reason_ = reasonFor(protocol, minPort, maxPort);
     }
-    /// The same on one port, 0 for one of the system's choice.
+    /// The same on one port; with 0 the system chooses it.
     explicit Publisher(const std::string& protocol, int port = 0) : Publisher(protocol, port, port) {}
     Publisher(const Publisher&) = delete;
     Publisher& operator=(const Publisher&) = delete;
@@ -44,7 +44,7 @@ public:
     std::string address() const { return server_ ? server_->ipAddress : std::string(); }
 
     /// Pushes a message, or a unique_ptr to one, or bytes such as a std::string: to everybody who listens. True when
-    /// one listener at least took them. Its "HEADER" is switched on; a message that has none by itself is refused,
+    /// at least one listener took them. Its "HEADER" is switched on; a message that has none by itself is refused,
     /// with a log line.
     template <class Given>
     bool push(Given&& given)

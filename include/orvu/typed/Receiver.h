@@ -106,7 +106,7 @@ inline void* onRequest(OrvuRestRequest* request)
 
 }  // namespace Detail
 
-/// Answers requests by handlers, one for each type of message. One of a process listens at a time.
+/// Answers requests by handlers, one for each type of message. In a process, one receiver listens at a time.
 ///
 ///     Orvu::Receiver receiver;
 ///     receiver.on([](const Orvu::ServiceList&) { return channels(); });
@@ -157,7 +157,7 @@ public:
         }
     }
 
-    /// Listens for requests on TCP `port`, 0 for one of the system's choice, on the address that
+    /// Listens for requests on TCP `port` (with 0 the system chooses one), on the address that
     /// OrvuRestInterface::setListenAddress() names. Once true, peers can connect. False with a reason(): when the port
     /// is not available, when another receiver of this process listens, or the facade does, and when there is a handler
     /// for a type that is never received. Replaces the facade's callback. Can listen again after stop().
@@ -183,7 +183,7 @@ public:
         return fail("another thread stopped it");
     }
 
-    /// Ends listening and waits for the handlers that run: when it has returned none runs, and none begins any more. A
+    /// Stops listening and waits for the handlers that run: when it has returned none runs, and none begins any more. A
     /// handler may call it, or destroy the receiver: it waits for the others. Requests that come too late for a
     /// handler, and those that are dropped unanswered, are answered with PlatformUnavailable.
     void stop() { stopAndWait(); }

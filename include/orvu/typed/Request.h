@@ -111,8 +111,8 @@ private:
 /// A received request that is answered later, on any thread. It can be moved, not copied. One that is destroyed without
 /// an answer is answered with a PlatformUnavailable. It needs no Receiver: the one that took it may be gone.
 ///
-/// A lambda that holds one can only be moved as well, so what takes it is no std::function, whose error message is
-/// "std::function target must be copy-constructible". Take it as a template parameter, or as a std::packaged_task:
+/// A lambda that holds one cannot be copied either, so a std::function does not take it: the compiler says
+/// "std::function target must be copy-constructible". Pass it as a template parameter, or as a std::packaged_task:
 ///
 ///     void ask(const std::string& name, std::packaged_task<void(bool)> whenAnswered);
 ///
