@@ -52,6 +52,17 @@ Key command()
     });
 }
 
+/// Of the words only two are accepted.
+Key startOrStop()
+{
+    Key key = refusingOtherWords(wordShownBy("action", "start", "stop", "unknown", [](Serializable& message) {
+        return Status::statusTypeString(static_cast<GingaAppAction&>(message).action);
+    }));
+    key.refused.emplace_back(inQuotes("pause"), inQuotes("pause"));
+    key.refused.emplace_back(inQuotes("requesting"), inQuotes("unknown"));
+    return required(key);
+}
+
 /// The property's name or value, which stand flat beside the others.
 Key ofProperty(const std::string& name, std::string Property::*field)
 {
@@ -69,7 +80,9 @@ INSTANTIATE_TEST_SUITE_P(
                                                           text("name", &RestGingaApp::name), appType(), controlCode(),
                                                           appState(), text("entryPoint", &RestGingaApp::entryPoint)}),
                     keysOf<GingaAppList>("GingaAppList", {text("serviceContextId", &GingaAppList::serviceContextId)},
-                                         {"apps"})),
+                                         {"apps"}),
+                    givingReasons(keysOf<GingaAppAction>("GingaAppAction",
+                                                         {text("appid", &GingaAppAction::appid), startOrStop()}))),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -113,7 +126,9 @@ INSTANTIATE_TEST_SUITE_P(
                                 {text("serviceContextId", &PersistProperty::serviceContextId),
                                  text("appid", &PersistProperty::appid), text("var-name", &PersistProperty::varName),
                                  text("var-value", &PersistProperty::varValue), ofProperty("name", &Property::name),
-                                 ofProperty("value", &Property::value)})),
+                                 ofProperty("value", &Property::value)}),
+        neverWritten(keysOf<PersistentVariableValue>(
+            "PersistentVariableValue", {neverWritten(text("varValue", &PersistentVariableValue::value))}))),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(

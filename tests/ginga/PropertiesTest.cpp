@@ -38,30 +38,11 @@ TEST(APersistProperty, AnswersWithAPropertyThatHasNameAndValue)
     EXPECT_EQ(takenAs("persistProperty-properties", persist.serializeProperties()), "{\n}");
 }
 
-TEST(APersistentVariableValue, IsNeverWritten)
+TEST(APersistentVariableValue, IsNotReadUnderTheKeyOfAPersistProperty)
 {
     PersistentVariableValue variable;
-    variable.value = "42";
-    EXPECT_EQ(variable.getDataType(), 51u);
-    EXPECT_EQ(variable.serialize(), nullptr);
-}
-
-TEST(APersistentVariableValue, IsReadFromATextOnly)
-{
-    PersistentVariableValue variable;
-    EXPECT_TRUE(variable.deserialize(R"({"varValue": "5", "varvalue": "6", "var-value": "7"} more)"));
-    EXPECT_EQ(variable.value, "5");
-    for (const char* text : {R"({"varValue": 5})", R"({"varValue": null})", R"({"varValue": true})",
-                             R"({"varValue": ["6"]})", "{}", "[]", "7", "null", R"({"var-value": "7"})"}) {
-        EXPECT_TRUE(variable.deserialize(text)) << text;
-        EXPECT_EQ(variable.value, "5") << text;
-    }
-    for (const char* text : {"", "{", "no JSON"})
-        EXPECT_FALSE(variable.deserialize(text)) << text;
-    EXPECT_FALSE(variable.deserialize(nullptr));
-    unsigned char error = 77;
-    EXPECT_FALSE(variable.deserialize(R"({"varValue": "5"})", error));
-    EXPECT_EQ(error, 77);
+    EXPECT_TRUE(variable.deserialize(R"({"var-value": "7"})"));
+    EXPECT_EQ(variable.value, "");
 }
 
 }  // namespace

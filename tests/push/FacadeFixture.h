@@ -30,7 +30,6 @@ struct TheFacade : testing::Test {
         return facade().sendMessage(handler, reinterpret_cast<unsigned char*>(const_cast<char*>(bytes.data())),
                                     static_cast<unsigned>(bytes.size()));
     }
-    static bool canListenOn(int port) { return RawPeer(boundSocket(port, true)).fd() >= 0; }
 
     /// A server on a port of its own.
     Info create(const std::string& protocol)

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "push/PushServers.h"
-#include "transport/OrvuRestServerSocket.h"
-#include "wire/Receiver.h"
+#include "push/AllServers.h"
 #include "wire/Sockets.h"
 
 using namespace Orvu;
@@ -12,56 +10,18 @@ using testing::ElementsAre;
 
 /// The life of a server without peers, of each kind: the one for requests and the two for pushes.
 
-namespace OrvuTests {
-
-template <>
-struct Kind<OrvuRestServerSocket> {
-    static constexpr char kName[] = "OrvuRestServerSocket";
-    static constexpr char kProtocol[] = "requests";
-};
-
-}  // namespace OrvuTests
-
 namespace {
-
-bool canConnect(int port)
-{
-    RawPeer peer = unconnected();
-    try {
-        connectTo(port, peer);
-        return true;
-    } catch (const std::runtime_error&) {
-        return false;
-    }
-}
-
-bool canListenOn(int port)
-{
-    return RawPeer(boundSocket(port, true)).fd() >= 0;
-}
-
-/// A server that lives as long as a test.
-template <class Server>
-struct Made {
-    Server server;
-};
-template <>
-struct Made<OrvuRestServerSocket> {
-    ~Made() { OrvuRestServerSocket::destroyInstance(); }
-    OrvuRestServerSocket& server = *OrvuRestServerSocket::getInstance();
-};
 
 template <class Server>
 struct AnIdleServer : testing::Test {
-    static std::string line(const std::string& text) { return std::string(Kind<Server>::kName) + "::" + text; }
+    static std::string line(const std::string& text) { return logLineOf<Server>(text); }
 
     LogCapture log;
     PortLease lease;
     PortLease other;
     Made<Server> made;
-    Server& server = made.server;
+    Server& server = made.server();
 };
-using AllKinds = testing::Types<OrvuRestServerSocket, OrvuRestServerTcpSocket, OrvuRestServerWebSocket>;
 TYPED_TEST_SUITE(AnIdleServer, AllKinds, NameOfKind);
 
 TYPED_TEST(AnIdleServer, CannotStartBeforeItIsConfigured)
@@ -157,20 +117,6 @@ TYPED_TEST(AnIdleServer, LogsThatItStops)
                     ElementsAre(this->line("stop: Stopping server -->>"), this->line("stop: Stopping server <<--")));
     } else {
         EXPECT_THAT(this->log.lines(), ElementsAre(this->line("stop: Stopping server")));
-    }
-}
-
-TYPED_TEST(AnIdleServer, StartsTwiceStopsTwiceAndStartsAgainOnTheSamePort)
-{
-    for (int round = 0; round < 3; ++round) {
-        ASSERT_TRUE(this->server.configure(this->lease.port())) << round;
-        EXPECT_TRUE(this->server.start());
-        EXPECT_TRUE(this->server.start());
-        EXPECT_TRUE(canConnect(this->lease.port()));
-        this->server.stop();
-        EXPECT_FALSE(canConnect(this->lease.port()));
-        this->server.stop();
-        EXPECT_FALSE(this->server.start());
     }
 }
 

@@ -193,8 +193,8 @@ ELSEWHERE = {
     "targetAppAction": {"url"},
 }
 
-# Types that are only read, and types that only occur inside another text.
-NEVER_WRITTEN = {"persistentVariableValue", "binaryDataMultipart-part"}
+# Types that are only read.
+NEVER_WRITTEN = {"persistentVariableValue"}
 
 
 def main():

@@ -104,50 +104,10 @@ struct Reading {
     }
 };
 
-TEST(AComponentAction, ReadsItsTagItsAccessAndItsAction)
+TEST(AComponentAction, KeepsItsPositionWhenItFailsBeforeThat)
 {
-    const Reading read(R"({"HEADER": "x", "COMPONENTTAG": 16, "LocalAssociatedAccess": 2, "ACTION": "pause"})");
-    EXPECT_TRUE(read.success);
-    EXPECT_EQ(read.action.componentTag, 16);
-    EXPECT_TRUE(read.action.localAssociatedAccess);
-    EXPECT_EQ(read.action.action, StatusTypePause);
-    EXPECT_EQ(read.action.vol, 30);
-    EXPECT_EQ(read.printed, "");
-}
-
-TEST(AComponentAction, ReadsBooleansAndSaturatedNumbersForItsTag)
-{
-    EXPECT_EQ(Reading(R"({"componentTag": true})").action.componentTag, 1);
-    EXPECT_EQ(Reading(R"({"componentTag": 1e400})").action.componentTag, INT_MAX);
-    EXPECT_EQ(Reading(R"({"componentTag": -2147483649})").action.componentTag, INT_MIN);
-    EXPECT_FALSE(Reading(R"({"localAssociatedAccess": 0.9})").action.localAssociatedAccess);
-}
-
-TEST(AComponentAction, LeavesWhatIsMissingOrOfAnotherKind)
-{
-    for (const char* text : {"{}", "[]", "5", "null", R"([{"componentTag": 1}])",
-                             R"({"componentTag": "16", "localAssociatedAccess": "true", "action": 3})",
-                             R"({"componentTag": null, "localAssociatedAccess": [1], "action": null})",
-                             R"({"componentTag": {}, "componentTag": 16, "action": ["start"]} and more)"}) {
-        const Reading read(text);
-        EXPECT_TRUE(read.success) << text;
-        EXPECT_EQ(read.action.componentTag, 9) << text;
-        EXPECT_EQ(read.action.action, StatusTypeStop) << text;
-        EXPECT_FALSE(read.action.localAssociatedAccess) << text;
-        EXPECT_EQ(read.action.vol, 30) << text;
-    }
-}
-
-TEST(AComponentAction, FailsWith1WhereTheTextIsNoJson)
-{
-    for (const char* text : {"", "{", "no JSON", R"({"componentTag": 16)"}) {
-        const Reading read(text);
-        EXPECT_FALSE(read.success) << text;
-        EXPECT_EQ(read.error, 1) << text;
-        EXPECT_EQ(read.action.componentTag, 9) << text;
-        EXPECT_NE(read.action.pos, nullptr) << text;
-    }
-    EXPECT_EQ(Reading(nullptr).error, 1);
+    for (const char* text : {"", "{", R"({"action": "resume"})"})
+        EXPECT_NE(Reading(text).action.pos, nullptr) << text;
 }
 
 TEST(AComponentAction, FailsWith2OnAnActionThatAComponentDoesNotKnow)
@@ -163,14 +123,6 @@ TEST(AComponentAction, FailsWith2OnAnActionThatAComponentDoesNotKnow)
         EXPECT_EQ(read.action.pos->x, 1) << word;
         EXPECT_EQ(read.action.vol, 30) << word;
     }
-}
-
-TEST(AComponentAction, FailsWith2AndKeepsItsPositionWithoutAnother)
-{
-    const Reading read(R"({"action": "resume"})");
-    EXPECT_EQ(read.error, 2);
-    EXPECT_EQ(read.action.action, StatusTypeResume);
-    EXPECT_NE(read.action.pos, nullptr);
 }
 
 TEST(AComponentAction, ReadsAPositionAndThenNoVolume)
@@ -248,20 +200,12 @@ TEST(AComponentAction, DropsItsPositionWithoutAnother)
     int destroyed = 0;
     ServiceCompTagAction action;
     action.pos = new Counted<Position>(destroyed);
+    testing::internal::CaptureStdout();
     EXPECT_TRUE(action.deserialize(R"({"componentTag": 5})"));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(action.pos, nullptr);
     EXPECT_EQ(destroyed, 1);
     EXPECT_TRUE(action.deserialize("{}"));
-}
-
-TEST(AComponentAction, ReadsVolumesUpTo100)
-{
-    for (const auto& [value, vol] : {std::pair{"0", 0}, {"100", 100}, {"50.9", 50}, {"100.9", 100}}) {
-        const Reading read((R"({"VOL": )" + std::string(value) + R"(, "vol": 5})").c_str());
-        EXPECT_TRUE(read.success) << value;
-        EXPECT_EQ(read.action.vol, vol) << value;
-        EXPECT_EQ(read.action.pos, nullptr) << value;
-    }
 }
 
 TEST(AComponentAction, FailsWith4OnAnyOtherVolume)

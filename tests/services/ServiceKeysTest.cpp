@@ -1,3 +1,8 @@
+#include <cstdlib>
+#include <utility>
+
+#include "codecs/Base64.h"
+#include "orvu/BinaryData.h"
 #include "orvu/EventInformation.h"
 #include "orvu/ServiceComponents.h"
 #include "orvu/Services.h"
@@ -40,7 +45,82 @@ Key unsignedNumber(const std::string& name, unsigned RtkChangeComponentStatus::*
     return key;
 }
 
+/// Of the words only three are accepted.
+Key componentAction()
+{
+    Key key = refusingOtherWords(wordShownBy("action", "start", "stop", "unknown", [](Serializable& message) {
+        return Status::statusTypeString(static_cast<ServiceCompTagAction&>(message).action);
+    }));
+    key.forms.emplace_back(inQuotes("pause"), inQuotes("pause"));
+    key.refused.emplace_back(inQuotes("resume"), inQuotes("resume"));
+    key.refused.emplace_back(inQuotes("requesting"), inQuotes("unknown"));
+    return key;
+}
+
+/// A percentage: anything else fails the read.
+Key volume()
+{
+    Key key = fromZero(number("vol", &ServiceCompTagAction::vol));
+    key.forms = {{"0", "0"}, {"100", "100"}, {"100.9", "100"}, {"50.9", "50"}, {"2.9999999999999996", "2"}};
+    const std::vector<std::string> wrongKinds = std::exchange(key.wrongKinds, {});
+    return refusing(refusing(key, wrongKinds), {"101", "-1", "1e400", "-1e400", "2147483648", "true", "false"});
+}
+
+/// Releases the block that a read replaces, which is the caller's then.
+class KeptTable : public BinaryData {
+public:
+    KeptTable() : BinaryData(DataTypeBinaryPMT) {}
+    using BinaryData::deserialize;
+    bool deserialize(const char* text) override
+    {
+        unsigned char* const before = buffer;
+        const bool isRead = BinaryData::deserialize(text);
+        if (buffer != before) std::free(before);
+        return isRead;
+    }
+};
+
+std::string firstThreeBytes(Serializable& message)
+{
+    const auto& data = static_cast<BinaryData&>(message);
+    return data.buffer ? inQuotes(Base64::encode(data.buffer, 3)) : "none";
+}
+
+/// Bytes as Base64, for which the size beside them has room.
+Key bytes()
+{
+    Key key{"buffer",
+            R"("AQID")",
+            R"("BAUG")",
+            {{R"("AQ==")", R"("AQAA")"},
+             {R"("")", R"("AAAA")"},
+             {R"("AQ ID")", R"("AQAA")"},
+             {R"("\u0041QID")", R"("AQID")"}},
+            {"null", "true", "7", R"(["AQID"])", R"({"a": "AQID"})"},
+            firstThreeBytes};
+    return required(refusing(key, {inQuotes(std::string(24, 'A'))}));  // 18 bytes
+}
+
+/// How many bytes there are. A size that does not fit the bytes fails the read, but stays.
+Key size()
+{
+    Key key = fromZero(numberShownBy("bufferSize", [](Serializable& message) {
+        return std::to_string(static_cast<BinaryData&>(message).bufferSize);
+    }));
+    key.forms = {{"true", "1"}, {"2.9", "2"}, {"2.9999999999999996", "2"}};
+    key.refused = {
+        {"0", "0"},           {"67108865", "67108865"}, {"2147483648", "2147483647"}, {"1e400", "2147483647"},
+        {"-1", "4294967295"}, {"-1e400", "2147483648"}};
+    return required(key);
+}
+
 }  // namespace
+
+INSTANTIATE_TEST_SUITE_P(
+    Tables, AMessage,
+    testing::Values(keysOf<KeptTable>("BinaryData", {required(text("serviceContextId", &BinaryData::serviceContextId)),
+                                                     size(), bytes(), text("timestamp", &BinaryData::timestamp)})),
+    nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
     Services, AMessage,
@@ -70,6 +150,10 @@ INSTANTIATE_TEST_SUITE_P(
         keysOf<ServiceComponentList>("ServiceComponentList", {}, {"components"}),
         keysOf<ServiceComponentTag>("ServiceComponentTag",
                                     {required(number("componentTag", &ServiceComponentTag::componentTag))}),
+        givingReasons(keysOf<ServiceCompTagAction>(
+            "ServiceCompTagAction", {number("componentTag", &ServiceCompTagAction::componentTag),
+                                     boolean("localAssociatedAccess", &ServiceCompTagAction::localAssociatedAccess),
+                                     componentAction(), volume()})),
         keysOf<RtkChangeComponentStatus>("RtkChangeComponentStatus",
                                          {boolean("enableComponent", &RtkChangeComponentStatus::enableComponent),
                                           unsignedNumber("componentTag", &RtkChangeComponentStatus::componentTag)}),

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/Keys.h"
@@ -39,6 +40,12 @@ protected:
         return false;
     }
 
+    /// A value of another kind than `key` takes, and what the field reads as afterwards.
+    static std::pair<std::string, std::string> anotherKind(const Key& key)
+    {
+        return key.wrongKinds.empty() ? key.refused.front() : std::pair{key.wrongKinds.front(), key.otherValue};
+    }
+
     /// All keys with one of their values.
     std::string object(std::string Key::*value) const
     {
@@ -63,7 +70,7 @@ protected:
         std::string members, std::string (*spelt)(std::string) = [](std::string name) { return name; }) const
     {
         for (const std::string& list : GetParam().lists)
-            members += (members.empty() ? "" : ", ") + member(spelt(list), "[]");
+            members += (members.empty() ? "" : ", ") + member(spelt(list), GetParam().list);
         members = "{" + members + "}";
         const std::string& inside = GetParam().inside;
         return inside.empty() ? members : R"({"HEADER": "whatever", )" + member(spelt(inside), members) + "}";

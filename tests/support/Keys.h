@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cctype>
 #include <functional>
 #include <gtest/gtest.h>
@@ -27,6 +28,7 @@ struct Key {
     std::function<std::string(Orvu::Serializable&)> field;
     bool isRequired = false;
     bool isWritten = true;
+    std::vector<std::pair<std::string, std::string>> refused = {};  ///< Like `forms`, of values that fail the read.
 };
 
 /// The keys of a message, except those of its children and lists.
@@ -34,8 +36,12 @@ struct MessageKeys {
     std::string name;
     std::function<std::unique_ptr<Orvu::Serializable>()> make;
     std::vector<Key> keys;
-    std::vector<std::string> lists;  ///< Lists that are required, too; empty ones will do.
-    std::string inside;  ///< The object in which all of them stand; "" when they stand in the message itself.
+    std::vector<std::string> lists;  ///< Lists that are required, too.
+    std::string inside;         ///< The object in which all of them stand; "" when they stand in the message itself.
+    std::string list = "[]";    ///< A value with which each of the lists can be read.
+    bool isWritten = true;      ///< Whether it has a text at all.
+    bool needsObject = false;   ///< Whether a text that is not an object fails the read.
+    bool givesReasons = false;  ///< Whether its error-reporting reader reads, and gives 1 for what is not JSON.
 };
 
 inline std::string inOtherLetterCase(std::string name)
@@ -157,6 +163,28 @@ inline Key neverWritten(Key key)
     return key;
 }
 
+/// The same key where values of these kinds fail the read and leave the field as it was.
+inline Key refusing(Key key, const std::vector<std::string>& values)
+{
+    for (const std::string& value : values)
+        key.refused.emplace_back(value, key.otherValue);
+    const auto isRefused = [&](const std::string& kind) {
+        return std::find(values.begin(), values.end(), kind) != values.end();
+    };
+    key.wrongKinds.erase(std::remove_if(key.wrongKinds.begin(), key.wrongKinds.end(), isRefused), key.wrongKinds.end());
+    return key;
+}
+
+/// The same key where only its two words are accepted: any other is taken, too, but fails the read.
+inline Key refusingOtherWords(Key key)
+{
+    const auto isAccepted = [&](const auto& form) { return form.second == key.value; };
+    const auto others = std::stable_partition(key.forms.begin(), key.forms.end(), isAccepted);
+    key.refused.assign(others, key.forms.end());
+    key.forms.erase(others, key.forms.end());
+    return key;
+}
+
 /// The keys of a message class, made as the factory makes it: with empty texts where it takes texts.
 template <class Message>
 MessageKeys keysOf(const std::string& name, std::vector<Key> keys, std::vector<std::string> lists = {},
@@ -172,6 +200,27 @@ MessageKeys keysOf(const std::string& name, std::vector<Key> keys, std::vector<s
         }
     };
     return {name, make, std::move(keys), std::move(lists), inside};
+}
+
+/// The same message where a text that is not an object fails the read.
+inline MessageKeys needingAnObject(MessageKeys message)
+{
+    message.needsObject = true;
+    return message;
+}
+
+/// The same message where the error-reporting reader reads, and says why it could not.
+inline MessageKeys givingReasons(MessageKeys message)
+{
+    message.givesReasons = true;
+    return message;
+}
+
+/// The same message where it has no text.
+inline MessageKeys neverWritten(MessageKeys message)
+{
+    message.isWritten = false;
+    return message;
 }
 
 inline std::ostream& operator<<(std::ostream& out, const MessageKeys& message)

@@ -40,10 +40,11 @@ struct ChildList {
     bool leavesHeaders = false;  ///< Whether the children's header flags stay as they are.
 };
 
-/// The list in `field` of a message, filled by `add`, with the key `key`.
-template <class Message, class Child>
-ChildList childList(const std::string& name, const std::string& key, std::vector<Child*> Message::*field,
-                    void (Message::*add)(Child*))
+/// The list in `field` of a message, filled by `add`, with the key `key`. `makeChild` makes a child that it takes;
+/// an application's classes derive from `Base`, whose objects it takes as well.
+template <class Base, class Message, class Child>
+ChildList childListOf(const std::string& name, const std::string& key, std::vector<Child*> Message::*field,
+                      void (Message::*add)(Child*), Child* (*makeChild)())
 {
     const auto adds = [add](auto make) {
         return [add, make](Orvu::Serializable& message) { (static_cast<Message&>(message).*add)(make()); };
@@ -60,16 +61,25 @@ ChildList childList(const std::string& name, const std::string& key, std::vector
     list.addNullDirectly = [field](Orvu::Serializable& message) {
         (static_cast<Message&>(message).*field).push_back(nullptr);
     };
-    list.addPlain = adds([] { return new Child; });
-    list.addForwarding = adds([] { return new Forwarding<Child>; });
-    list.addSilent = adds([] { return new Silent<Child>; });
+    list.addPlain = adds(makeChild);
+    list.addForwarding = adds([] { return new Forwarding<Base>; });
+    list.addSilent = adds([] { return new Silent<Base>; });
     list.addSaying = [add](Orvu::Serializable& message, const std::string& text) {
-        (static_cast<Message&>(message).*add)(new Saying<Child>(text));
+        (static_cast<Message&>(message).*add)(new Saying<Base>(text));
     };
     list.addCounted = [add](Orvu::Serializable& message, int& destroyed) {
-        (static_cast<Message&>(message).*add)(new Counted<Child>(destroyed));
+        (static_cast<Message&>(message).*add)(new Counted<Base>(destroyed));
     };
     return list;
+}
+
+/// The same, of children that the list takes as they are made.
+template <class Message, class Child>
+ChildList childList(const std::string& name, const std::string& key, std::vector<Child*> Message::*field,
+                    void (Message::*add)(Child*))
+{
+    Child* (*const makeChild)() = [] { return new Child; };
+    return childListOf<Child>(name, key, field, add, makeChild);
 }
 
 /// The same list where not every element can be read.

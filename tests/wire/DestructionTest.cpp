@@ -304,7 +304,7 @@ TEST(TheFacade, GivesThePortBackAtOnceWhenItIsDestroyed)
         const Receiver receiver;
         const RawPeer idle = receiver.connect();
         OrvuRestInterface::destroyInstance();
-        ASSERT_GE(RawPeer(boundSocket(receiver.port(), true)).fd(), 0) << round;
+        ASSERT_TRUE(canListenOn(receiver.port())) << round;
     }
 }
 

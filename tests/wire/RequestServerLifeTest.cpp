@@ -1,13 +1,8 @@
 #include <chrono>
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <stdexcept>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include "orvu/OrvuRestInterface.h"
-#include "support/BuiltProgram.h"
-#include "transport/OrvuRestServerSocket.h"
 #include "wire/Receiver.h"
 #include "wire/Sockets.h"
 
@@ -19,37 +14,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-bool canConnect(int port)
-{
-    try {
-        RawPeer::connectedTo(port);
-        return true;
-    } catch (const std::runtime_error&) {
-        return false;
-    }
-}
-
-TEST(ARunningServer, ChangesNothingWhenItIsStartedAgain)
-{
-    LogCapture log;
-    const Receiver receiver;
-    EXPECT_TRUE(OrvuRestServerSocket::getInstance()->start());
-    EXPECT_THAT(receiver.ask(kSuccess), Optional(kSuccess));
-    EXPECT_EQ(log.count("OrvuRestServerSocket::serverThread -- init"), 1);
-}
-
-TEST(ARunningServer, IsStoppedByBeingConfigured)
-{
-    LogCapture log;
-    const Receiver receiver;
-    const PortLease other;
-    EXPECT_TRUE(OrvuRestServerSocket::getInstance()->configure(other.port()));
-    EXPECT_EQ(log.count("OrvuRestServerSocket::stop: Stopping server"), 1);
-    EXPECT_FALSE(canConnect(receiver.port()));
-    EXPECT_FALSE(canConnect(other.port()));
-}
-
-TEST(ARunningServer, LogsItsEnd)
+TEST(ARunningRequestServer, LogsItsEnd)
 {
     LogCapture log;
     const Receiver receiver;
@@ -60,7 +25,7 @@ TEST(ARunningServer, LogsItsEnd)
                                          "OrvuRestServerSocket::serverThread -- end"}));
 }
 
-TEST(ARunningServer, LogsAFailedAcceptWithMinusOne)
+TEST(ARunningRequestServer, LogsAFailedAcceptWithMinusOne)
 {
     LogCapture log;
     const Receiver receiver;
@@ -68,20 +33,7 @@ TEST(ARunningServer, LogsAFailedAcceptWithMinusOne)
     EXPECT_TRUE(log.waitFor("OrvuRestServerSocket::serverThread: clientSockfd: -1"));
 }
 
-TEST(ARunningServer, StopsAndStartsAgainOnTheSamePort)
-{
-    const Receiver receiver;
-    RawPeer idle = receiver.connect();
-    for (int round = 0; round < 50; ++round) {
-        ASSERT_THAT(receiver.ask(kSuccess), Optional(kSuccess)) << round;
-        ASSERT_TRUE(OrvuRestInterface::getInstance()->stopListenRequests());
-        ASSERT_FALSE(canConnect(receiver.port())) << round;
-        ASSERT_TRUE(OrvuRestInterface::getInstance()->startListenRequests(receiver.port())) << round;
-    }
-    EXPECT_THAT(receiver.ask(kSuccess), Optional(kSuccess));
-}
-
-TEST(ARunningServer, MovesToAnotherPort)
+TEST(ARunningRequestServer, MovesToAnotherPort)
 {
     const Receiver receiver;
     const PortLease other;
@@ -92,7 +44,7 @@ TEST(ARunningServer, MovesToAnotherPort)
     EXPECT_THAT(peer.readFrame(), Optional(kSuccess));
 }
 
-TEST(ARunningServer, StaysWithoutAPortWhenItCannotMove)
+TEST(ARunningRequestServer, StaysWithoutAPortWhenItCannotMove)
 {
     const Receiver receiver;
     const PortLease other;
@@ -101,7 +53,7 @@ TEST(ARunningServer, StaysWithoutAPortWhenItCannotMove)
     EXPECT_FALSE(canConnect(receiver.port()));
 }
 
-TEST(ARunningServer, ServesTheRequestsItAcceptedAfterItStopped)
+TEST(ARunningRequestServer, ServesTheRequestsItAcceptedAfterItStopped)
 {
     LogCapture log;
     const Receiver receiver;
@@ -112,7 +64,7 @@ TEST(ARunningServer, ServesTheRequestsItAcceptedAfterItStopped)
     EXPECT_THAT(peer.readFrame(), Optional(kSuccess));
 }
 
-TEST(ARunningServer, StopsWithinASecondWhateverPeersDo)
+TEST(ARunningRequestServer, StopsWithinASecondWhateverPeersDo)
 {
     LogCapture log;
     const Receiver receiver;
@@ -127,7 +79,7 @@ TEST(ARunningServer, StopsWithinASecondWhateverPeersDo)
     EXPECT_LT(Clock::now() - begin, std::chrono::seconds(1));
 }
 
-TEST(ARunningServer, CanBeStoppedFromItsCallback)
+TEST(ARunningRequestServer, CanBeStoppedFromItsCallback)
 {
     const Receiver receiver([](OrvuRestRequest* request) {
         OrvuRestInterface::getInstance()->stopListenRequests();
@@ -137,28 +89,7 @@ TEST(ARunningServer, CanBeStoppedFromItsCallback)
     EXPECT_FALSE(canConnect(receiver.port()));
 }
 
-TEST(ARunningServer, HasTheLongestBacklogThatTheSystemGives)
-{
-    if (kEmulated) GTEST_SKIP() << "the emulator does not tell the backlog";
-    const Receiver receiver;
-    EXPECT_EQ(backlogOf(listenerOn(receiver.port())), longestBacklog());
-}
-
-TEST(ARunningServer, HasNoDescriptorThatAProgramItStartsWouldInherit)
-{
-    std::vector<int> inherited;
-    {
-        const Receiver receiver([&](OrvuRestRequest* request) {
-            for (const int fd : openSockets())
-                if (fd > STDERR_FILENO && (fcntl(fd, F_GETFD) & FD_CLOEXEC) == 0) inherited.push_back(fd);
-            answerWithSuccess(request);
-        });
-        receiver.ask(kSuccess);
-    }
-    EXPECT_THAT(inherited, testing::IsEmpty());
-}
-
-TEST(ARunningServer, ClosesAConnectionForWhichThereIsNoThread)
+TEST(ARunningRequestServer, ClosesAConnectionForWhichThereIsNoThread)
 {
     LogCapture log;
     const Receiver receiver;

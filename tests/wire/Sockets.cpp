@@ -14,6 +14,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "support/RawPeer.h"
+
 namespace OrvuTests {
 namespace {
 
@@ -95,6 +97,21 @@ int listenerOn(int port)
     for (const int fd : openSockets())
         if (isListening(fd) && portOf(fd) == port) return fd;
     return -1;
+}
+
+bool canConnect(int port)
+{
+    try {
+        RawPeer::connectedTo(port);
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+bool canListenOn(int port)
+{
+    return RawPeer(boundSocket(port, true)).fd() >= 0;
 }
 
 std::string listenAddressOf(int port)

@@ -16,6 +16,11 @@ std::vector<int> openSockets();
 /// The one that listens on `port`; -1 without one.
 int listenerOn(int port);
 
+/// Whether somebody listens on `port`.
+bool canConnect(int port);
+/// Whether nobody does, so that somebody can.
+bool canListenOn(int port);
+
 /// The address that it listens on, dotted; empty without one.
 std::string listenAddressOf(int port);
 
