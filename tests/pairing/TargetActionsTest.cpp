@@ -69,7 +69,7 @@ TEST(ATargetAppAction, KeepsWhatItReadBeforeAFault)
 template <class Message>
 class AnAction : public testing::Test {};
 using Actions = testing::Types<TargetAppAction, TargetAppPerformAction>;
-TYPED_TEST_SUITE(AnAction, Actions);
+TYPED_TEST_SUITE(AnAction, Actions, );
 
 TYPED_TEST(AnAction, IsReadFromObjectsOnly)
 {
