@@ -14,8 +14,8 @@ BUILD_PACKAGES=("${INSTALL_PACKAGES[@]}" ccache pkg-config binutils libgtest-dev
 # clang with its sanitizers, which compiles in two thirds of the time of g++.
 CLANG_PACKAGES=(clang libclang-rt-14-dev)
 
-# The further packages to run all tests: the validator of the schemas, and a browser.
-TEST_PACKAGES=(python3-jsonschema chromium)
+# The further packages to run all tests: a fast linker, the validator of the schemas, and a browser.
+TEST_PACKAGES=(lld python3-jsonschema chromium)
 command -v npm >/dev/null || TEST_PACKAGES+=(nodejs npm)
 
 as_root()
