@@ -9,7 +9,6 @@
 #include "orvu/OrvuRestInterface.h"
 #include "orvu/Results.h"
 #include "orvu/Services.h"
-#include "support/BuiltProgram.h"
 #include "support/Sanitizers.h"
 #include "transport/OrvuRestServerSocket.h"
 #include "wire/Latch.h"
@@ -181,7 +180,7 @@ std::size_t destroyedWhileReading(int peers, int round)
 TEST(ARequestThatIsBeingRead, ReachesNoCallbackAfterEverythingWasDestroyed)
 {
     std::size_t dropped = 0;
-    const int step = kEmulated || kUnderASanitizer ? 4 : 1;
+    const int step = kIsSlow ? 4 : 1;
     for (int round = 0; round < 40 && !testing::Test::HasFailure(); round += step)
         dropped += destroyedWhileReading(3, round);
     EXPECT_GT(dropped, 0U);
