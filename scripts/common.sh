@@ -11,8 +11,11 @@ INSTALL_PACKAGES=(cmake ninja-build g++ libcjson-dev libcli11-dev)
 BUILD_PACKAGES=("${INSTALL_PACKAGES[@]}" ccache pkg-config binutils libgtest-dev libgmock-dev libssl-dev
                 android-liblog-dev doxygen)
 
-# The further packages to run all tests: the validator of the schemas, and a browser.
-TEST_PACKAGES=(python3-jsonschema chromium)
+# clang with its sanitizers, which compiles in two thirds of the time of g++.
+CLANG_PACKAGES=(clang libclang-rt-14-dev)
+
+# The further packages to run all tests: a fast linker, the validator of the schemas, and a browser.
+TEST_PACKAGES=(lld python3-jsonschema chromium)
 command -v npm >/dev/null || TEST_PACKAGES+=(nodejs npm)
 
 as_root()
@@ -55,7 +58,7 @@ need_armhf()
     if command -v dpkg >/dev/null && ! dpkg --print-foreign-architectures | grep -qx armhf; then
         as_root dpkg --add-architecture armhf
     fi
-    need g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcjson-dev:armhf libgtest-dev:armhf \
+    need clang g++-arm-linux-gnueabihf qemu-user libc6:armhf libstdc++6:armhf libcjson-dev:armhf libgtest-dev:armhf \
          libgmock-dev:armhf
 }
 

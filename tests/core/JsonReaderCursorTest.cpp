@@ -10,11 +10,14 @@
 #include "messages/core/JsonReader.h"
 #include "orvu/JsonAccess.h"
 #include "support/Messages.h"
+#include "support/Sanitizers.h"
 
 using namespace Orvu;
 
 namespace OrvuTests {
 namespace {
+
+constexpr unsigned kObjects = kIsSlow ? 4000 : 20000;
 
 const std::vector<std::string> kContract = {"alpha", "beta", "gamma", "delta", "epsilon", "zeta"};
 
@@ -117,7 +120,7 @@ void expectTheSame(const cJSON& object, const std::vector<std::string>& keys, co
 
 TEST(TheCursor, FindsWhatCJsonFindsInAnyObject)
 {
-    for (unsigned seed = 1; seed <= 20000 && !testing::Test::HasFailure(); ++seed) {
+    for (unsigned seed = 1; seed <= kObjects && !testing::Test::HasFailure(); ++seed) {
         RandomJson random(seed);
         const Tree object = randomObject(random);
         expectTheSame(*object, kContract, "");
@@ -127,7 +130,7 @@ TEST(TheCursor, FindsWhatCJsonFindsInAnyObject)
 
 TEST(TheCursor, FindsWhatCJsonFindsInNearlyTheUsualOrder)
 {
-    for (unsigned seed = 1; seed <= 20000 && !testing::Test::HasFailure(); ++seed) {
+    for (unsigned seed = 1; seed <= kObjects && !testing::Test::HasFailure(); ++seed) {
         RandomJson random(seed);
         const Tree object = usualObject(random);
         expectTheSame(*object, kContract, "");
@@ -137,7 +140,7 @@ TEST(TheCursor, FindsWhatCJsonFindsInNearlyTheUsualOrder)
 
 TEST(TheCursor, FaultsWhereCJsonFindsNothing)
 {
-    for (unsigned seed = 1; seed <= 20000 && !testing::Test::HasFailure(); ++seed) {
+    for (unsigned seed = 1; seed <= kObjects && !testing::Test::HasFailure(); ++seed) {
         RandomJson random(seed);
         const std::string required = kContract[random.below(6)];
         expectTheSame(*randomObject(random), kContract, required);

@@ -46,7 +46,7 @@ TEST(ADsmccFileList, WritesWhatIsGiven)
 template <class List>
 class AFileList : public testing::Test {};
 using FileLists = testing::Types<GingaFileList, DsmccFileList>;
-TYPED_TEST_SUITE(AFileList, FileLists);
+TYPED_TEST_SUITE(AFileList, FileLists, );
 
 TYPED_TEST(AFileList, NeedsFilesAndDirectories)
 {

@@ -99,7 +99,7 @@ TYPED_TEST(StoppingAPushServer, EndsThePushesThatWaitForOneAnother)
 TYPED_TEST(StoppingAPushServer, EndsAPushAlsoByDestroyingIt)
 {
     this->clients.push_back(this->running.attach(connectedWithLittleRoom));
-    std::thread pusher([this, &server = this->running.server()] { push(server, tooMuch()); });
+    std::thread pusher([&server = this->running.server()] { push(server, tooMuch()); });
     EXPECT_EQ(this->clients[0].receive(this->begin.size()), this->begin);
     const auto begin = Clock::now();
     this->running.destroy();
@@ -140,7 +140,7 @@ TYPED_TEST(StoppingAPushServer, WorksWhileClientsComeAndGo)
             // the server is gone
         }
     });
-    EXPECT_TRUE(eventually([this] { return openSockets().size() > 2; }));
+    EXPECT_TRUE(eventually([] { return openSockets().size() > 2; }));
     this->stopAtOnce();
     visitor.join();
 }

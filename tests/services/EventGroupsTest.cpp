@@ -76,7 +76,7 @@ struct Reading {
 template <class Group>
 class APositionalGroup : public testing::Test {};
 using Groups = testing::Types<EventGroup, ComponentGroup, CAUnit>;
-TYPED_TEST_SUITE(APositionalGroup, Groups);
+TYPED_TEST_SUITE(APositionalGroup, Groups, );
 
 TYPED_TEST(APositionalGroup, FindsItsListBehindItsNumberWhateverItsName)
 {

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "orvu/EventInformation.h"
-#include "support/BuiltProgram.h"
 #include "support/Children.h"
 #include "support/Sanitizers.h"
 
@@ -155,7 +154,7 @@ TEST(ASchedule, SortsNullsThatAnApplicationPutThereToItsFront)
     EXPECT_EQ(timesOf(list), (Times{"none", "none", "", "0", "1"}));
 }
 
-constexpr int kMany = kUnderASanitizer || kEmulated ? 5000 : 20000;  // each looks at all: the square of it counts
+constexpr int kMany = kIsSlow ? 5000 : 20000;  // each looks at all: the square of it counts
 
 std::string timeOf(int i)
 {

@@ -36,6 +36,6 @@ const std::vector<SecondText>& secondTexts();
 Tree schemaOf(const std::string& name);
 
 /// The text with 0 for the times at which client applications were made: those of new ones are the clock's.
-std::string withoutBornTimes(const std::string& text);
+std::string withoutBornTimes(std::string text);
 
 }  // namespace OrvuTests

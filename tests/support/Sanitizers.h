@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/BuiltProgram.h"
+
 namespace OrvuTests {
 
 /// Whether this is built with a sanitizer that keeps memory of its own and slows everything down.
@@ -14,5 +16,8 @@ constexpr bool kUnderASanitizer = false;
 #else
 constexpr bool kUnderASanitizer = false;
 #endif
+
+/// Whether all code takes many times as long as elsewhere: tests of many rounds have fewer here.
+constexpr bool kIsSlow = kUnderASanitizer || kEmulated;
 
 }  // namespace OrvuTests

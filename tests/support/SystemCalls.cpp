@@ -137,10 +137,10 @@ bool isOnLibraryThread()
 using OrvuTests::calls;
 
 // The linker puts these in the place of the calls in the library's objects: CMakeLists.txt has the same list.
-#define FROM_LIBRARY(name, parameters, arguments) \
-    auto __wrap_##name parameters                 \
-    {                                             \
-        return calls.name arguments;              \
+#define FROM_LIBRARY(name, parameters, arguments)                 \
+    auto __wrap_##name parameters->decltype(calls.name arguments) \
+    {                                                             \
+        return calls.name arguments;                              \
     }
 
 extern "C" {
