@@ -88,7 +88,7 @@ TEST(FillingFromACheckedText, DoesWhatReadingTheTextDoes)
     }
 }
 
-TEST(FillingFromACheckedText, DoesWhatReadingTheTextDoesForWhatIsNoObject)
+TEST(FillingFromACheckedText, DoesWhatReadingTheTextDoesForWhatIsNotAnObject)
 {
     for (const Sample* sample : receivedSamples()) {
         SCOPED_TRACE(sample->name);

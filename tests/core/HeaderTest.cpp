@@ -80,7 +80,7 @@ TEST(AHeader, IsMissedInTheLog)
     }
 }
 
-TEST(AHeader, IsUnknownWhenItIsNoText)
+TEST(AHeader, IsUnknownWhenItIsNotAText)
 {
     for (const char* text : {R"({"HEADER": 7})", R"({"HEADER": null})", R"({"HEADER": true})",
                              R"({"HEADER": ["success"]})", R"({"HEADER": {"HEADER": "success"}})"}) {
@@ -107,7 +107,7 @@ TEST(AHeader, IsFoundWhateverFollowsTheText)
     EXPECT_EQ(headerOf(R"({"HEADER": "success"}{"HEADER": "noSignal"})").type, DataTypeSuccess);
 }
 
-TEST(AHeader, IsSoughtSilentlyInWhatIsNoJson)
+TEST(AHeader, IsSoughtSilentlyInWhatIsNotJson)
 {
     for (const char* text : {"", " ", "{", "success", R"({"HEADER": "success")", R"({'HEADER': 'success'})"}) {
         const Header header = headerOf(text);
@@ -192,7 +192,7 @@ TEST(RemovingAHeader, FormatsATextThatHasNone)
     EXPECT_EQ(withoutHeader("{}"), "{\n}");
 }
 
-TEST(RemovingAHeader, LeavesWhatIsNoObject)
+TEST(RemovingAHeader, LeavesWhatIsNotAnObject)
 {
     EXPECT_EQ(withoutHeader(R"([{"HEADER": "success"}])"), "[{\n\t\t\"HEADER\":\t\"success\"\n\t}]");
     EXPECT_EQ(withoutHeader("5"), "5");
@@ -206,7 +206,7 @@ TEST(RemovingAHeader, DropsWhatFollowsTheText)
 }
 
 // That the text was released all the same is the leak checker's to say.
-TEST(RemovingAHeader, GivesNothingForWhatIsNoJson)
+TEST(RemovingAHeader, GivesNothingForWhatIsNotJson)
 {
     EXPECT_EQ(withoutHeader(""), "(null)");
     EXPECT_EQ(withoutHeader("{"), "(null)");

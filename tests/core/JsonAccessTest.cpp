@@ -117,7 +117,7 @@ TEST_F(TheAccessors, FindNothingWithoutAnObjectOrAKey)
     EXPECT_EQ(reasonFor(nullptr), 1);
 }
 
-TEST_F(TheAccessors, FindNothingInWhatIsNoObject)
+TEST_F(TheAccessors, FindNothingInWhatIsNotAnObject)
 {
     for (const char* text : {"[5]", "5", "\"number\"", "true", "null", "{}", R"([{"number": 5}])"}) {
         const Tree tree = treeOf(text);

@@ -148,7 +148,7 @@ TEST(TheCursor, FaultsWhereCJsonFindsNothing)
     }
 }
 
-TEST(TheCursor, FindsNothingInWhatIsNoObject)
+TEST(TheCursor, FindsNothingInWhatIsNotAnObject)
 {
     for (unsigned seed = 1; seed <= 500 && !testing::Test::HasFailure(); ++seed) {
         const Tree tree = RandomJson(seed).tree(3);

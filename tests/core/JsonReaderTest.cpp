@@ -98,7 +98,7 @@ TEST(AJsonReader, DoesNothingAfterItsFirstFault)
     EXPECT_EQ(child, nullptr);
 }
 
-TEST(AJsonReader, FindsNoMembersInWhatIsNoObject)
+TEST(AJsonReader, FindsNoMembersInWhatIsNotAnObject)
 {
     for (const char* text : {"5", "null", "true", R"("a")", "[]", "[1]", R"([{"a": 1}])"}) {
         int number = kUntouched;

@@ -139,7 +139,7 @@ TEST(AMemberFinder, FindsManyMembersInTheirOrder)
     EXPECT_EQ(found(numbered(500), keys), numbers);
 }
 
-TEST(AMemberFinder, FindsNothingInWhatIsNoObject)
+TEST(AMemberFinder, FindsNothingInWhatIsNotAnObject)
 {
     for (const char* json : {"[1, \"a\", {\"a\": 2}]", "\"a\"", "1", "null", "[]"})
         EXPECT_EQ(found(json, {"a", "", "1"}), (Texts{"", "", ""}));

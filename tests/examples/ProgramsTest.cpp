@@ -135,7 +135,7 @@ TEST(TheExampleReceiver, AnswersWhatItDoesNotUnderstandOrLike)
               frame(headerOnly("success")));
 }
 
-TEST(TheExampleReceiver, SaysWhenThePortCannotBeHad)
+TEST(TheExampleReceiver, SaysWhenThePortIsTaken)
 {
     ServingTool other;
     const Ended ended = run(command(ORVU_EXAMPLE_RECEIVER, {other.portText(), ORVU_EXAMPLE_CHANNELS}), withoutLog());

@@ -149,7 +149,7 @@ TYPED_TEST(APositionalGroup, StaysAsItIsWhereANestedNumberIsInfinite)
     EXPECT_TRUE(idsOf(group).empty());
 }
 
-TYPED_TEST(APositionalGroup, IsNotReadFromWhatIsNoJson)
+TYPED_TEST(APositionalGroup, IsNotReadFromWhatIsNotJson)
 {
     for (const char* text : {"", "{", "no JSON", R"({"#": 1, "list": [5*])"})
         EXPECT_FALSE(Reading<TypeParam>(text).success) << text;
@@ -181,7 +181,7 @@ TEST(ACAUnit, WritesItsTags)
     EXPECT_EQ(textOf(unit), R"({"id":3,"caUnit":[0,16,16,-1,2147483647]})");
 }
 
-TEST(ACAUnit, TakesWhatIsNoNumberForZero)
+TEST(ACAUnit, TakesWhatIsNotANumberForZero)
 {
     EXPECT_EQ(Reading<CAUnit>(R"({"#": 3, "": [1, "2", null, true, [4], {"a": 5}, 6.9, 1e400, -1e400]})").ids(),
               (Ids{1, 0, 0, 0, 0, 0, 6, INT_MAX, INT_MIN}));

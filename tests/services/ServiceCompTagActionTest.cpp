@@ -147,7 +147,7 @@ TEST(AComponentAction, MakesAPositionWhenItHoldsNone)
     EXPECT_EQ(action.pos->h, 720);
 }
 
-TEST(AComponentAction, FailsWith3WhereThePositionIsNoObject)
+TEST(AComponentAction, FailsWith3WhereThePositionIsNotAnObject)
 {
     for (const char* value : {"null", "5", "true", R"("50%")", "[1]", "[]"}) {
         const Reading read((R"({"action": "start", "vol": 5, "pos": )" + std::string(value) + "}").c_str());

@@ -99,7 +99,7 @@ TEST(AStreamPidsRequest, FailsWith101WherePidsAreNoArray)
     EXPECT_EQ(Reading(R"({"pids": 5, "pids": [1]})").error, 101);
 }
 
-TEST(AStreamPidsRequest, FailsWith101WhereTheTextIsNoJson)
+TEST(AStreamPidsRequest, FailsWith101WhereTheTextIsNotJson)
 {
     for (const char* text : {"", "{", "no JSON", R"({"handle": "h", "pids": [1])"}) {
         const Reading read(text);

@@ -112,7 +112,7 @@ TEST_P(AMessage, FailsOnAValueThatItRefuses)
     }
 }
 
-TEST_P(AMessage, ReadsNothingFromWhatIsNoJson)
+TEST_P(AMessage, ReadsNothingFromWhatIsNotJson)
 {
     const std::string cut = object(&Key::value).substr(0, object(&Key::value).size() - 1);
     const auto message = filled();
@@ -122,7 +122,7 @@ TEST_P(AMessage, ReadsNothingFromWhatIsNoJson)
     expectOthers(*message);
 }
 
-TEST_P(AMessage, FindsNoKeysInWhatIsNoObject)
+TEST_P(AMessage, FindsNoKeysInWhatIsNotAnObject)
 {
     const std::string inArray = "[" + object(&Key::value) + "]";
     const auto message = filled();

@@ -133,7 +133,7 @@ TEST(Checking, CountsTextBehindTheJsonAsLost)
            "  (after the JSON): \"}\\n\"\n");
 }
 
-TEST(Checking, SaysWhenTheTextIsNoJson)
+TEST(Checking, SaysWhenTheTextIsNotJson)
 {
     expect(check(""), 2, "read     no: line 1, column 1: is empty\n");
     expect(check("{\"HEADER\": success}"), 2,

@@ -170,7 +170,7 @@ TEST(AMessage, EndsAValueThatNothingElseEnds)
     EXPECT_EQ(shown, "12\n34\nnu\nll\n{\"a\":\n1}\ntext\n[1]\n");
 }
 
-TEST(WhatIsNoJson, IsShownAsItStands)
+TEST(WhatIsNotJson, IsShownAsItStands)
 {
     EXPECT_EQ(shownOf("hello  world\n"), "hello  world\n");
     EXPECT_EQ(shownOf("  indented\r\n\ttwice"), "  indented\r\n\ttwice\n");
@@ -179,7 +179,7 @@ TEST(WhatIsNoJson, IsShownAsItStands)
     EXPECT_EQ(shownOf(std::string("\0\x01\xff\n", 4)), std::string("\0\x01\xff\n", 4));
 }
 
-TEST(WhatIsNoJson, IsShownWhileItComes)
+TEST(WhatIsNotJson, IsShownWhileItComes)
 {
     ShownStream lines;
     std::string shown;
@@ -189,13 +189,13 @@ TEST(WhatIsNoJson, IsShownWhileItComes)
     EXPECT_EQ(shown, "hello");
 }
 
-TEST(WhatIsNoJson, EndsWhereAValueMayBegin)
+TEST(WhatIsNotJson, EndsWhereAValueMayBegin)
 {
     EXPECT_EQ(shownOf("hello {\"a\": 1} [2] there\n"), "hello \n{\"a\":1}\n[2]\n there\n");
     EXPECT_EQ(shownOf("hello\n12\nthere 13\n14"), "hello\n12\nthere 13\n14\n");
 }
 
-TEST(WhatIsNoJson, IsFollowedByTheNextValueOfACutStream)
+TEST(WhatIsNotJson, IsFollowedByTheNextValueOfACutStream)
 {
     EXPECT_EQ(shownOf(R"({"name":"Can{"name":"A"}{"name":"B"})"),
               "{\"name\":\"Can{\"name\":\"A\"}\n{\"name\":\"B\"}\n");
@@ -203,7 +203,7 @@ TEST(WhatIsNoJson, IsFollowedByTheNextValueOfACutStream)
     EXPECT_EQ(shownOf("{{\"b\":2}"), "{\n{\"b\":2}\n");
 }
 
-TEST(WhatIsNoJson, IsShownWhenTheStreamEndsInTheMiddleOfAValue)
+TEST(WhatIsNotJson, IsShownWhenTheStreamEndsInTheMiddleOfAValue)
 {
     EXPECT_EQ(shownOf("{\"a\": [1, 2"), "{\"a\": [1, 2\n");
     EXPECT_EQ(shownOf("[1]\n  \"te"), "[1]\n  \"te\n");
@@ -246,7 +246,7 @@ TEST(AValueAboveTheLimit, IsNotHeldBack)
     EXPECT_EQ(shown, "[ 123456789,\n {}]\n[]\n");
 }
 
-TEST(AValueAboveTheLimit, MayTurnOutToBeNoJson)
+TEST(AValueAboveTheLimit, MayTurnOutNotToBeJson)
 {
     EXPECT_EQ(shownInPieces("[ 123456789, x] [ ]", 1, 10), "[ 123456789, x] \n[]\n");
 }

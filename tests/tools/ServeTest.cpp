@@ -232,7 +232,7 @@ TEST(TheReceiver, DoesNotWaitForAPeerThatDoesNotTakeItsAnswer)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));  // it gives up at 5 s otherwise
 }
 
-TEST(TheReceiver, SaysWhenThePortCannotBeHad)
+TEST(TheReceiver, SaysWhenThePortIsTaken)
 {
     ServingTool first;
     const Ended second = run(orvu({"serve", first.portText(), "--answers", first.answers().path()}));

@@ -172,7 +172,7 @@ TEST_F(AWatcher, TellsValuesApartWhereverTheyAreCut)
     EXPECT_EQ(watcher_.wait().out, "{\"a\":\"é \\\" }\"}\n[1]\n{\"b\":{}}\n12\ntrue\n{\"c\":3}\n");
 }
 
-TEST_F(AWatcher, ShowsWhatIsNoJsonAsItComes)
+TEST_F(AWatcher, ShowsWhatIsNotJsonAsItComes)
 {
     connection_.send("hello, ");
     ASSERT_TRUE(watcher_.waitForOutput("hello, "));

@@ -76,7 +76,7 @@ TEST_F(AFacade, IsTrueForStoppingWhatDoesNotListen)
     EXPECT_THAT(log.lines(), ElementsAre("stopListenRequests", "OrvuRestServerSocket::stop: Stopping server"));
 }
 
-TEST_F(AFacade, IsFalseForAPortThatCannotBeHad)
+TEST_F(AFacade, IsFalseForAPortThatIsTaken)
 {
     const PortLease lease;
     const RawPeer taken(boundSocket(lease.port(), true));
