@@ -102,7 +102,8 @@ class Schemas(unittest.TestCase):
                     validator(name).validate(once_each(json.loads(text)))
 
     def test_have_a_text_of_each_that_the_tests_write(self):
-        self.assertEqual(NEVER_WRITTEN, {schema["title"] for schema in SCHEMAS.values()} - WRITTEN.keys())
+        unwritten = {schema["title"] for schema in SCHEMAS.values()} - WRITTEN.keys()
+        self.assertEqual(NEVER_WRITTEN, unwritten - WRITTEN_BY_ITS_FAMILY)
 
     def test_accept_every_answer_of_the_examples(self):
         for path in ANSWERS:
@@ -195,6 +196,8 @@ ELSEWHERE = {
 
 # Types that are only read.
 NEVER_WRITTEN = {"persistentVariableValue"}
+# scripts/try-a-message runs the tests of one family alone, and the recorded texts have this inside another message.
+WRITTEN_BY_ITS_FAMILY = {"binaryDataMultipart-part"}
 
 
 def main():
