@@ -44,6 +44,7 @@ bool JsonValue::isNumber() const
 
 std::string JsonValue::text() const
 {
+    if (isText() && text_->isPlain(at())) return {at() + 1, text_->plain_.size};  // one step: made as it is to be
     std::string text;
     copyTo(text);
     return text;
