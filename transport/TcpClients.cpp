@@ -9,22 +9,17 @@
 #include "transport/Outgoing.h"
 
 namespace Orvu {
-namespace {
-
-short statesOf(const Socket& socket, short wanted)
-{
-    pollfd state{socket.fd(), wanted, 0};
-    return poll(&state, 1, 0) > 0 ? state.revents : short{0};
-}
-
-}  // namespace
 
 /// One listener, as long as anybody uses it.
 struct TcpClients::Client {
     explicit Client(Socket accepted) : socket(std::move(accepted)) {}
 
-    bool isBroken() const { return failed || (statesOf(socket, 0) & (POLLERR | POLLHUP)) != 0; }
-    bool hasEnded() const { return (statesOf(socket, POLLRDHUP) & POLLRDHUP) != 0; }
+    bool isBroken() const
+    {
+        pollfd state{socket.fd(), 0, 0};
+        return failed || (poll(&state, 1, 0) > 0 && (state.revents & (POLLERR | POLLHUP)) != 0);
+    }
+    bool hasEnded() const { return hasLostPeer(socket.fd()); }
 
     Socket socket;
     std::atomic<bool> failed{false};  // a write failed for good

@@ -2,10 +2,10 @@
 #include <cerrno>
 #include <gmock/gmock.h>
 #include <string>
-#include <sys/socket.h>
 #include <thread>
 
 #include "support/RawPeer.h"
+#include "support/SocketPair.h"
 #include "transport/Frame.h"
 #include "transport/MemorySource.h"
 
@@ -143,16 +143,9 @@ TEST(AFrameReaderOfAnAnnouncedText, AsksForNoMoreThanASmallPieceUntilSomethingCo
 }
 
 struct AConnectedPair : testing::Test {
-    AConnectedPair() : ours(-1), theirs(-1)
-    {
-        int ends[2];
-        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
-        ours = RawPeer(ends[0]);
-        theirs = RawPeer(ends[1]);
-    }
-
-    RawPeer ours;
-    RawPeer theirs;
+    const SocketPair pair;
+    RawPeer ours{pair.ends[0]};
+    RawPeer theirs{pair.ends[1]};
 };
 
 using ASocketSource = AConnectedPair;

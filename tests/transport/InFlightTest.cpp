@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 
 #include "support/RawPeer.h"
+#include "support/SocketPair.h"
 #include "support/SystemCalls.h"
 #include "transport/InFlight.h"
 #include "transport/Socket.h"
@@ -24,17 +24,10 @@ bool isOpen(int fd)
 }
 
 struct ExchangesInFlight : testing::Test {
-    ExchangesInFlight() : peer(-1)
-    {
-        int ends[2];
-        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
-        socket = Socket(ends[0]);
-        peer = RawPeer(ends[1]);
-    }
-
     std::shared_ptr<InFlight> inFlight = std::make_shared<InFlight>();
-    Socket socket;
-    RawPeer peer;
+    const SocketPair pair;
+    Socket socket{pair.ends[0]};
+    RawPeer peer{pair.ends[1]};
 };
 
 TEST_F(ExchangesInFlight, AreWokenByShuttingTheirSocketsDown)

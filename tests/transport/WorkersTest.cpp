@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
 #include <memory>
-#include <stdexcept>
-#include <sys/socket.h>
 
 #include "support/LogCapture.h"
 #include "support/RawPeer.h"
+#include "support/SocketPair.h"
 #include "transport/Workers.h"
 #include "wire/Sockets.h"
 
@@ -16,18 +15,11 @@ using testing::IsEmpty;
 namespace {
 
 struct TheWorkers : testing::Test {
-    TheWorkers() : peer(-1)
-    {
-        int ends[2];
-        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
-        socket = Socket(ends[0]);
-        peer = RawPeer(ends[1]);
-    }
-
     LogCapture log;
     std::shared_ptr<Workers> workers = std::make_shared<Workers>(std::make_shared<InFlight>());
-    Socket socket;
-    RawPeer peer;
+    const SocketPair pair;
+    Socket socket{pair.ends[0]};
+    RawPeer peer{pair.ends[1]};
 };
 
 TEST_F(TheWorkers, NeedNoThreadForAPeerThatLeftWithoutAWord)

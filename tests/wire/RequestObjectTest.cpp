@@ -3,9 +3,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <memory>
-#include <stdexcept>
 #include <string>
-#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
@@ -14,6 +12,7 @@
 #include "orvu/Results.h"
 #include "orvu/Services.h"
 #include "support/Children.h"
+#include "support/SocketPair.h"
 #include "wire/Latch.h"
 #include "wire/Receiver.h"
 #include "wire/Sockets.h"
@@ -27,16 +26,9 @@ namespace {
 
 /// A request with the peer's end of its connection.
 struct ARequestObject : testing::Test {
-    ARequestObject() : peer(-1)
-    {
-        int ends[2];
-        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) throw std::runtime_error("no sockets");
-        peer = RawPeer(ends[0]);
-        connection = ends[1];
-    }
-
-    RawPeer peer;
-    int connection;  // a request takes it
+    const SocketPair pair;
+    RawPeer peer{pair.ends[0]};
+    int connection = pair.ends[1];  // a request takes it
     SuccessResponse success;
 };
 
