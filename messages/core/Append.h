@@ -12,7 +12,8 @@ template <class Item>
 void append(std::vector<Item>& list, Item item)
 {
     constexpr std::size_t kSmallestBlock = 3 * sizeof(void*);
-    if (list.capacity() == 0) list.reserve(std::max<std::size_t>(kSmallestBlock / sizeof(Item), 1));
+    constexpr std::size_t kItem = sizeof(Item);  // NOLINT(bugprone-sizeof-expression): an item may be a pointer
+    if (list.capacity() == 0) list.reserve(std::max<std::size_t>(kSmallestBlock / kItem, 1));
     list.push_back(item);
 }
 

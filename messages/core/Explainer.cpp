@@ -259,7 +259,7 @@ std::string Explainer::expectedUnder(const Frame& frame, const char* key) const
     for (const Asked& asked : frame.asked) {
         const char* const name = nameOf(asked.expected.kind);
         if (std::strcmp(asked.key, key) != 0 || asked.expected.kind == Expected::Anything) continue;
-        if (names.find(name) != names.npos) continue;
+        if (names.find(name) != std::string::npos) continue;
         if (!names.empty()) names += " or ";
         names += name;
     }

@@ -100,7 +100,7 @@ void explainRest(Explainer& explainer, const CheckedText& checked)
     const JsonValue value = checked.value();
     const std::string_view text = checked.text();
     const std::size_t rest = text.find_first_not_of(" \t\r\n", value.offset() + value.source().size());
-    if (rest != text.npos) explainer.addAt(Finding::NotRead, rest, "text after the JSON is not read");
+    if (rest != std::string_view::npos) explainer.addAt(Finding::NotRead, rest, "text after the JSON is not read");
 }
 
 std::vector<std::string_view> namesOf(const std::vector<KeyDescription>& keys)

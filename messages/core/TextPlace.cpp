@@ -51,7 +51,7 @@ TextPlace placeOf(std::string_view text, std::size_t offset)
 {
     const std::string_view before = text.substr(0, offset);
     const std::size_t lineFeed = before.rfind('\n');
-    const std::string_view line = lineFeed == before.npos ? before : before.substr(lineFeed + 1);
+    const std::string_view line = lineFeed == std::string_view::npos ? before : before.substr(lineFeed + 1);
     TextPlace place;
     place.line += static_cast<unsigned>(std::count(before.begin(), before.end(), '\n'));
     place.column += static_cast<unsigned>(line.size() - std::count_if(line.begin(), line.end(), isContinuation));

@@ -51,7 +51,7 @@ std::vector<std::string> GingaKeyset::getKeySetByName(std::string name)
     };
     std::vector<std::string> names;
     for (const auto& [group, isNamed] : groups)
-        if (isNamed) names.push_back(group);
+        if (isNamed) names.emplace_back(group);
     return names;
 }
 

@@ -117,7 +117,7 @@ TEST(AStreamPidsRequest, GivesNoReasonForANullText)
     StreamPidsRequest request;
     unsigned char error = 77;
     EXPECT_FALSE(request.deserializeObject(nullptr, error));
-    EXPECT_FALSE(request.deserializeObject(NULL, error));
+    EXPECT_FALSE(request.deserializeObject(NULL, error));  // NOLINT(modernize-use-nullptr): as C programmers write
     EXPECT_EQ(error, 77);
 }
 

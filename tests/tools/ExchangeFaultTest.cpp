@@ -18,7 +18,7 @@ struct Exchange {
     std::string line;
     ExchangePhase phase;
     int error = 0;
-    std::string text = "";
+    std::string text{};
     std::uint32_t announced = 0;
     std::uint64_t received = 0;
     std::uint64_t sent = 28;

@@ -37,7 +37,7 @@ public:
 private:
     void value(std::string_view json) override { give(Orvu::PushedValue, json); }
     void text(std::string_view bytes) override { give(Orvu::PushedText, bytes); }
-    void endText() override { give(Orvu::PushedTextEnd, {"", 0}); }
+    void endText() override { give(Orvu::PushedTextEnd, ""); }
     void give(PushedKind kind, std::string_view bytes)
     {
         EXPECT_EQ(bytes.data()[bytes.size()], '\0');

@@ -33,7 +33,7 @@ struct Step {
 Step stepOf(std::string_view text)
 {
     const std::size_t bracket = text.find('[');
-    if (bracket == text.npos) return {text, std::nullopt};
+    if (bracket == std::string_view::npos) return {text, std::nullopt};
     unsigned index = 0;
     const char* const end = text.data() + text.size();
     const auto [behind, error] = std::from_chars(text.data() + bracket + 1, end, index);
@@ -144,8 +144,8 @@ void putUnder(cJSON* object, const std::vector<KeyDescription>& keys, std::strin
 {
     const std::size_t dot = path.find('.');
     const Step step = stepOf(path.substr(0, dot));
-    const KeyDescription& key = keyNamed(keys, step.key, dot != path.npos);
-    if (dot == path.npos) return put(object, key, value);
+    const KeyDescription& key = keyNamed(keys, step.key, dot != std::string_view::npos);
+    if (dot == std::string_view::npos) return put(object, key, value);
     if (!isObject(key)) throw Wrong("\"" + key.key + "\" holds no keys: its kind is " + kindName(key.kind));
     if ((key.kind == KeyDescription::Objects) != step.index.has_value())
         throw Wrong(step.index ? "\"" + key.key + "\" is not a list"
@@ -164,7 +164,7 @@ FieldsText textOfFields(const std::string& name, const std::vector<KeyDescriptio
     cJSON_AddStringToObject(text.tree.get(), "HEADER", name.c_str());
     for (const std::string& argument : arguments) {
         const std::size_t sign = argument.find('=');
-        if (sign == argument.npos) return {nullptr, argument + ": a field is given as key=value"};
+        if (sign == std::string::npos) return {nullptr, argument + ": a field is given as key=value"};
         try {
             putUnder(text.tree.get(), keys, std::string_view(argument).substr(0, sign), argument.substr(sign + 1));
         } catch (const Wrong& wrong) {

@@ -7,7 +7,7 @@ namespace OrvuTool {
 std::vector<std::string> LineCheck::add(std::string_view shown)
 {
     std::vector<std::string> found;
-    for (std::size_t end = shown.find('\n'); end != shown.npos; end = shown.find('\n')) {
+    for (std::size_t end = shown.find('\n'); end != std::string_view::npos; end = shown.find('\n')) {
         line_ += shown.substr(0, end);
         checkLine(found);
         line_.clear();

@@ -18,17 +18,12 @@ inline constexpr bool Made = true, NeverMade = false;
 /// Whether the library makes a message of the type when it receives one.
 constexpr bool isReceived(DataType type)
 {
-    switch (type) {
-#define ORVU_ROW_AS(type, Class, word, mapping, making) \
-    case type:                                          \
-        return making;
-#define ORVU_ROW_WITHOUT_CLASS(type, ...) \
-    case type:                            \
-        return false;
+#define ORVU_ROW_AS(row, Class, word, mapping, making) \
+    if (type == row) return making;
+#define ORVU_ROW_WITHOUT_CLASS(row, ...) \
+    if (type == row) return false;
 #include "orvu/Catalogue.def"
-        default:
-            return true;
-    }
+    return true;
 }
 
 /// The numbers of the types are below this one.
