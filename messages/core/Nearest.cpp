@@ -18,7 +18,7 @@ bool isSame(char a, char b)
 std::size_t distance(std::string_view a, std::string_view b)
 {
     using Row = std::size_t[kLongest + 1];
-    Row rows[3];
+    Row rows[3] = {};
     for (std::size_t j = 0; j <= b.size(); ++j)
         rows[0][j] = j;
     for (std::size_t i = 1; i <= a.size(); ++i) {

@@ -190,7 +190,8 @@ struct Objects {
     {
         Objects& objects = *static_cast<Objects*>(context);
         const std::lock_guard<std::mutex> lock(objects.mutex);
-        objects.types.push_back(message.object ? Serializable::dataTypeString(message.object->getDataType()) : "none");
+        objects.types.emplace_back(message.object ? Serializable::dataTypeString(message.object->getDataType())
+                                                  : "none");
         if (objects.types.size() == 1) objects.kept.reset(std::exchange(message.object, nullptr));
     }
     std::size_t count()

@@ -124,8 +124,8 @@ std::string asTable(const std::vector<KeyDescription>& keys, const std::string& 
         std::string words;
         for (const std::string& word : key.words)
             words += (words.empty() ? ": " : ", ") + word;
-        table += padded(indent + name, 32) + (key.isRequired ? "required  " : "          ") + kindName(key.kind) +
-                 words + "\n" + asTable(key.keys, indent + "  ");
+        table += padded(indent + name, 32) + (key.isRequired ? "required  " : "          ") + kindName(key.kind);
+        table += words + "\n" + asTable(key.keys, indent + "  ");
     }
     return table;
 }

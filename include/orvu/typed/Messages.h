@@ -65,15 +65,11 @@ inline constexpr bool isCatalogued = typeCount<Type> > 0;
 template <class Message, DataType wanted>
 constexpr bool isOfClass()
 {
-    switch (wanted) {
 #define ORVU_ROW_AS(type, Class, ...) \
-    case type:                        \
-        return std::is_same_v<Message, Class>;
+    if (wanted == type) return std::is_same_v<Message, Class>;
 #define ORVU_ROW_WITHOUT_CLASS(...)
 #include "orvu/Catalogue.def"
-        default:
-            return false;
-    }
+    return false;
 }
 
 /// The type that "HEADER" names for a class of one type.
