@@ -152,7 +152,7 @@ JsonScanner::Verdict JsonScanner::beginWord(const char* rest)
 
 JsonScanner::Verdict JsonScanner::takeInWord(char byte)
 {
-    if (state_ == State::AfterWord) return takeBehindScalar(byte);
+    if (state_ == State::AfterWord) return takeAfterScalar(byte);
     if (byte != *word_) return Verdict::Wrong;
     if (*++word_ != '\0') return Verdict::More;
     return go(open_.empty() ? State::AfterWord : State::AfterItem);
@@ -160,18 +160,18 @@ JsonScanner::Verdict JsonScanner::takeInWord(char byte)
 
 JsonScanner::State JsonScanner::nextOfNumber(State state, char byte)
 {
-    const State behindDigits = byte == '.' ? State::Point : isOneOf(byte, "eE") ? State::E : State::NoNumber;
+    const State afterDigits = byte == '.' ? State::Point : isOneOf(byte, "eE") ? State::E : State::NoNumber;
     switch (state) {
         case State::Minus:
             return byte == '0' ? State::Zero : isDigit(byte) ? State::Digits : State::NoNumber;
         case State::Zero:
-            return behindDigits;
+            return afterDigits;
         case State::Digits:
-            return isDigit(byte) ? State::Digits : behindDigits;
+            return isDigit(byte) ? State::Digits : afterDigits;
         case State::Point:
             return isDigit(byte) ? State::Fraction : State::NoNumber;
         case State::Fraction:
-            if (behindDigits == State::E) return State::E;
+            if (afterDigits == State::E) return State::E;
             return isDigit(byte) ? State::Fraction : State::NoNumber;
         case State::E:
             if (isOneOf(byte, "+-")) return State::ESign;
@@ -191,14 +191,14 @@ JsonScanner::Verdict JsonScanner::takeInNumber(char byte)
     const State next = nextOfNumber(state_, byte);
     if (next != State::NoNumber) return go(next);
     if (!endsNumber(state_)) return Verdict::Wrong;
-    if (open_.empty()) return takeBehindScalar(byte);
+    if (open_.empty()) return takeAfterScalar(byte);
     go(State::AfterItem);
     return take(byte);
 }
 
 /// Numbers and words at top level have no end of their own. What follows one directly may be the next value, or show
 /// that it was a piece of some other text, such as a date.
-JsonScanner::Verdict JsonScanner::takeBehindScalar(char byte) const
+JsonScanner::Verdict JsonScanner::takeAfterScalar(char byte) const
 {
     return isWhite(byte) || isOneOf(byte, "{[\"") ? Verdict::Before : Verdict::Wrong;
 }

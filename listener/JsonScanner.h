@@ -65,7 +65,7 @@ private:
     Verdict takeInString(char byte);
     Verdict takeInWord(char byte);
     Verdict takeInNumber(char byte);
-    Verdict takeBehindScalar(char byte) const;
+    Verdict takeAfterScalar(char byte) const;
     Verdict begin(char byte);
     Verdict beginWord(const char* rest);
     Verdict open(char closing, State inside);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kRoom = 16u << 20;  // bytes of objects, beside twice the text
 
-/// Behind the byte order mark and white space.
+/// The first byte after the byte order mark and white space.
 const char* valueBegin(const char* text, const char* end)
 {
     constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
@@ -22,7 +22,7 @@ const char* valueBegin(const char* text, const char* end)
     return afterWhite(isMarked ? text + 3 : text, end);
 }
 
-/// Behind the longest number that begins here; null when none does.
+/// The first byte after the longest number that begins here; null when none does.
 const char* numberEnd(const char* at)
 {
     const char* const whole = at + (*at == '-');
@@ -227,19 +227,19 @@ const char* CheckedText::oddString(const char* begin)
     return indexed(begin, quote + 1);
 }
 
-/// Behind a string, which gets an entry when it is long.
+/// The first byte after a string, which gets an entry when it is long.
 const char* CheckedText::indexed(const char* begin, const char* end)
 {
     const bool isLong = static_cast<std::size_t>(end - begin) > JsonIndex::kLong + 2;
     return !isLong || index_.add({offset(end), offset(begin)}) ? end : refuse(Refusal::OutOfMemory);
 }
 
-/// Behind the last byte of a value.
-const char* CheckedText::behind(const char* at, std::uint32_t& entry) const
+/// The first byte after a value.
+const char* CheckedText::afterValue(const char* at, std::uint32_t& entry) const
 {
     switch (*at) {
         case '"':
-            return behindString(at, entry);
+            return afterString(at, entry);
         case '{':
         case '[':
             at = begin_ + index_[entry].end;
@@ -256,15 +256,15 @@ const char* CheckedText::behind(const char* at, std::uint32_t& entry) const
 }
 
 /// The same for a text or key.
-const char* CheckedText::behindString(const char* at, std::uint32_t& entry) const
+const char* CheckedText::afterString(const char* at, std::uint32_t& entry) const
 {
-    if (const char* const end = behindLong(at, entry)) return end;
+    if (const char* const end = afterLong(at, entry)) return end;
     return isPlain(at) ? at + plain_.size + 2 : closingQuote(at + 1, end()) + 1;
 }
 
-/// Behind a long text, key or white space, which has an entry; null for others. The entry is its own when it begins
-/// here: that of an object or array has another number there.
-const char* CheckedText::behindLong(const char* at, std::uint32_t& entry) const
+/// The first byte after a long text, key or white space, which has an entry; null for others. The entry is its own when
+/// it begins here: that of an object or array has another number there.
+const char* CheckedText::afterLong(const char* at, std::uint32_t& entry) const
 {
     if (entry >= index_.count() || index_[entry].next != offset(at)) return nullptr;
     const char* const end = begin_ + index_[entry].end;
@@ -273,10 +273,10 @@ const char* CheckedText::behindLong(const char* at, std::uint32_t& entry) const
     return end;
 }
 
-const char* CheckedText::behindMuchWhite(const char* at, std::uint32_t& entry) const
+const char* CheckedText::skipMuchWhite(const char* at, std::uint32_t& entry) const
 {
     if (!isWhite(*at)) return at;  // the entry that begins here is that of a long text
-    const char* const end = behindLong(at, entry);
+    const char* const end = afterLong(at, entry);
     return end ? end : afterWhite(at, this->end());
 }
 
@@ -294,22 +294,22 @@ bool CheckedText::isPlain(const char* at) const
 const char* CheckedText::inside(const char* at, std::uint32_t& entry) const
 {
     ++entry;
-    at = behindWhite(at + 1, entry);
+    at = skipWhite(at + 1, entry);
     return *at != '}' && *at != ']' ? at : nullptr;
 }
 
 /// The item or key that follows a value in its array or object; null after the last.
-const char* CheckedText::behindComma(const char* at, std::uint32_t& entry) const
+const char* CheckedText::afterComma(const char* at, std::uint32_t& entry) const
 {
-    at = behindWhite(behind(at, entry), entry);
-    return *at == ',' ? behindWhite(at + 1, entry) : nullptr;
+    at = skipWhite(afterValue(at, entry), entry);
+    return *at == ',' ? skipWhite(at + 1, entry) : nullptr;
 }
 
 /// The value of a key.
-const char* CheckedText::behindColon(const char* at, std::uint32_t& entry) const
+const char* CheckedText::afterColon(const char* at, std::uint32_t& entry) const
 {
-    const char* const colon = behindWhite(behindString(at, entry), entry);
-    return behindWhite(colon + 1, entry);
+    const char* const colon = skipWhite(afterString(at, entry), entry);
+    return skipWhite(colon + 1, entry);
 }
 
 /// Null, with which the check ends.

@@ -90,20 +90,20 @@ private:
 
     // Steps through a text that was accepted. `entry` is the first of the index that begins at `at` or later, and goes
     // along.
-    const char* behind(const char* at, std::uint32_t& entry) const;
-    const char* behindString(const char* at, std::uint32_t& entry) const;
+    const char* afterValue(const char* at, std::uint32_t& entry) const;
+    const char* afterString(const char* at, std::uint32_t& entry) const;
     bool isPlain(const char* at) const;
-    const char* behindLong(const char* at, std::uint32_t& entry) const;
-    const char* behindWhite(const char* at, std::uint32_t& entry) const
+    const char* afterLong(const char* at, std::uint32_t& entry) const;
+    const char* skipWhite(const char* at, std::uint32_t& entry) const
     {
         for (int i = 0; i < kFewWhite; ++i, ++at)
             if (!isWhite(*at)) return at;
-        return behindMuchWhite(at, entry);
+        return skipMuchWhite(at, entry);
     }
-    const char* behindMuchWhite(const char* at, std::uint32_t& entry) const;
+    const char* skipMuchWhite(const char* at, std::uint32_t& entry) const;
     const char* inside(const char* at, std::uint32_t& entry) const;
-    const char* behindComma(const char* at, std::uint32_t& entry) const;
-    const char* behindColon(const char* at, std::uint32_t& entry) const;
+    const char* afterComma(const char* at, std::uint32_t& entry) const;
+    const char* afterColon(const char* at, std::uint32_t& entry) const;
 
     const char* end() const { return begin_ + size_; }  // its NUL
     std::uint32_t offset(const char* at) const { return static_cast<std::uint32_t>(at - begin_); }

@@ -7,7 +7,7 @@
 
 namespace Orvu {
 
-/// The type of the object behind `message`; null when its class comes from code built without run-time type
+/// The type of the object that `message` points to; null when its class comes from code built without run-time type
 /// information, where `typeid` and `dynamic_cast` would read through a null pointer.
 inline const std::type_info* typeOf(const Serializable& message)
 {

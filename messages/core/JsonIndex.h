@@ -10,7 +10,7 @@ namespace Orvu {
 class JsonIndex {
 public:
     struct Entry {
-        std::uint32_t end;   ///< Behind its last byte.
+        std::uint32_t end;   ///< One past its last byte.
         std::uint32_t next;  ///< Of an object or array: the first entry after it. Of others: where it begins.
     };
     static constexpr std::size_t kLong = 256;

@@ -27,7 +27,7 @@ inline bool isWhite(char c)
     return static_cast<unsigned char>(c - 1) < ' ';
 }
 
-/// Behind the white space, if there is any; `end` is the end of the whole text.
+/// The first byte after the white space, if there is any; `end` is the end of the whole text.
 const char* afterWhite(const char* at, const char* end);
 
 inline const char* afterDigits(const char* at)
@@ -37,7 +37,7 @@ inline const char* afterDigits(const char* at)
     return at;
 }
 
-/// Behind all characters that numbers consist of, whatever their order.
+/// The first byte after all characters that numbers consist of, whatever their order.
 inline const char* afterNumberCharacters(const char* at)
 {
     while (isDigit(*at) || *at == '.' || isExponent(*at) || *at == '-' || *at == '+')

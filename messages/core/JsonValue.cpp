@@ -110,11 +110,11 @@ JsonValue JsonValue::next() const
 {
     if (!text_ || at_ == text_->root_) return {};
     std::uint32_t entry = entry_;
-    const char* const place = text_->behindComma(at(), entry);
+    const char* const place = text_->afterComma(at(), entry);
     if (!place) return {};
     const JsonValue item(*text_, place, entry, nested_ != 0);
-    if (*place != '"' || *text_->behindWhite(text_->behindString(place, entry), entry) != ':') return item;
-    const char* const value = text_->behindColon(place, entry = item.entry_);
+    if (*place != '"' || *text_->skipWhite(text_->afterString(place, entry), entry) != ':') return item;
+    const char* const value = text_->afterColon(place, entry = item.entry_);
     return {*text_, value, entry, nested_ != 0};
 }
 
@@ -129,7 +129,7 @@ std::string_view JsonValue::source() const
 {
     if (!text_) return {};
     std::uint32_t entry = entry_;
-    return {at(), static_cast<std::size_t>(text_->behind(at(), entry) - at())};
+    return {at(), static_cast<std::size_t>(text_->afterValue(at(), entry) - at())};
 }
 
 JsonItems::Iterator::Iterator(JsonValue container) : isKeyed_(container.isObject()), nested_(container.nested_ != 0)
@@ -144,7 +144,7 @@ JsonItems::Iterator& JsonItems::Iterator::operator++()
 {
     const CheckedText& text = *member_.value.text_;
     std::uint32_t entry = member_.value.entry_;
-    const char* const next = text.behindComma(member_.value.at(), entry);
+    const char* const next = text.afterComma(member_.value.at(), entry);
     take(text, next, entry);
     return *this;
 }
@@ -156,7 +156,7 @@ void JsonItems::Iterator::take(const CheckedText& text, const char* place, std::
     if (!place) return;
     if (isKeyed_) {
         member_.key = {text, place, entry, nested_};
-        place = text.behindColon(place, entry);
+        place = text.afterColon(place, entry);
     }
     member_.value = {text, place, entry, nested_};
 }

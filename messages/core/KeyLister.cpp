@@ -129,12 +129,12 @@ void KeyLister::took(JsonValue, const Expected& expected)
     Object& object = objects_.back();
     if (!object.keys) return;
     Keys& keys = *object.keys;
-    const std::size_t behind = object.last + 1;
-    if (behind == keys.size() || !keys[behind].key.empty()) {
-        keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(behind), {"", kindOf(expected.kind), false, {}, {}});
+    const std::size_t next = object.last + 1;
+    if (next == keys.size() || !keys[next].key.empty()) {
+        keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(next), {"", kindOf(expected.kind), false, {}, {}});
         hasLearnt_ = true;
     }
-    object.last = behind;
+    object.last = next;
 }
 
 /// A key is required when its absence is a fault.

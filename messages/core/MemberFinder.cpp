@@ -124,7 +124,7 @@ JsonValue MemberFinder::searchPassed(std::string_view name, unsigned sum) const
         const Key kept = measured({kept_[i], kUnmeasured});
         if (isNamed(kept, name)) return value(kept);
     }
-    for (Key other = unkept_; other.at && other.at != next_.at; other = measured(behind(value(other)))) {
+    for (Key other = unkept_; other.at && other.at != next_.at; other = measured(keyAfter(value(other)))) {
         if (isNamed(other, name)) return value(other);
     }
     return {};
@@ -141,7 +141,7 @@ JsonValue MemberFinder::pass(unsigned sum)
         unkept_ = next_;
     }
     const JsonValue passed = value(next_);
-    next_ = behind(passed);
+    next_ = keyAfter(passed);
     return passed;
 }
 
@@ -183,10 +183,10 @@ MemberFinder::Key MemberFinder::measured(Key key) const
 }
 
 /// The key after a member's value.
-MemberFinder::Key MemberFinder::behind(JsonValue value) const
+MemberFinder::Key MemberFinder::keyAfter(JsonValue value) const
 {
     std::uint32_t entry = value.entry_;
-    const char* const at = text_->behindComma(value.at(), entry);
+    const char* const at = text_->afterComma(value.at(), entry);
     return key(at, entry);
 }
 
@@ -194,11 +194,11 @@ JsonValue MemberFinder::value(const Key& key) const
 {
     std::uint32_t entry = key.entry;
     if (key.size == kOdd) {
-        const char* const at = text_->behindColon(bytes(key) - 1, entry);
+        const char* const at = text_->afterColon(bytes(key) - 1, entry);
         return {*text_, at, entry, nested_};
     }
-    const char* const colon = text_->behindWhite(bytes(key) + key.size + 1, entry);
-    const char* const at = text_->behindWhite(colon + 1, entry);
+    const char* const colon = text_->skipWhite(bytes(key) + key.size + 1, entry);
+    const char* const at = text_->skipWhite(colon + 1, entry);
     return {*text_, at, entry, nested_};
 }
 

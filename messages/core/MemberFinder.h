@@ -38,7 +38,7 @@ private:
     Key key(const char* at, std::uint32_t entry) const;
     Key measured(Key key) const;
     bool isNext(std::string_view name);
-    Key behind(JsonValue value) const;
+    Key keyAfter(JsonValue value) const;
     JsonValue value(const Key& key) const;
     bool isNamed(const Key& key, std::string_view name) const;
     unsigned sumOf(const Key& key) const;

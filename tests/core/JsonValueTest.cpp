@@ -285,7 +285,7 @@ TEST(AnObject, GivesItsMembersInOrder)
 TEST(AView, GivesWhatFollowsIt)
 {
     const CheckedText object("{\"a\":1, \"b\" : \"2\" ,\"c\":[]}, 5");
-    EXPECT_FALSE(object.value().next());  // what is behind the value of the text is not looked at
+    EXPECT_FALSE(object.value().next());  // what comes after the value of the text is not looked at
     JsonValue value = *object.value().items().begin();
     EXPECT_EQ((value = value.next()).source(), "\"2\"");
     EXPECT_EQ((value = value.next()).source(), "[]");

@@ -152,8 +152,8 @@ void compareItems(JsonValue view, const cJSON& item, int level)
     for (const cJSON* child = item.child; child; child = child->next, ++number) {
         require(number < items.size(), "has no fewer items");
         const JsonValue next = items[number].next();
-        require(static_cast<bool>(next) == (child->next != nullptr), "has an item behind an item");
-        require(!next || next.source().data() == items[number + 1].source().data(), "has the next item behind an item");
+        require(static_cast<bool>(next) == (child->next != nullptr), "has an item after an item");
+        require(!next || next.source().data() == items[number + 1].source().data(), "has the next item after an item");
         compareValues(items[number], *child, level + 1);
     }
     require(number == items.size(), "has no more items");
@@ -185,7 +185,7 @@ void compare(const char* text)
 
 std::string differenceFromCJson(const std::string& text)
 {
-    const std::unique_ptr<char[]> exact(new char[text.size() + 1]);  // so that a sanitizer sees a byte read behind it
+    const std::unique_ptr<char[]> exact(new char[text.size() + 1]);  // a sanitizer sees a read past its end
     std::memcpy(exact.get(), text.c_str(), text.size() + 1);
     try {
         compare(exact.get());

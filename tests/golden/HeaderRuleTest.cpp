@@ -39,7 +39,7 @@ protected:
         message->serializeHeader(flag);
         const Tree tree = treeOf(textOf(*message));
         const cJSON* const header = cJSON_GetObjectItem(tree.get(), "HEADER");
-        EXPECT_TRUE(!header || header == tree->child) << "behind other members";
+        EXPECT_TRUE(!header || header == tree->child) << "after other members";
         return header ? header->valuestring : "none";
     }
 };

@@ -30,7 +30,7 @@ std::size_t slotOf(Function function)
 #endif
 }
 
-/// A class whose one new virtual function takes the place behind the last of its base.
+/// A class whose one new virtual function takes the place after the last of its base.
 template <class Base>
 struct Next : Base {
     virtual void next();

@@ -65,7 +65,7 @@ void PrintTo(const Frame& frame, std::ostream* out);
 /// The next frame; none when the connection ends before it is whole.
 std::optional<Frame> readServerFrame(RawPeer& peer);
 
-/// The whole frames that `bytes` begin with; `bytes` keeps what stands behind the last of them.
+/// The whole frames that `bytes` begin with; `bytes` keeps what follows the last of them.
 std::vector<Frame> takeFrames(std::string& bytes);
 
 }  // namespace OrvuTests

@@ -6,7 +6,7 @@
 namespace OrvuTests {
 namespace {
 
-/// ORVU_PUBLISHER: the program, behind what runs it where it is not made for this machine; divided by "|".
+/// ORVU_PUBLISHER: the program, after what runs it where it is not made for this machine; divided by "|".
 std::string command()
 {
     std::string text = ORVU_PUBLISHER;

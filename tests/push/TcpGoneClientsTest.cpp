@@ -26,7 +26,7 @@ struct ClientsThatAreGone : testing::Test {
         return eventually([=] { return server.listed() == count; });
     }
 
-    /// What came behind the pushes that squeezeIn() needed.
+    /// What came after the pushes that squeezeIn() needed.
     static std::string lastWords(RawPeer& client)
     {
         const std::string received = client.readToEnd();

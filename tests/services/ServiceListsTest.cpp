@@ -8,7 +8,7 @@ using namespace Orvu;
 namespace OrvuTests {
 namespace {
 
-/// A list that stands behind the number of its group, whatever its key.
+/// A list that comes after the number of its group, whatever its key.
 ChildList ofGroup(ChildList list)
 {
     return optionalList(beside(std::move(list), R"("type": 1, )"));

@@ -80,7 +80,7 @@ std::string watchingLine(int port);
 /// What it says when the publisher has pushed something and then closes the connection.
 std::string closedLine(int port);
 
-/// What a watcher showed behind the lines "[]" that it was waited for with.
+/// What a watcher showed after the lines "[]" that it was waited for with.
 std::string shownAfterwards(const std::string& out);
 
 /// A WebSocket client that has performed its opening handshake with a server on a port of this machine.

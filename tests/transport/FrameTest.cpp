@@ -109,7 +109,7 @@ TEST(AFrameReaderOfAShortFrame, ReadsOnce)
 
 TEST(AFrameReaderOfAFrameWithItsNul, ReadsTheNulToo)
 {
-    for (const std::size_t step : {1000000, 65540, 1}) {  // it comes with the text, behind a piece of it, or alone
+    for (const std::size_t step : {1000000, 65540, 1}) {  // it comes with the text, after a piece of it, or alone
         const std::string text(200000, 'x');
         MemorySource source(frameOf(text) + '\0', step);
         FrameReader frame(source);

@@ -36,8 +36,8 @@ Step stepOf(std::string_view text)
     if (bracket == std::string_view::npos) return {text, std::nullopt};
     unsigned index = 0;
     const char* const end = text.data() + text.size();
-    const auto [behind, error] = std::from_chars(text.data() + bracket + 1, end, index);
-    if (error != std::errc() || behind + 1 != end || *behind != ']')
+    const auto [parsed, error] = std::from_chars(text.data() + bracket + 1, end, index);
+    if (error != std::errc() || parsed + 1 != end || *parsed != ']')
         throw Wrong(std::string(text) + ": an item of a list is written as in list[0]");
     return {text.substr(0, bracket), index};
 }
@@ -45,8 +45,8 @@ Step stepOf(std::string_view text)
 bool isWholeNumber(std::string_view text)
 {
     int number = 0;
-    const auto [behind, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && behind == text.data() + text.size();
+    const auto [parsed, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && parsed == text.data() + text.size();
 }
 
 JsonTree numberOf(const std::string& value)
