@@ -31,7 +31,8 @@ public:
     int send(std::string_view bytes);
 
     /// Sends `goodBye` if there is room at once, then waits for the publisher to close as well, half a second at most,
-    /// so that bytes which are still coming do not reset the connection under it. Rings or not.
+    /// so that bytes which are still coming do not reset the connection under it. The bell does not cut this
+    /// short.
     void finish(std::string_view goodBye);
 
 private:

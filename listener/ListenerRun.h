@@ -19,8 +19,8 @@ public:
 
     /// False when the system is out of descriptors or threads.
     bool start();
-    /// What PushListener::stop() does. When nobody is to wait it is false: it is to be ended once more, or let go.
-    /// Any thread, any number of times.
+    /// What PushListener::stop() does: ends the connection and, if `waits`, the thread as well. Without waiting it
+    /// returns false: then call it once more, or letGo(). Any thread, any number of times.
     bool end(bool waits);
     bool isOnThisThread();
     /// Lets the thread end by itself.

@@ -119,7 +119,7 @@ void ValueSplitter::giveUp()
     scanner_.restart();
 }
 
-/// What came of the blanks or the value is text from now on.
+/// The bytes that are held, of blanks or of a value, and those that follow are text.
 void ValueSplitter::becomeText(In in)
 {
     in_ = in;

@@ -17,7 +17,7 @@ namespace Orvu {
 /// std::bad_alloc.
 std::optional<in_addr> resolved(const std::string& host, int& error);
 
-/// What came of connecting a socket once it can be written: 0, or the error number.
+/// Whether connecting a socket succeeded, asked once it can be written: 0, or the error number.
 int pendingError(int fd);
 
 /// Connects a socket: 0, or the error number; ETIMEDOUT when the peer does not answer in time. Waits as long as the

@@ -33,11 +33,11 @@ Socket openSocket(ExchangeNotes& notes);
 /// The address of a name or dotted address; none when there is none. Blocks as long as the system looks.
 std::optional<in_addr> findHost(const std::string& host, ExchangeNotes& notes);
 
-/// Has each read and write of the socket wait for `seconds` at most, 0 for without end. False when the system refuses.
+/// Limits each read and write of the socket to `seconds`; 0 is no limit. False when the system refuses.
 bool setTimeouts(const Socket& socket, int seconds, ExchangeNotes& notes);
 
 /// Sends the request on a connection to the peer and reads its answer, which is the caller's; null only when out of
-/// memory. Each step waits for `patience` at most, 0 for without end.
+/// memory. Each step waits for `patience` at most; 0 is no limit.
 Serializable* exchangeOn(ConnectionInFlight connection, Serializable& request, Seconds patience, ExchangeNotes& notes,
                          const PeerName& peerName);
 

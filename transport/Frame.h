@@ -26,7 +26,7 @@ class TextRoom {
 public:
     explicit TextRoom(std::size_t bytes) : left_(bytes) {}
 
-    /// False when there is not so much left.
+    /// False when less than that is left.
     bool take(std::size_t bytes);
     void giveBack(std::size_t bytes) { left_ += bytes; }
 
@@ -61,7 +61,7 @@ protected:
     ~ByteSource() = default;
 };
 
-/// Bytes from a socket, which stays its owner's. A read waits for `patience` (0: without end), and not beyond `end`.
+/// Bytes from a socket, which stays its owner's. A read waits for `patience` (0 is no limit), and not beyond `end`.
 class SocketSource : public ByteSource {
 public:
     SocketSource(int fd, Seconds patience, Deadline end = kNever) : fd_(fd), patience_(patience), end_(end) {}
@@ -98,7 +98,7 @@ private:
 /// Reads one frame: first the length, then the text.
 class FrameReader {
 public:
-    /// `room`: where the text is to fit beside others; null for a text that is bounded by itself alone.
+    /// `room` limits this text together with others; null when only its own bound counts.
     explicit FrameReader(ByteSource& source, TextRoom* room = nullptr) : source_(source), room_(room) {}
 
     /// The announced length, the NUL counted. None when the source ends before its four bytes are there.
@@ -121,7 +121,7 @@ private:
 /// What has gone out of a frame.
 enum class FrameSent { Nothing, Part, Whole };
 
-/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0: waits without end);
+/// Sends `text` as one frame. Not whole when the peer is gone or takes nothing for `patience` (0 is no limit);
 /// and nothing of a text whose length the frame cannot carry. `errno` then says why (see withTimeOut()). `sent`
 /// receives the number of bytes that have gone out, the 4 of the length included.
 FrameSent sendFrame(int fd, const char* text, std::size_t size, Seconds patience, std::size_t* sent = nullptr);

@@ -33,7 +33,7 @@ public:
     unsigned wakes() const { return wakes_; }
     /// False once close() was called.
     bool isOpen() const { return !closed_; }
-    /// Calls `begin`, unless close() was called: what it begins, close() finds begun. The result says which.
+    /// Calls `begin` and returns true; once close() was called, returns false. close() waits while `begin` runs.
     template <class Begin>
     bool ifOpen(Begin begin)
     {
@@ -56,7 +56,7 @@ private:
 };
 
 /// An exchange of a group, from its beginning on, so that it can be ended with the others of the group. It outlives its
-/// connection, and is in the group no longer once that is closed. With a null group it is in none.
+/// connection, and leaves the group when that is closed. A null group is no group.
 class InGroup {
 public:
     /// Throws std::bad_alloc.
@@ -101,7 +101,7 @@ public:
     Socket releaseSocket();
     /// Leaves and closes.
     void close();
-    /// Those it belongs to, also after leaving.
+    /// The sockets that it belongs to, also after leaving.
     const std::shared_ptr<InFlight>& inFlight() const { return inFlight_; }
 
 private:

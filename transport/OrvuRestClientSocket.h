@@ -39,17 +39,17 @@ public:
     /// when the result is false. Requests in flight stay with the peer they have.
     bool configure(const char* host, int port);
 
-    /// A connection to the peer whose reads and writes wait for `timeoutSeconds` at most, 0 for without end. The caller
+    /// A connection to the peer whose reads and writes wait for `timeoutSeconds` at most; 0 is no limit. The caller
     /// closes the descriptor. 0 on any failure.
     int connectSocket(int timeoutSeconds);
 
     /// One exchange. Returns the answer, owned by the caller; null only when out of memory: a CannotConnectToServer
     /// when the peer cannot be reached, an EmptyData when no answer comes, an UnknowRequest when the request cannot be
     /// written or the answer not be understood. `request` stays the caller's. Blocks, each step for `timeoutSeconds` at
-    /// most, 0 for without end, and as long as a name takes to resolve.
+    /// most (0 is no limit), and as long as a name takes to resolve.
     Serializable* send(Serializable* request, int timeoutSeconds);
 
-    /// The same with the time-out that the request asks for: 5 s, without end for a ConfirmationScreen whose `dispose`
+    /// The same with the time-out that the request asks for: 5 s, or no limit for a ConfirmationScreen whose `dispose`
     /// is false, since the user decides.
     Serializable* sendRequest(Serializable* request);
 

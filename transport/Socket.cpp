@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kFirstOrdinaryDescriptor = 3;
 
-/// Rounded up, so that a wait never ends early; -1, which is without end for `poll`, for a deadline that never comes.
+/// Rounded up, so that a wait never ends early; -1, with which `poll` waits forever, for a deadline that never comes.
 int millisecondsUntil(Deadline deadline)
 {
     if (deadline == kNever) return -1;

@@ -11,7 +11,7 @@ namespace Orvu {
 using Seconds = std::chrono::seconds;
 using Deadline = std::chrono::steady_clock::time_point;
 
-/// Later than anything that happens.
+/// The deadline of a wait without a limit.
 constexpr Deadline kNever = Deadline::max();
 
 /// How long a peer may take for the next step of what it has begun, such as its handshake, or to make room for more
@@ -24,7 +24,7 @@ inline Deadline after(Seconds wait)
     return std::chrono::steady_clock::now() + wait;
 }
 
-/// The same, but 0 seconds mean a wait without end.
+/// The same, but 0 seconds are no limit.
 inline Deadline endOf(Seconds patience)
 {
     return patience == Seconds::zero() ? kNever : after(patience);

@@ -88,9 +88,9 @@ public:
     /// Runs `task`. False, and the task is deleted, without a task or when the system has no thread to give. Not twice
     /// without join().
     bool start(std::unique_ptr<Task> task);
-    /// Waits for the thread's end. Nothing without a thread.
+    /// Waits until the thread has ended. Does nothing without a thread.
     void join();
-    /// Lets the thread end by itself. Nothing without a thread.
+    /// Lets the thread end by itself. Does nothing without a thread.
     void detach();
 
 private:

@@ -27,7 +27,8 @@ int shownSize(std::uint64_t size)
     return static_cast<int>(std::min<std::uint64_t>(size, INT_MAX));
 }
 
-/// For a client that is gone without a close frame, or sends what ends its stream. False, since it is let go.
+/// For a client that has left without a close frame, or sends something that ends its stream. False: the connection
+/// ends.
 bool closing()
 {
     logLine("OrvuRestServerWebSocket::clientReadThread: closing...");
@@ -117,8 +118,8 @@ void WebSocketConnection::clientReadThread()
     logLine("OrvuRestServerWebSocket::clientReadThread end");
 }
 
-/// What came together with the end of the opening request. False when the client is to be let go, as of the functions
-/// below.
+/// Handles what came together with the end of the opening request. False when the connection is to end, as for the
+/// functions below.
 bool WebSocketConnection::handleEarly()
 {
     const std::string early = std::move(early_);

@@ -61,7 +61,7 @@ public:
     static constexpr DataType kDataType = DataTypePos;
 
     int w = -1;  ///< Width, in pixels in a display layer; -1 when not known.
-    int h = -1;  ///< Height, likewise.
+    int h = -1;  ///< Height, in the same unit; -1 when not known.
 
     Bounds();
     Bounds(int width, int height);

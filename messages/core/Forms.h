@@ -219,7 +219,7 @@ ListAfter<Field> listAfter(Field&& field)
     return {std::forward<Field>(field)};
 }
 
-/// Nothing but the question whether the key is there, with a value of any kind.
+/// Only asks whether the key is there, whatever its value.
 struct OfAnyKind {
     const Expected& expected() const { return kExpectedAnything; }
     bool read(JsonReader&, JsonValue) const { return true; }

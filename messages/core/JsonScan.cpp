@@ -5,7 +5,7 @@
 namespace Orvu {
 namespace {
 
-/// The code of four hexadecimal digits; 0 when one of them is none.
+/// The code of four hexadecimal digits; 0 when one of them is not hexadecimal.
 std::uint32_t codeAt(const char* digits)
 {
     const int high = hexPair(digits);

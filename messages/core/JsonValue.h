@@ -57,7 +57,7 @@ public:
     /// Where it begins in its text, in bytes.
     std::size_t offset() const { return at_; }
 
-    /// Of the text that is being read; see there.
+    /// These four pass on to the text that is being read: see CheckedText.
     ReadingWitness* witness() const { return text_ ? text_->witness() : nullptr; }
     void keepText() const { text_->keep(); }
     void keepTextFrom(const std::string& field) const { text_->keepFrom(field); }

@@ -19,14 +19,14 @@ void takeAt(std::vector<Message*>& owned, typename std::vector<Message*>::const_
     }
 }
 
-/// Appends `element` and takes it, likewise.
+/// Appends `element` and takes it, also when out of memory: it is deleted then. Null is ignored.
 template <class Message>
 void take(std::vector<Message*>& owned, Message* element)
 {
     takeAt(owned, owned.end(), element);
 }
 
-/// Does what an adder of values does, or nothing when out of memory.
+/// Calls `add`, which adds a value to a message. When memory runs out, nothing is added and nothing is thrown.
 template <class Add>
 void addIfMemoryAllows(Add add)
 {

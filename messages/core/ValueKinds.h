@@ -10,7 +10,7 @@ namespace Orvu {
 
 /// What a value is, such as "a text".
 const char* nameOf(JsonValue value);
-/// What is expected, likewise.
+/// What is expected, such as "a number".
 const char* nameOf(Expected::Kind kind);
 
 /// Whether a list is expected.

@@ -9,8 +9,8 @@ namespace Orvu {
 /// Whether a word of the wire is understood when a peer sends it.
 enum Readability : bool { WrittenOnly = false, ReadBack = true };
 
-/// A value of an enumeration and its word on the wire. The word stands in place: a pointer to it would be memory that
-/// every process pays for, since it is known only once the library is loaded.
+/// A value of an enumeration and its word on the wire. The row holds the word itself: a pointer to it would have to be
+/// relocated when the library is loaded, and relocated memory is not shared between processes.
 struct Word {
     short value;
     char text[27];

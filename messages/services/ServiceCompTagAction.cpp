@@ -13,7 +13,7 @@ constexpr OwnCode kBadAction{2};
 constexpr OwnCode kBadPosition{3};
 constexpr OwnCode kBadVolume{4};
 
-/// The volume, a number and nothing else; a boolean is none here.
+/// The volume: only a number is taken, not a boolean.
 struct AsVolume {
     ServiceCompTagAction& action;
 

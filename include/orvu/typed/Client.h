@@ -45,7 +45,7 @@ private:
     const char* text_;
 };
 
-/// What came of a request: the message that the peer sent, or the reason why there is none.
+/// The result of a request: the message that the peer sent, or the reason why there is none.
 ///
 ///     if (auto services = tv.ask<Orvu::ServiceList>()) show(services->services);
 ///     else std::cerr << services.reason() << "\n";
