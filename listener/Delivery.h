@@ -35,7 +35,7 @@ public:
 
     void value(std::string_view json) override;
     void text(std::string_view bytes) override { give(PushedText, bytes); }
-    void endText() override { give(PushedTextEnd, {"", 0}); }
+    void endText() override { give(PushedTextEnd, ""); }
     /// Bytes as they came; the one after them can be written, and is left as it was.
     void bytes(char* begin, std::size_t size);
     void status(const ListenerStatus& status);
