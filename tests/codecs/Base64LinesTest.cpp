@@ -64,7 +64,7 @@ TEST(Base64InLines, FillsALineWithSeventyTwoCharacters)
     EXPECT_EQ(linesForZeros(54), zeros(18) + "\n");
 }
 
-TEST(Base64InLines, BeginsANewLineBehindAFullOne)
+TEST(Base64InLines, BeginsANewLineAfterAFullOne)
 {
     EXPECT_EQ(linesForZeros(55), zeros(18) + "\nAA==\n");
     EXPECT_EQ(linesForZeros(56), zeros(18) + "\nAAA=\n");

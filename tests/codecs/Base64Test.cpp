@@ -64,7 +64,7 @@ TEST(Base64Encoding, WritesNothingForNoBytesWhereverTheyAre)
     EXPECT_EQ(Base64::encode(nullptr, 0), "");
 }
 
-TEST(Base64Encoding, ReadsNoByteBehindItsInput)
+TEST(Base64Encoding, ReadsNoBytePastItsInput)
 {
     EXPECT_EQ(Base64::encode(reinterpret_cast<const unsigned char*>("Many"), 2), "TWE=");
 }

@@ -126,7 +126,7 @@ TEST(ACheckedText, EndsAtItsFirstNul)
     EXPECT_FALSE(isJson(std::string("\"a\0\"", 4)));
 }
 
-TEST(ACheckedText, IsNotLookedAtBehindItsFirstValue)
+TEST(ACheckedText, IsNotLookedAtAfterItsFirstValue)
 {
     for (const char* text : {"truex", "nullnull", "1e", "1e+", "0x10", "1-2", "1.5.2", "\"a\"\""}) {
         EXPECT_TRUE(isJson(text)) << text;

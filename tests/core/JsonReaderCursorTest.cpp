@@ -177,7 +177,7 @@ TEST(TheCursor, TakesTheFirstOfEqualMembers)
     EXPECT_EQ(abc(R"({"a": 1, "x": 9, "c": 2, "b": 3, "c": 4})"), (std::vector<int>{1, 3, 2}));
 }
 
-TEST(TheCursor, GoesOnBehindAMissingMember)
+TEST(TheCursor, GoesOnAfterAMissingMember)
 {
     EXPECT_EQ(abc(R"({"a": 1, "c": 3})"), (std::vector<int>{1, -1, 3}));
     EXPECT_EQ(abc(R"({"b": 2})"), (std::vector<int>{-1, 2, -1}));

@@ -115,7 +115,7 @@ TEST(TheWritersVerbs, TellNoChildFromAChildWithoutAText)
     EXPECT_EQ(compact([&](JsonWriter& json) { json.put("a", OrGiveUp{child}); }), "(null)");
 }
 
-TEST(GivingUp, LeavesAMessageWithoutATextWhateverItWritesBehind)
+TEST(GivingUp, LeavesAMessageWithoutATextWhateverItWritesAfterwards)
 {
     Silent<ServiceTime> silent;
     ServiceTime* const child = &silent;

@@ -118,7 +118,7 @@ TEST(AMemberFinder, FindsKeysOfAnyLength)
     }
 }
 
-TEST(AMemberFinder, FindsMembersBehindThoseThatItRemembers)
+TEST(AMemberFinder, FindsMembersAfterThoseThatItRemembers)
 {
     for (const int count : {30, 31, 32, 33, 34, 100, 1000}) {
         const std::string last = std::to_string(count - 1);

@@ -256,7 +256,7 @@ TEST(ReadingInPlace, AgreesWithCJsonOnWhiteSpaceOfAnyLengthInAnyPlace)
     }
 }
 
-TEST(ReadingInPlace, AgreesWithCJsonOnLongTextsBehindWhiteSpaceOfAnyLength)
+TEST(ReadingInPlace, AgreesWithCJsonOnLongTextsAfterWhiteSpaceOfAnyLength)
 {
     for (const unsigned length : {255u, 256u, 257u, 258u, 300u}) {
         const std::string text = '"' + std::string(length, 'x') + '"';
@@ -268,7 +268,7 @@ TEST(ReadingInPlace, AgreesWithCJsonOnLongTextsBehindWhiteSpaceOfAnyLength)
     }
 }
 
-TEST(ReadingInPlace, AgreesWithCJsonOnAnyByteBehindWhiteSpace)
+TEST(ReadingInPlace, AgreesWithCJsonOnAnyByteAfterWhiteSpace)
 {
     for (unsigned size = 0; size < 40; ++size) {
         for (int byte = 0; byte < 256; ++byte) {

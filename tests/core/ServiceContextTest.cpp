@@ -126,7 +126,7 @@ TEST(AServiceContext, ReadsNumbersAsFarAsTheirDigitsGo)
     EXPECT_EQ(parsed("1.2.c"), kRejected);
 }
 
-TEST(AServiceContext, ReadsNumbersBehindBlanksAndASign)
+TEST(AServiceContext, ReadsNumbersAfterBlanksAndASign)
 {
     EXPECT_EQ(parsed(" 1. 2. 3"), "1 2 0 3 valid");
     EXPECT_EQ(parsed("\t\n\v\f\r 1.\n2.\t34"), "1 2 3 4 valid");

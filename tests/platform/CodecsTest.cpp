@@ -43,7 +43,7 @@ TEST(SomeCodecs, NeverReadThoseOfImages)
     EXPECT_TRUE(codecs.image.empty());
 }
 
-TEST(SomeCodecs, ReadTheirWordsBehindThoseTheyHold)
+TEST(SomeCodecs, ReadTheirWordsAfterThoseTheyHold)
 {
     Codecs codecs;
     EXPECT_TRUE(codecs.deserialize(R"({"AUDIO": ["AAC-HEv2", "aac-lc"], "audio": ["AC-4"], "subtitle": ["WebVTT"]})"));

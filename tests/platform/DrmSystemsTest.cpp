@@ -49,7 +49,7 @@ TEST(ADrmSystem, NeverReadsSchemes)
     EXPECT_TRUE(system.schemesSupported.empty());
 }
 
-TEST(ADrmSystem, ReadsItsFormatsBehindThoseItHolds)
+TEST(ADrmSystem, ReadsItsFormatsAfterThoseItHolds)
 {
     DrmSystem system;
     EXPECT_TRUE(

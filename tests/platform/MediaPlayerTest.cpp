@@ -21,7 +21,7 @@ struct Reading {
     {}
 };
 
-TEST(AMediaPlayer, ReadsItsListsBehindWhatItHolds)
+TEST(AMediaPlayer, ReadsItsListsAfterWhatItHolds)
 {
     Reading read(R"("HEADER": "x", "SCHEMESSUPPORTED": ["rtsp"])");
     EXPECT_TRUE(read.success);

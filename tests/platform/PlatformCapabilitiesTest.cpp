@@ -29,7 +29,7 @@ std::string writtenUnder(const char* key, PlatformCapabilities& can)
     return member ? taken(cJSON_PrintUnformatted(member)) : "";
 }
 
-TEST(Capabilities, WithDolbyVisionWriteItsCodecsBehindTheColours)
+TEST(Capabilities, WithDolbyVisionWriteItsCodecsAfterTheColours)
 {
     PlatformCapabilities can;
     can.addColorimetryType(ColorimetryTypeBT2020);

@@ -42,7 +42,7 @@ TEST_F(TheAddressOfThisDevice, IsTheLoopbackWithoutAnother)
     EXPECT_EQ(log.count("valid IPv4 Address found"), 0);
 }
 
-TEST_F(TheAddressOfThisDevice, IsFoundBehindInterfacesWithoutOne)
+TEST_F(TheAddressOfThisDevice, IsFoundAfterInterfacesWithoutOne)
 {
     EXPECT_EQ(among({"", "IPv6", "127.0.0.1", "", "10.0.0.1"}), "10.0.0.1");
 }

@@ -101,7 +101,7 @@ TEST(AReceivedBlock, MayHave64MiBAnnounced)
     EXPECT_EQ(table.buffer[4 * 67108864 - 1], 0);
 }
 
-TEST(AReceivedBlock, SendsZerosBehindWhatCame)
+TEST(AReceivedBlock, SendsZerosAfterWhatCame)
 {
     Table table;
     ASSERT_TRUE(table.reads("10", "AQID"));

@@ -78,7 +78,7 @@ class APositionalGroup : public testing::Test {};
 using Groups = testing::Types<EventGroup, ComponentGroup, CAUnit>;
 TYPED_TEST_SUITE(APositionalGroup, Groups, );
 
-TYPED_TEST(APositionalGroup, FindsItsListBehindItsNumberWhateverItsName)
+TYPED_TEST(APositionalGroup, FindsItsListAfterItsNumberWhateverItsName)
 {
     for (const char* text : {R"({"#": 1, "list": [5*, 6*]})", R"({"#": 1, "eventGroupDescriptor": [5*, 6*]})",
                              R"({"HEADER": "x", "more": [6*], "#": 1, "HEADER": [5*, 6*], "caUnit": [6*]})",
@@ -99,7 +99,7 @@ TYPED_TEST(APositionalGroup, FindsItsNumberInAnyLetterCase)
     EXPECT_EQ(read.ids(), (Ids{5}));
 }
 
-TYPED_TEST(APositionalGroup, FailsWhenNothingStandsBehindItsNumber)
+TYPED_TEST(APositionalGroup, FailsWhenNothingFollowsItsNumber)
 {
     for (const char* text :
          {R"({"#": 1})", R"({"eventGroupDescriptor": [5*], "#": 1})", R"({"caUnit": [5*], "#": 1})"}) {

@@ -47,7 +47,7 @@ struct Reading {
     }
 };
 
-TEST(AStreamPidsRequest, ReadsItsPidsBehindThoseItHolds)
+TEST(AStreamPidsRequest, ReadsItsPidsAfterThoseItHolds)
 {
     const Reading read(R"({"HEADER": "streamPidsRequest", "HANDLE": "h", "clientaddr": "c", "Pids": [8191, 8191, 1]})");
     EXPECT_TRUE(read.success);

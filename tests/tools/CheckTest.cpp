@@ -121,7 +121,7 @@ TEST(Checking, PutsPlacesThatDifferInNumbersAloneIntoOneLine)
     EXPECT_THAT(out, testing::HasSubstr("\nlost     3\n  serviceList[0].nme: 1  (3 such places)\n"));
 }
 
-TEST(Checking, CountsTextBehindTheJsonAsLost)
+TEST(Checking, CountsTextAfterTheJsonAsLost)
 {
     expect(check("{\"HEADER\":\"success\"} }\n"), 1,
            "type     success (7), class SuccessResponse\n"

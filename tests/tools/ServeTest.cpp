@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
     Serve, ABrokenAnswer,
     testing::Values(Broken{"Empty", "", "is empty"},
                     Broken{"CutShort", R"({"HEADER":"currentService")", "ends inside an object (line 1, column 27)"},
-                    Broken{"WithTextBehind", R"({"HEADER":"currentService"} }})", R"(has text after the JSON: "}}")"},
+                    Broken{"WithTextAfterIt", R"({"HEADER":"currentService"} }})", R"(has text after the JSON: "}}")"},
                     Broken{"WithoutHeader", "{}", R"(names no type: "HEADER" is missing or holds no text)"},
                     Broken{"NoObject", "[]", R"(names no type: "HEADER" is missing or holds no text)"},
                     Broken{"WithANumberAsHeader", R"({"HEADER":8})",
