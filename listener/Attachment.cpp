@@ -183,6 +183,7 @@ void Attachment::endMessage()
 
 void Attachment::handOverRest()
 {
+    delivery_.beginRest();
     endMessage();
     delivery_.endTurn();
 }

@@ -62,6 +62,7 @@ void Delivery::give(PushedKind kind, std::string_view bytes)
 
 void Delivery::give(PushedMessage& message)
 {
+    if (isEnding_) end();
     if (settings_.onMessage && !isOver_) callOut([&] { settings_.onMessage(message, settings_.messageContext); });
 }
 

@@ -32,6 +32,10 @@ public:
 
     /// From now on nothing is handed over. Any thread.
     void end() { isOver_ = true; }
+    /// From now on the next message does that, unless beginRest() comes first. Any thread.
+    void endAtNextMessage() { isEnding_ = true; }
+    /// The stream has ended: only the rest of it is still to be handed over.
+    void beginRest() { isEnding_ = false; }
 
     void value(std::string_view json) override;
     void text(std::string_view bytes) override { give(PushedText, bytes); }
@@ -55,6 +59,7 @@ private:
 
     const ListenerSettings settings_;
     std::atomic<bool> isOver_{false};
+    std::atomic<bool> isEnding_{false};
     std::optional<ApplicationsTurn> turn_;
 };
 

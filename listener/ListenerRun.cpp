@@ -45,6 +45,7 @@ bool ListenerRun::end(bool waits)
 {
     std::unique_lock<std::mutex> lock(mutex_);
     isOver_ = true;
+    delivery_.endAtNextMessage();
     bell_.ring();
     if (!waits) {
         delivery_.end();

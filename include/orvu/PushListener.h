@@ -118,12 +118,12 @@ public:
     /// run out.
     bool listen(const char* host, int port, Channel channel) noexcept;
 
-    /// Ends listening; what came of a value that is not whole is handed over first, as text. No callback runs after
-    /// it has returned, and its thread has ended. It returns within a second, or when the callback that runs has
-    /// ended; so do not hold a lock that a callback takes. In two cases the thread ends by itself soon afterwards and
-    /// begins no callback: when a callback of this listener calls stop() (another thread that calls it then waits as
-    /// above), and while the host's name is being resolved. In both the listener may be deleted at once: its thread
-    /// does not touch it. Nothing when not listening.
+    /// Ends listening. It returns within a second, or when the callback that runs has ended; so do not hold a lock that
+    /// a callback takes. Messages that have come meanwhile are dropped; when there are none, the beginning of a value
+    /// that is not whole is handed over first, as text. No callback runs after it has returned, and its thread has
+    /// ended. In two cases the thread ends by itself soon afterwards and begins no callback: when a callback of this
+    /// listener calls stop() (another thread that calls it then waits as above), and while the host's name is being
+    /// resolved. In both the listener may be deleted at once: its thread does not touch it. Nothing when not listening.
     void stop() noexcept;
 
 private:

@@ -135,6 +135,27 @@ TEST_F(AListenersEnd, WaitsForACallbackThatRuns)
     stopping.join();
 }
 
+TEST_F(AListenersEnd, DropsWhatCameAfterTheMessageWhoseCallbackRuns)
+{
+    Latch inCallback, isStopping;
+    const Instead ringing(calls.eventfd_write, [&](int fd, eventfd_t value) {
+        const int result = eventfd_write(fd, value);
+        isStopping.open();
+        return result;
+    });
+    heard_.action = [&](const std::string& what) {
+        if (what != "value: [1]") return;
+        inCallback.open();
+        isStopping.wait();
+    };
+    ASSERT_TRUE(listen());
+    RawPeer connection = publisher_.accept();
+    connection.send("[1][2]no JSON\n{\"a\":");
+    inCallback.wait();
+    stop();
+    EXPECT_THAT(heard_.messages(), ElementsAre("value: [1]"));
+}
+
 TEST_F(AListenersEnd, MayComeFromItsOwnCallback)
 {
     heard_.action = [&](const std::string& what) {
