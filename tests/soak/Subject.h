@@ -24,11 +24,11 @@ public:
     explicit Subject(int peerPort);
 
     Ports ports() const { return {receiver_.port(), tcp_.port(), webSocket_.port()}; }
-    /// Listens for requests again; without pause for those that come afterwards.
+    /// Listens for requests again.
     void listenAgain() const;
     /// Asks and pushes as fast as it can.
     Work workUntil(Clock::time_point end) const;
-    /// Waits until the threads of the work are gone. Throws std::runtime_error when they do not go.
+    /// Stops listening, and waits until the threads of the work are gone. Throws std::runtime_error when they stay.
     void settle() const;
 
 private:
