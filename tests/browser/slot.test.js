@@ -14,7 +14,7 @@ before(async () => {
 });
 
 after(async () => {
-    await browser?.close();
+    await browser?.kill();
     site?.close();
 });
 

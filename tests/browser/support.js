@@ -78,14 +78,13 @@ export async function servePage() {
     return { url: `http://127.0.0.1:${server.address().port}/`, close: () => server.close() };
 }
 
-/** A browser with a profile of its own, which can be killed. */
+/** A browser with a profile of its own. It is killed in the end: asked to close, Chromium may take for ever. */
 export async function startBrowser() {
     const server = await chromium.launchServer({ executablePath: ORVU_CHROMIUM, headless: true, args: kFlags });
     const browser = await chromium.connect(server.wsEndpoint());
     return {
         newContext: (options) => browser.newContext(options),
         kill: () => server.kill(),
-        close: () => server.close(),
     };
 }
 
